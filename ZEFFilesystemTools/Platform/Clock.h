@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/Date.h"
+#include "ZEFFilesystemTools/Platform/SharedService.h"
+
+namespace zef {
+
+/// Tells the time. Any thread.
+class Clock : public SharedService<Clock> {
+public:
+    virtual ~Clock() = default;
+
+    static Clock& system();
+
+    /// The wall clock, which may be set back or forward at any time (CLOCK_REALTIME,
+    /// clock_gettime(2)).
+    virtual Date now() = 0;
+
+    /// Seconds since some fixed moment; never goes backwards (CLOCK_MONOTONIC).
+    virtual double monotonicSeconds() = 0;
+};
+
+} // namespace zef

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/ZEFObject.h"
+
+#include <mutex>
+
+namespace zef {
+
+/// A lock that several parties hold a reference to. Not recursive; any thread.
+class Lock final : public ZEFObject {
+public:
+    void lock() { _mutex.lock(); }
+    void unlock() { _mutex.unlock(); }
+
+    /// Takes the lock if nobody has it; never waits. NO when it is taken.
+    bool tryLock() { return _mutex.try_lock(); }
+
+private:
+    std::mutex _mutex;
+};
+
+} // namespace zef

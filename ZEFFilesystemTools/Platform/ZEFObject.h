@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/Class.h"
+#include "ZEFFilesystemTools/Platform/Ref.h"
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+
+/// The root of the library's objects: a reference count, equality, a hash and a description.
+///
+/// An object starts with one reference, which `zef::makeRef` hands to its caller. Counting is safe
+/// on any thread; everything else is as each class says.
+class ZEFObject {
+public:
+    static const zef::Class classObject;
+
+    ZEFObject(const ZEFObject&) = delete;
+    ZEFObject& operator=(const ZEFObject&) = delete;
+
+    void retain() const noexcept;
+
+    /// Gives up one reference; the last one sends `dealloc` on the calling thread.
+    void release() const noexcept;
+
+    /// Retains the object unless its last reference is gone already; NO then. For tables that hold
+    /// objects weakly and keep their memory from being freed meanwhile.
+    bool retainIfAlive() const noexcept;
+
+    /// The number of references now; 4294967295 for an object that can't be freed.
+    std::uint32_t retainCount() const noexcept;
+
+    /// The class that this object was made as.
+    virtual const zef::Class& objectClass() const;
+    bool isKindOfClass(const zef::Class&) const;
+
+    /// Equality of what the objects stand for; identity unless a class says more. NO for nil.
+    virtual bool isEqual(const ZEFObject* other) const;
+
+    /// Equal for equal objects.
+    virtual std::size_t hash() const;
+
+    /// One line for people: "<ClassName: 0xADDRESS>", and more where a class says so.
+    virtual std::string description() const;
+
+    /// The object itself where a class says so; nil otherwise.
+    virtual zef::Ref<ZEFObject> copy();
+
+protected:
+    ZEFObject() noexcept = default;
+    virtual ~ZEFObject();
+
+    /// Called once, when the last reference goes; frees the object. A class that has to undo
+    /// something while it is still whole does it here and then calls its superclass's.
+    virtual void dealloc() noexcept;
+
+    /// From now on the object is never freed: `retain` and `release` do nothing.
+    void makeImmortal() noexcept;
+
+private:
+    mutable std::atomic<std::uint32_t> _retainCount { 1 };
+};
+
+namespace zef {
+
+/// `object` as the protocol `Protocol`, or null when it doesn't conform to it or is nil.
+template <typename Protocol> Protocol* protocolCast(ZEFObject* object)
+{
+    return dynamic_cast<Protocol*>(object);
+}
+
+} // namespace zef
