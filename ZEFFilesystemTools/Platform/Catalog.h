@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/CatalogIterator.h"
+#include "ZEFFilesystemTools/Platform/FileURL.h"
+#include "ZEFFilesystemTools/Platform/SharedService.h"
+
+#include <memory>
+
+namespace zef {
+
+/// Reads folders. Any thread.
+class Catalog : public SharedService<Catalog> {
+public:
+    virtual ~Catalog() = default;
+
+    static Catalog& system();
+
+    /// Opens the folder that `ref` (null: none) refers to, last seen at `folder`. Returns
+    /// `noError` and an iterator, or an error and none. A folder that may not be read opens
+    /// without an error; its iterator tells.
+    virtual std::int16_t openIterator(
+        const FSRef* ref, const FileURL& folder, std::unique_ptr<CatalogIterator>& iterator)
+        = 0;
+
+    /// Sets `count` to the number of entries of the folder, 0 when they can't be counted.
+    virtual std::int16_t countEntries(const FSRef* ref, const FileURL& folder, std::size_t& count)
+        = 0;
+};
+
+} // namespace zef

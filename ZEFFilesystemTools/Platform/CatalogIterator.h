@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/CatalogEntry.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace zef {
+
+/// The results of reading a folder; others may occur.
+namespace CatalogResult {
+    inline constexpr std::int16_t noError = 0;
+    inline constexpr std::int16_t ioError = -36;
+    inline constexpr std::int16_t tooManyOpenFiles = -42;
+    inline constexpr std::int16_t notFound = -43;
+    inline constexpr std::int16_t outOfMemory = -108;
+    inline constexpr std::int16_t badReference = -1401;
+    inline constexpr std::int16_t notAFolder = -1407;
+    inline constexpr std::int16_t noMoreItems = -1417;
+    inline constexpr std::int16_t accessDenied = -5000;
+}
+
+/// Says which entries of a folder its reader knows already.
+class KnownEntries {
+public:
+    virtual ~KnownEntries() = default;
+
+    /// Whether the entry needs no look at the disk, and none of its reader's attention.
+    virtual bool isKnown(std::string_view name, std::uint64_t inode) = 0;
+};
+
+/// Reads the entries of one folder, in the file system's order, without "." and "..".
+///
+/// An entry that is there from beginning to end is delivered exactly once. One thread at a time.
+class CatalogIterator {
+public:
+    virtual ~CatalogIterator() = default;
+
+    /// Fills `entries` from the front and sets `count` to how many there are. Returns
+    /// `noError` while there may be more, `noMoreItems` with the last ones (perhaps none),
+    /// `accessDenied` for a folder that may not be read, or another error.
+    virtual std::int16_t next(std::span<CatalogEntry> entries, std::size_t& count) = 0;
+
+    /// From now on entries that `known` (borrowed) knows are left out.
+    virtual void setKnownEntries(KnownEntries* known) = 0;
+};
+
+} // namespace zef

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace zef {
+
+/// The file system's own lasting name for an object (name_to_handle_at(2)), which contains the
+/// generation of its inode number where the file system has one. Handles longer than 40 bytes are
+/// kept as a digest, which still tells two objects apart.
+struct FileHandle {
+    std::uint8_t type = 0;
+    std::uint8_t length = 0;
+    bool isDigest = false;
+    /// Whether the file system can open the object by this handle.
+    bool isDecodable = false;
+    std::array<std::byte, 40> bytes {};
+
+    /// Whether there is a handle at all.
+    bool isKnown() const { return length != 0; }
+
+    friend bool operator==(const FileHandle& left, const FileHandle& right)
+    {
+        return left.type == right.type && left.length == right.length
+            && left.isDigest == right.isDigest && left.bytes == right.bytes;
+    }
+};
+
+} // namespace zef

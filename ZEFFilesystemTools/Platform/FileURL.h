@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/FolderPath.h"
+#include "ZEFFilesystemTools/Platform/PathBytes.h"
+#include "ZEFFilesystemTools/Platform/Ref.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace zef {
+
+/// Whether a URL is marked as that of a folder, by a slash at its end.
+enum class URLKind { file, folder };
+
+/// A file URL: a normalised "file://" string, immutable and cheap to copy; or no URL (nil).
+///
+/// Two URLs are equal when their strings are, so the slash at the end counts. The bytes of a path
+/// are never recoded. All URLs of one folder share that folder's path. Any thread may use a URL of
+/// its own; one `FileURL` object belongs to one thread at a time.
+class FileURL {
+public:
+    FileURL() noexcept;
+    FileURL(std::nullptr_t) noexcept;
+    FileURL(const FileURL&) noexcept;
+    FileURL(FileURL&&) noexcept;
+    FileURL& operator=(const FileURL&) noexcept;
+    FileURL& operator=(FileURL&&) noexcept;
+    ~FileURL();
+
+    /// The URL of a path. A relative path is taken from the current folder; "." and ".." and links
+    /// stay; repeated slashes become one. Nil for an empty path, for one that holds a NUL and when
+    /// there is no current folder.
+    static FileURL fromPath(std::string_view path, URLKind);
+
+    /// The URL that `text` writes: scheme "file" in any case, no host or "localhost", percent
+    /// escapes decoded and written anew in one way. Nil for anything else.
+    static FileURL fromString(std::string_view text);
+
+    /// The URL of the entry `name` of a folder; `name` must not be empty nor hold '/' or NUL.
+    static FileURL inFolder(Ref<const FolderPath> folder, std::string_view name, URLKind);
+
+    explicit operator bool() const noexcept { return static_cast<bool>(_node); }
+    bool operator==(const FileURL& other) const noexcept;
+
+    /// The whole string; characters other than letters, digits and -._~!$&'()*+,:=@/ are escaped
+    /// (RFC 3986). Empty for nil.
+    std::string absoluteString() const;
+
+    /// Whether the URL ends in a slash.
+    bool hasDirectoryPath() const noexcept;
+
+    /// The path without a slash at its end, except for "/" itself. Empty for nil.
+    std::string path() const;
+
+    /// Writes what system calls want, which is `path`. NO when that is longer than PATH_MAX allows,
+    /// or for nil.
+    bool fileSystemRepresentation(PathBytes&) const;
+
+    /// The name of the file, unescaped; "/" for the root. Empty for nil.
+    std::string lastPathComponent() const;
+
+    /// The same without making a string; borrowed from the URL, and empty for the root.
+    std::string_view name() const noexcept;
+
+    /// What follows the last '.' of the name; empty when there is none, when the name only begins
+    /// with it, or when there is a blank in it.
+    std::string pathExtension() const;
+
+    /// The URL of the folder that this one is in, ending in a slash; the root's is the root.
+    FileURL deletingLastPathComponent() const;
+
+    /// The URL of the entry `name` of this folder.
+    FileURL appendingPathComponent(std::string_view name, URLKind) const;
+
+    /// The same URL with another mark.
+    FileURL withKind(URLKind) const;
+
+    /// Whether `deletingLastPathComponent` would equal `folder`; makes nothing.
+    bool isDirectlyIn(const FileURL& folder) const noexcept;
+
+    /// The path of the folder that this URL is in.
+    const FolderPath& parentFolder() const noexcept;
+
+    /// This URL's own path as that of a folder, for `inFolder`.
+    Ref<const FolderPath> asFolder() const;
+
+private:
+    class Node;
+    explicit FileURL(Ref<const Node>) noexcept;
+
+    Ref<const Node> _node;
+};
+
+} // namespace zef

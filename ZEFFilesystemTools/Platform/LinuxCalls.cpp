@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/LinuxCalls.h"
+
+#include "ZEFFilesystemTools/Platform/CatalogIterator.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace zef {
+namespace {
+
+constexpr unsigned longestHandle = 128; // MAX_HANDLE_SZ of every kernel so far
+constexpr int identityOnly = 0x200; // AT_HANDLE_FID of Linux 6.5, not in glibc 2.36
+
+// The system's record and, right behind it, room for the handle's bytes.
+class HandleBuffer {
+public:
+    HandleBuffer() { header().handle_bytes = longestHandle; }
+
+    struct file_handle& header() { return *reinterpret_cast<struct file_handle*>(_memory); }
+    const unsigned char* bytes() const { return _memory + sizeof(struct file_handle); }
+
+private:
+    alignas(struct file_handle) unsigned char _memory[sizeof(struct file_handle) + longestHandle];
+};
+
+std::timespec timeStamp(const struct statx_timestamp& stamp)
+{
+    return { stamp.tv_sec, static_cast<long>(stamp.tv_nsec) };
+}
+
+void setBirthTime(const struct statx& source, Stat& stat)
+{
+    stat.hasBirthTime = source.stx_mask & STATX_BTIME;
+    stat.birthTime = stat.hasBirthTime
+        ? source.stx_btime.tv_sec * 1'000'000'000 + source.stx_btime.tv_nsec
+        : 0;
+}
+
+std::uint64_t digest(const unsigned char* bytes, std::size_t count)
+{
+    std::uint64_t value = 14695981039346656037u; // FNV-1a
+    for (std::size_t index = 0; index < count; ++index)
+        value = (value ^ bytes[index]) * 1099511628211u;
+    return value;
+}
+
+FileHandle fileHandle(HandleBuffer& buffer, bool isDecodable)
+{
+    FileHandle handle;
+    handle.type = static_cast<std::uint8_t>(buffer.header().handle_type);
+    handle.isDecodable = isDecodable;
+    const auto length = buffer.header().handle_bytes;
+    if (length <= handle.bytes.size()) {
+        handle.length = static_cast<std::uint8_t>(length);
+        std::memcpy(handle.bytes.data(), buffer.bytes(), length);
+        return handle;
+    }
+    const auto value = digest(buffer.bytes(), length);
+    handle.length = sizeof value;
+    handle.isDigest = true;
+    handle.isDecodable = false;
+    std::memcpy(handle.bytes.data(), &value, sizeof value);
+    return handle;
+}
+
+} // namespace
+
+int statAt(int folder, const char* name, Stat& stat)
+{
+    struct statx result;
+    if (::statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_EMPTY_PATH,
+            STATX_BASIC_STATS | STATX_BTIME, &result)
+        != 0)
+        return errno;
+    stat.device = static_cast<std::uint32_t>(makedev(result.stx_dev_major, result.stx_dev_minor));
+    stat.mode = result.stx_mode;
+    stat.inode = result.stx_ino;
+    stat.size = result.stx_size;
+    stat.linkCount = result.stx_nlink;
+    stat.modificationTime = timeStamp(result.stx_mtime);
+    stat.statusChangeTime = timeStamp(result.stx_ctime);
+    setBirthTime(result, stat);
+    return 0;
+}
+
+FileHandle handleAt(int folder, const char* name)
+{
+    for (const int flags : { 0, identityOnly }) {
+        HandleBuffer buffer;
+        int mountID = 0;
+        if (::name_to_handle_at(folder, name, &buffer.header(), &mountID, AT_EMPTY_PATH | flags)
+            == 0)
+            return fileHandle(buffer, flags == 0);
+        if (errno != EOPNOTSUPP)
+            break;
+    }
+    return {};
+}
+
+std::int16_t catalogResultOfErrno(int error)
+{
+    switch (error) {
+    case 0:
+        return CatalogResult::noError;
+    case ENOENT:
+    case ESTALE:
+        return CatalogResult::notFound;
+    case ENOTDIR:
+        return CatalogResult::notAFolder;
+    case EMFILE:
+    case ENFILE:
+        return CatalogResult::tooManyOpenFiles;
+    case ENOMEM:
+        return CatalogResult::outOfMemory;
+    case EACCES:
+    case EPERM:
+        return CatalogResult::accessDenied;
+    default:
+        return CatalogResult::ioError;
+    }
+}
+
+} // namespace zef

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/FileHandle.h"
+#include "ZEFFilesystemTools/Platform/Stat.h"
+
+#include <cstdint>
+
+namespace zef {
+
+/// Describes the entry `name` of the open folder `folder` (AT_FDCWD: `name` is a path), the link
+/// itself where it is one; an empty name means the object that `folder` itself was opened on.
+/// Mounts nothing. 0 or an errno value, and then `stat` stays as it was.
+int statAt(int folder, const char* name, Stat& stat);
+
+/// The handle of such an entry; one that is not known where there is none.
+FileHandle handleAt(int folder, const char* name);
+
+/// The number that opening or reading a folder reports for an errno value.
+std::int16_t catalogResultOfErrno(int error);
+
+} // namespace zef

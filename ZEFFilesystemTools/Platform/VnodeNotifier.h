@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/FSRef.h"
+#include "ZEFFilesystemTools/Platform/FileURL.h"
+#include "ZEFFilesystemTools/Platform/SharedService.h"
+
+#include <cstddef>
+
+namespace zef {
+
+/// Says whether something happened to an object since it was last asked, without ever waiting.
+///
+/// One inotify instance serves the whole process (inotify(7)). Where it can't (remote and FUSE file
+/// systems, the limit on watches reached, no permission to read), a token compares time stamps
+/// instead; after lost events every token reports something, so that no change is ever missed. Any
+/// thread; the child of a fork must not use it.
+class VnodeNotifier : public SharedService<VnodeNotifier> {
+public:
+    virtual ~VnodeNotifier() = default;
+
+    static VnodeNotifier& system();
+
+    /// Makes sure that there is a queue; a number of 0 or more, or -1 when there can be none.
+    virtual int createQueue() = 0;
+
+    /// Watches the object that `ref` refers to, last seen at `url`; the token to ask with, or 0 when
+    /// the object does not exist.
+    virtual int open(const FSRef& ref, const FileURL& url) = 0;
+
+    /// How many events there are to report for the token: 1 when something happened since the last
+    /// call, 0 when nothing did, -1 with errno for a token that is not open. `url` is where the
+    /// object was last seen.
+    virtual int poll(int token, const FSRef& ref, const FileURL& url) = 0;
+
+    virtual void close(int token) = 0;
+
+    /// Between `beginRound` and `endRound`, which nest, the system's queue is read once, at the
+    /// beginning: what happens later is reported in the next round.
+    virtual void beginRound() = 0;
+    virtual void endRound() = 0;
+
+    /// How many watches may be used at most, beside the system's own limit.
+    virtual void setWatchLimit(std::size_t) = 0;
+
+    /// Keeps a round open for as long as it lives.
+    class Round {
+    public:
+        Round() { _notifier.beginRound(); }
+        ~Round() { _notifier.endRound(); }
+        Round(const Round&) = delete;
+        Round& operator=(const Round&) = delete;
+
+    private:
+        VnodeNotifier& _notifier = VnodeNotifier::shared();
+    };
+};
+
+} // namespace zef
