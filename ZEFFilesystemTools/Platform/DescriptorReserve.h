@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <mutex>
+
+namespace zef {
+
+/// Lets the library open a folder for a moment even when the process has no descriptor left.
+///
+/// One spare descriptor is open from the start; it makes room when everything else fails and is
+/// opened again after the caller is done. Any thread; a second thread that needs the spare at the
+/// same time gets the system's error.
+class DescriptorReserve {
+public:
+    /// The process's reserve, made at the first call.
+    static DescriptorReserve& shared();
+
+    DescriptorReserve();
+    ~DescriptorReserve();
+    DescriptorReserve(const DescriptorReserve&) = delete;
+    DescriptorReserve& operator=(const DescriptorReserve&) = delete;
+
+    /// As openat(2), close-on-exec in any case, without O_CREAT. When there is no descriptor left
+    /// (EMFILE, ENFILE) the shared locator gives back descriptors that it holds, and if it has none
+    /// the spare is closed. -1 with errno on failure. No lock is held while the file system works.
+    int openAt(int folder, const char* path, int flags);
+
+    /// Closes a descriptor, by preference one that `openAt` returned, and opens the spare again if
+    /// it was used. Leaves errno alone; does nothing for -1.
+    void close(int descriptor);
+
+    /// Opens the spare again if it was used and there is room; for descriptors that something else
+    /// closes.
+    void refill();
+
+    /// Whether the spare is there.
+    bool isFilled() const;
+
+private:
+    bool giveUpSpare();
+
+    mutable std::mutex _mutex;
+    int _spare = -1;
+};
+
+} // namespace zef

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
+
+#include "ZEFFilesystemTools/Platform/Locator.h"
+
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+namespace zef {
+namespace {
+
+// Other threads may be quicker to take what was given back.
+constexpr int mostDescriptorsGivenBack = 8;
+
+// What the outermost caller sees is the reason for its own failure, not for that of tidying up.
+class ErrnoKeeper {
+public:
+    ErrnoKeeper() = default;
+    ~ErrnoKeeper() { errno = _saved; }
+    ErrnoKeeper(const ErrnoKeeper&) = delete;
+    ErrnoKeeper& operator=(const ErrnoKeeper&) = delete;
+
+private:
+    int _saved = errno;
+};
+
+bool isOutOfDescriptors(int result)
+{
+    return result < 0 && (errno == EMFILE || errno == ENFILE);
+}
+
+// An event counter, because it belongs to no file system that somebody may want to unmount.
+int openSpare()
+{
+    return ::eventfd(0, EFD_CLOEXEC);
+}
+
+} // namespace
+
+DescriptorReserve& DescriptorReserve::shared()
+{
+    static auto& reserve = *new DescriptorReserve; // never destroyed: late threads may still ask
+    return reserve;
+}
+
+DescriptorReserve::DescriptorReserve()
+    : _spare(openSpare())
+{
+}
+
+DescriptorReserve::~DescriptorReserve()
+{
+    giveUpSpare();
+}
+
+int DescriptorReserve::openAt(int folder, const char* path, int flags)
+{
+    const auto open = [&] { return ::openat(folder, path, flags | O_CLOEXEC); };
+    int result = open();
+    for (int tries = 0; isOutOfDescriptors(result) && tries < mostDescriptorsGivenBack; ++tries) {
+        if (!Locator::shared().giveBackOneDescriptor())
+            break;
+        result = open();
+    }
+    if (isOutOfDescriptors(result) && giveUpSpare())
+        result = open();
+    return result;
+}
+
+void DescriptorReserve::close(int descriptor)
+{
+    if (descriptor < 0)
+        return;
+    ErrnoKeeper keeper;
+    ::close(descriptor);
+    refill();
+}
+
+void DescriptorReserve::refill()
+{
+    ErrnoKeeper keeper;
+    std::lock_guard lock(_mutex);
+    if (_spare < 0)
+        _spare = openSpare();
+}
+
+bool DescriptorReserve::isFilled() const
+{
+    std::lock_guard lock(_mutex);
+    return _spare >= 0;
+}
+
+bool DescriptorReserve::giveUpSpare()
+{
+    ErrnoKeeper keeper;
+    std::lock_guard lock(_mutex);
+    const int spare = std::exchange(_spare, -1);
+    return spare >= 0 && ::close(spare) == 0;
+}
+
+} // namespace zef
