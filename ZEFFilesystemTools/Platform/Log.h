@@ -10,14 +10,17 @@ namespace zef {
 /// Receives one line without its line end. May be called on any thread, several at once.
 using LogSink = std::function<void(std::string_view line)>;
 
-/// Writes one line to the log: `format` as printf(3) has it, control characters escaped so that a
-/// file's name can't break the line or drive a terminal. Any thread; calls the sink with no lock
-/// held.
+/// Writes one line of any length to the log: `format` as printf(3) has it, control characters
+/// escaped (\n, \x1b) so that a file's name can't break the line or drive a terminal. Never fails
+/// and leaves errno alone: a line that the sink throws at goes to the default one. Any thread;
+/// calls the sink with no lock held.
 void log(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
-/// Sends every later line to `sink`; an empty sink gives back the default, which writes the line
-/// with the time and the program's name to standard error. Any thread.
-void setLogSink(LogSink sink);
+/// Sends every later line to `sink`; an empty sink gives back the default, which writes
+/// `YYYY-MM-DD hh:mm:ss PROGRAM[PID]: line` in local time to standard error. Returns the sink until
+/// now, empty for the default. A line that another thread is logging may still reach the old sink
+/// after the return. Any thread.
+LogSink setLogSink(LogSink sink);
 
 /// `text`, or "(null)" for null: what the log shows for nil.
 const char* logText(const char* text);

@@ -3,6 +3,8 @@
 
 #include "ZEFFilesystemTools/Platform/ZEFObject.h"
 
+#include <chrono>
+#include <cstdint>
 #include <functional>
 
 namespace zef {
@@ -15,8 +17,10 @@ enum class Repeats { no, yes };
 /// Calls its action when its time has come, on the thread of the run loop that it was added to.
 ///
 /// The run loop keeps a timer alive until it is invalidated; a one-shot timer is invalidated just
-/// before its action is called. What the action's closure owns is let go at that same moment (after
-/// the action of a one-shot timer has returned). Belongs to its run loop's thread.
+/// before its action is called. What the action's closure owns is let go when the timer is
+/// invalidated, or when its running action has returned. A timer never fires inside its own action:
+/// firings that fall due meanwhile are dropped, as are those that a busy thread missed, and the
+/// times of the later ones don't shift. Belongs to its run loop's thread.
 class Timer final : public ZEFObject {
 public:
     using Action = std::function<void(Timer&)>;
@@ -24,9 +28,10 @@ public:
     static const Class classObject;
     const Class& objectClass() const override;
 
-    /// A timer that first fires `firstDelay` seconds after it is added to a run loop and then, if it
-    /// repeats, every `interval` seconds. Intervals that are not positive count as 0.0001 seconds;
-    /// a first delay that is not positive means the next pass.
+    /// A timer that first fires `firstDelay` seconds after it is added to a run loop and then, if
+    /// it repeats, every `interval` seconds. Intervals that are not positive count as 0.0001
+    /// seconds; a first delay that is not positive means the next pass. Delays that no process
+    /// lives to see (infinity, say) mean never.
     Timer(double firstDelay, double interval, Repeats, Action);
 
     /// Stops the timer for good and lets go of its action. Harmless when it is invalid already.
@@ -41,13 +46,18 @@ public:
 
 private:
     friend class RunLoop;
+    friend class TimerQueue;
 
     double _firstDelay;
     double _interval;
     Repeats _repeats;
     Action _action;
+
+    // The run loop's notes on a timer that was added to it.
     RunLoop* _runLoop = nullptr;
-    double _dueTime = 0;
+    std::chrono::nanoseconds _dueTime{ 0 };
+    std::uint64_t _order = 0;
+    bool _firesInAllModes = false;
     bool _valid = true;
 };
 

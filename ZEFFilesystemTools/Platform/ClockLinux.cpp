@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/Clock.h"
+
+#include <time.h>
+
+namespace zef {
+namespace {
+
+double secondsOf(clockid_t clock)
+{
+    timespec time{};
+    clock_gettime(clock, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+class KernelClock final : public Clock {
+public:
+    Date now() override { return Date::withSecondsSince1970(secondsOf(CLOCK_REALTIME)); }
+    double monotonicSeconds() override { return secondsOf(CLOCK_MONOTONIC); }
+};
+
+} // namespace
+
+Clock& Clock::system()
+{
+    static auto& clock = *new KernelClock; // never destroyed: late threads may still ask
+    return clock;
+}
+
+} // namespace zef
