@@ -20,7 +20,8 @@ public:
     const Class& objectClass() const override;
 
     /// Runs `main` on the calling thread, unless the operation is cancelled; then it is finished.
-    /// Must not be called twice. An exception that `main` lets out is logged and ends the operation.
+    /// Must not be called twice, nor for an operation on a queue. An exception that `main` lets out
+    /// is logged and ends the operation.
     void start();
 
     /// Asks the operation to stop at its next check; one that has not begun never runs `main`.
@@ -45,10 +46,14 @@ private:
 
     enum class State : unsigned char { ready, executing, finished };
 
-    std::atomic<State> _state { State::ready };
-    std::atomic<bool> _cancelled { false };
-    std::atomic<bool> _queued { false };
-    std::atomic<QueuePriority> _queuePriority { QueuePriority::normal };
+    bool markQueued();
+    void execute() noexcept;
+    void runMain() noexcept;
+
+    std::atomic<State> _state{ State::ready };
+    std::atomic<bool> _cancelled{ false };
+    std::atomic<bool> _queued{ false };
+    std::atomic<QueuePriority> _queuePriority{ QueuePriority::normal };
 };
 
 } // namespace zef
