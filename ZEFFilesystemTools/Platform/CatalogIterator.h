@@ -12,16 +12,16 @@ namespace zef {
 
 /// The results of reading a folder; others may occur.
 namespace CatalogResult {
-    inline constexpr std::int16_t noError = 0;
-    inline constexpr std::int16_t ioError = -36;
-    inline constexpr std::int16_t tooManyOpenFiles = -42;
-    inline constexpr std::int16_t notFound = -43;
-    inline constexpr std::int16_t outOfMemory = -108;
-    inline constexpr std::int16_t badReference = -1401;
-    inline constexpr std::int16_t notAFolder = -1407;
-    inline constexpr std::int16_t noMoreItems = -1417;
-    inline constexpr std::int16_t accessDenied = -5000;
-}
+inline constexpr std::int16_t noError = 0;
+inline constexpr std::int16_t ioError = -36;
+inline constexpr std::int16_t tooManyOpenFiles = -42;
+inline constexpr std::int16_t notFound = -43;
+inline constexpr std::int16_t outOfMemory = -108;
+inline constexpr std::int16_t badReference = -1401;
+inline constexpr std::int16_t notAFolder = -1407;
+inline constexpr std::int16_t noMoreItems = -1417;
+inline constexpr std::int16_t accessDenied = -5000;
+} // namespace CatalogResult
 
 /// Says which entries of a folder its reader knows already.
 class KnownEntries {

@@ -49,7 +49,7 @@ private:
 
     char* bytes() { return reinterpret_cast<char*>(this + 1); }
 
-    mutable std::atomic<std::uint32_t> _retainCount { 1 };
+    mutable std::atomic<std::uint32_t> _retainCount{ 1 };
     std::uint32_t _nameLength : 31;
     std::uint32_t _isFolder : 1;
     Ref<const FolderPath> _folder;
@@ -116,7 +116,10 @@ std::string FileURL::absoluteString() const
     return text;
 }
 
-bool FileURL::hasDirectoryPath() const noexcept { return _node && _node->isFolder(); }
+bool FileURL::hasDirectoryPath() const noexcept
+{
+    return _node && _node->isFolder();
+}
 
 std::string FileURL::path() const
 {

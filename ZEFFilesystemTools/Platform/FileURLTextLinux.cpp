@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/FileURLText.h"
 
-#include <unistd.h>
-
 #include <cstdlib>
 #include <cstring>
+
+#include <unistd.h>
 
 namespace zef {
 namespace {

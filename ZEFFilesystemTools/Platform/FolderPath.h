@@ -32,7 +32,7 @@ private:
 
     bool retainIfAlive() const noexcept;
 
-    mutable std::atomic<std::uint32_t> _retainCount { 1 };
+    mutable std::atomic<std::uint32_t> _retainCount{ 1 };
     std::string _bytes;
 };
 

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
+
+#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/Log.h"
+
+#include <cmath>
+#include <mutex>
+
+zef::FileURL ZEFFileItem::currentURL()
+{
+    if (!isValid()) {
+        setLocation(nullptr);
+        return nullptr;
+    }
+    makeOwnPath();
+    zef::PathBytes path;
+    if (_pathInfo.path.fileSystemRepresentation(path)
+        && zef::FileSystem::shared().exists(path.text()))
+        return _pathURL;
+
+    _pathInfo.path = nullptr;
+    auto found = resolveReference();
+    if (!found) {
+        becomeLost();
+        return nullptr;
+    }
+    if (found != _pathURL)
+        setLocation(found);
+    return _pathURL;
+}
+
+std::optional<std::string> ZEFFileItem::currentPath()
+{
+    const auto now = currentURL();
+    return now ? std::optional(now.path()) : std::nullopt;
+}
+
+zef::PathBuffer ZEFFileItem::currentFilesystemRepresentation()
+{
+    _pathInfo.path = currentURL();
+    zef::PathBytes path;
+    return _pathInfo.path.fileSystemRepresentation(path) ? zef::makePathBuffer(path.view())
+                                                         : nullptr;
+}
+
+std::optional<zef::Date> ZEFFileItem::modificationDate()
+{
+    if (std::isnan(_modDate))
+        _modDate = _pathInfo.modificationTime;
+    return zef::Date::withSecondsSince1970(_modDate);
+}
+
+std::optional<zef::Date> ZEFFileItem::currentModificationDate()
+{
+    if (!isValid())
+        return std::nullopt;
+    zef::PathBytes path;
+    zef::Stat stat;
+    if (!_pathInfo.path)
+        zef::log("Error, tried to statmoddate a null value");
+    else if (_pathInfo.path.fileSystemRepresentation(path)
+        && zef::FileSystem::shared().statLink(path.text(), stat) == 0
+        && ZEF_isSameObject(stat, _pathInfo.path) && !_pathInfo.hasTimeStampsOf(stat)) {
+        _pathInfo.setTimeStamps(stat);
+        _modDate = _pathInfo.modificationTime;
+    }
+    return std::isnan(_modDate) ? std::nullopt
+                                : std::optional(zef::Date::withSecondsSince1970(_modDate));
+}
+
+bool ZEFFileItem::ZEF_isSameObject(const zef::Stat& stat, const zef::FileURL& where) const
+{
+    if (stat.inode != _iNode || stat.device != _deviceNumber)
+        return false;
+    const auto recorded = identity();
+    if (!stat.hasBirthTime || !recorded.hasBirthTime() || stat.birthTime == recorded.birthTime())
+        return true;
+    zef::PathBytes path;
+    return where.fileSystemRepresentation(path) && zef::sameObject(stat, recorded, path.text());
+}
+
+bool ZEFFileItem::ZEF_isAnotherObject(const ZEFFileItem& other) const
+{
+    const auto mine = identity();
+    const auto others = other.identity();
+    return mine.hasBirthTime() && others.hasBirthTime() && mine.birthTime() != others.birthTime()
+        && !(mine.hasHandle() && mine.handle() == others.handle());
+}
+
+void ZEFFileItem::ZEF_keepReference()
+{
+    if (!refValid() || _state.fetch_or(referenceKeptState) & referenceKeptState)
+        return;
+    auto reference = referenceCopy();
+    zef::Locator::shared().retain(reference, url());
+    std::lock_guard lock(_locationLock);
+    _fsRef = reference;
+}
+
+zef::FileURL ZEFFileItem::ZEF_locate(zef::FSRef& reference) const
+{
+    const auto place = url();
+    reference = referenceCopy();
+    zef::PathBytes path;
+    if (!isValid() || !place)
+        return nullptr;
+    if (place.fileSystemRepresentation(path) && zef::FileSystem::shared().exists(path.text()))
+        return place;
+    return refValid() ? zef::Locator::shared().locate(reference, place) : zef::FileURL();
+}
+
+zef::FSRef ZEFFileItem::referenceCopy() const
+{
+    std::lock_guard lock(_locationLock);
+    return _fsRef;
+}
+
+// A host may have handed in any reference; only one with this item's own numbers says more of it.
+zef::FSRef ZEFFileItem::identity() const
+{
+    zef::Stat numbers;
+    numbers.device = _deviceNumber;
+    numbers.inode = _iNode;
+    const auto reference = referenceCopy();
+    return reference.hasNumbersOf(numbers) ? reference : zef::FSRef(numbers);
+}
+
+zef::FileURL ZEFFileItem::resolveReference()
+{
+    return refValid() ? zef::Locator::shared().locate(_fsRef, _pathURL) : zef::FileURL();
+}
+
+void ZEFFileItem::setLocation(const zef::FileURL& url)
+{
+    {
+        std::lock_guard lock(_locationLock);
+        _pathURL = url;
+    }
+    _path.reset();
+    // Left nil: whoever needs it makes it anew from the URL.
+    _pathInfo.path = nullptr;
+}
+
+void ZEFFileItem::becomeLost()
+{
+    clearState(validState);
+    giveUpReference();
+    clearState(refValidState);
+    setLocation(nullptr);
+}
+
+void ZEFFileItem::giveUpReference()
+{
+    if (!hasState(referenceKeptState))
+        return;
+    zef::Locator::shared().release(_fsRef);
+    clearState(referenceKeptState);
+}
+
+void ZEFFileItem::makeOwnPath()
+{
+    if (!_pathInfo.path && isValid())
+        _pathInfo.path = _pathURL;
+}

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
+
+#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Log.h"
+
+#include <cassert>
+#include <cmath>
+
+bool ZEFFileItem::registerFileObserver(const ZEFObject* observer)
+{
+    if (recordForObserver(observer))
+        return false;
+    appendRecord(observer);
+    return true;
+}
+
+bool ZEFFileItem::removeFileObserver(const ZEFObject* observer)
+{
+    assert(observer != this);
+    for (auto* record = &_pathInfo; record->next; record = record->next) {
+        if (record->next->observer != observer)
+            continue;
+        auto* removed = record->next;
+        record->next = removed->next;
+        delete removed;
+        return true;
+    }
+    return false;
+}
+
+ZEFFileChanges ZEFFileItem::changesForObserver(const ZEFObject* observer)
+{
+    ZEFFileChanges changes;
+    auto* record = askableRecord(observer);
+    if (!record)
+        return changes;
+    look(*record, changes);
+    if (changes.pathChanged)
+        followMove(*record, changes);
+    else if (changes.modified)
+        _modDate = std::numeric_limits<double>::quiet_NaN();
+    return changes;
+}
+
+bool ZEFFileItem::ZEF_modifiedForObserver(const ZEFObject* observer)
+{
+    ZEFFileChanges changes;
+    auto* record = askableRecord(observer);
+    if (!record)
+        return false;
+    look(*record, changes);
+    if (changes.modified)
+        _modDate = std::numeric_limits<double>::quiet_NaN();
+    return changes.modified;
+}
+
+bool ZEFFileItem::updateForObserver(const ZEFObject* observer)
+{
+    zef::Ref<ZEFFileItem> protectedThis(this);
+    auto* record = recordForObserver(observer);
+    if (!record || !record->path)
+        return false;
+    const auto oldURL = record->path;
+    const auto changes = changesForObserver(observer);
+    if (!changes.pathChanged && !changes.modified)
+        return false;
+
+    auto event = ZEFFileEvent::updated;
+    if (changes.pathChanged) {
+        const bool sameParent = _pathURL && &_pathURL.parentFolder() == &oldURL.parentFolder();
+        event = sameParent   ? ZEFFileEvent::renamed
+            : changes.exists ? ZEFFileEvent::moved
+                             : ZEFFileEvent::removed;
+    }
+    updateForEvent(zef::makeRef<ZEFChangeRecord>(event, protectedThis).get());
+    return true;
+}
+
+void ZEFFileItem::eventOccurred(const ZEFChangeRecord* record)
+{
+    updateForEvent(record);
+}
+
+void ZEFFileItem::updateForEvent(const ZEFChangeRecord*) { }
+
+ZEFFileInfoList* ZEFFileItem::recordForObserver(const ZEFObject* observer)
+{
+    auto* record = &_pathInfo;
+    while (record && record->observer != observer)
+        record = record->next;
+    return record;
+}
+
+ZEFFileInfoList* ZEFFileItem::appendRecord(const ZEFObject* observer)
+{
+    // From now on somebody follows the file, wherever it goes.
+    ZEF_keepReference();
+    makeOwnPath();
+    auto* last = &_pathInfo;
+    while (last->next)
+        last = last->next;
+    auto* record = new ZEFFileInfoList(_pathInfo);
+    record->observer = observer;
+    record->valid = isValid();
+    record->next = nullptr;
+    return last->next = record;
+}
+
+// The record of an observer, new for a new one, after the kernel queue was asked; null when there
+// is nothing more to tell it.
+ZEFFileInfoList* ZEFFileItem::askableRecord(const ZEFObject* observer)
+{
+    auto* record = recordForObserver(observer);
+    if (!record)
+        record = appendRecord(observer);
+    if (!record->valid)
+        return nullptr;
+    if (usingKQueue())
+        ZEF_checkKQueue();
+    if (record->path)
+        return record;
+    zef::log("Error, tried to statmoddate a null value");
+    return nullptr;
+}
+
+void ZEFFileItem::look(ZEFFileInfoList& record, ZEFFileChanges& changes)
+{
+    zef::PathBytes path;
+    zef::Stat stat;
+    const bool isThere = record.path.fileSystemRepresentation(path)
+        && zef::FileSystem::shared().statLink(path.text(), stat) == 0
+        && ZEF_isSameObject(stat, record.path);
+    const double eventTime = usingKQueue() ? _pathInfo.lastEventTime : 0;
+    if (!isThere) {
+        changes.pathChanged = true;
+        if (eventTime > 0)
+            record.lastEventTime = eventTime;
+        return;
+    }
+    changes.exists = true;
+    changes.modified = eventTime > 0 ? eventTime > record.lastEventTime
+                                     : !record.hasTimeStampsOf(stat);
+    if (!changes.modified)
+        return;
+    record.setTimeStamps(stat);
+    if (eventTime > 0)
+        record.lastEventTime = eventTime;
+}
+
+void ZEFFileItem::followMove(ZEFFileInfoList& record, ZEFFileChanges& changes)
+{
+    const auto found = resolveReference();
+    if (!found) {
+        becomeLost();
+        record.path = nullptr;
+        record.valid = false;
+        changes.exists = false;
+        return;
+    }
+    if (found != _pathURL)
+        setLocation(found);
+    makeOwnPath();
+    record.path = _pathInfo.path;
+    changes.exists = true;
+}

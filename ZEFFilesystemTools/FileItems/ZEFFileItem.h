@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/FileItems/ZEFChangeRecord.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileChanges.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileInfoList.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileItemClass.h"
+#include "ZEFFilesystemTools/Platform/ByteLock.h"
+#include "ZEFFilesystemTools/Platform/Date.h"
+
+#include <limits>
+#include <memory>
+#include <optional>
+
+class ZEFFileTable;
+
+/// The one canonical object of a file, folder or link on disk. It stays attached to its file while
+/// that is renamed or moved, and tells each observer what changed since it last asked.
+///
+/// Items come from the factory methods of a class object. An item belongs to one thread at a time;
+/// any thread may ask for `isValid`, the numbers, the two marks, `url` and for copies of
+/// references.
+class ZEFFileItem : public ZEFObject {
+public:
+    static const ZEFFileItemClass classObject;
+    const ZEFFileItemClass& objectClass() const override { return classObject; }
+
+    /// Called by the factory through the class object, with the registry locked. `fsRef`, `pathRep`
+    /// (the location that was looked at) and `statInfo` may be nil.
+    ZEFFileItem(const zef::FileURL& url, const zef::FSRef* fsRef, const zef::FileURL& pathRep,
+        const zef::Stat* statInfo);
+
+    // Identity, fixed when the item is made.
+
+    std::size_t hash() const override;
+    /// Whether `other` is an item of this one's class, or of a subclass, with the same numbers.
+    bool isEqual(const ZEFObject* other) const override;
+    std::uint32_t fileDeviceNumber() const { return _deviceNumber; }
+    std::uint64_t fileiNode() const { return _iNode; }
+    /// The item's key in the registry.
+    std::uint64_t fileiNodeHash() const;
+    /// Whether mode bit 0x4000 was set: a folder, a package, a socket.
+    bool isBasicDirectory() const { return _marks & basicDirectoryMark; }
+    bool isSymlink() const { return _marks & symlinkMark; }
+    /// The item itself.
+    zef::Ref<ZEFObject> copy() override;
+    std::string description() const override;
+
+    // As last seen, without a look at the disk.
+
+    /// NO once the file was found lost; it never becomes valid again.
+    bool isValid() const { return hasState(validState); }
+    /// Nil for a lost file.
+    zef::FileURL url() const;
+    /// Nil for a lost file. Borrowed until the location changes.
+    const std::string* path();
+    /// Nil for a lost file and for a path longer than PATH_MAX allows.
+    zef::PathBuffer filesystemRepresentation();
+    /// Borrowed; null when there is none or the file is lost.
+    const zef::FSRef* fsRef() const;
+    bool refValid() const { return hasState(refValidState); }
+    std::optional<zef::Date> modificationDate();
+
+    // Now: these look at the disk.
+
+    /// Where the file is, found again if it was moved; nil when it is lost.
+    zef::FileURL currentURL();
+    std::optional<std::string> currentPath();
+    zef::PathBuffer currentFilesystemRepresentation();
+    /// The date after a look at the remembered path alone; nil when nobody asked for the date
+    /// before and nothing has changed.
+    std::optional<zef::Date> currentModificationDate();
+
+    // Kernel queue: notices what time stamps don't show.
+
+    void initKQueue();
+    void endKQueue();
+    bool usingKQueue() const { return _kernelQueue >= 0; }
+    void ZEF_checkKQueue();
+
+    // Observers: any objects, not retained, told apart by identity. Never the item itself.
+    /// NO when it is registered already.
+    bool registerFileObserver(const ZEFObject* observer);
+    /// NO when it is not registered.
+    bool removeFileObserver(const ZEFObject* observer);
+    /// What happened since `observer` last asked; its first question registers it.
+    ZEFFileChanges changesForObserver(const ZEFObject* observer);
+    /// Asks for a registered observer and, if something happened, sends `updateForEvent`; YES then.
+    /// NO also for one that is not registered.
+    bool updateForObserver(const ZEFObject* observer);
+    void eventOccurred(const ZEFChangeRecord*);
+    /// For subclasses: something happened to the file.
+    virtual void updateForEvent(const ZEFChangeRecord*);
+
+    // For the library.
+
+    void ZEF_setContainer(ZEFFileTable*);
+    ZEFFileTable* ZEF_container() const { return _container.load(std::memory_order_relaxed); }
+    /// Whether `stat`, just taken at `where`, is of this very file. Any thread.
+    bool ZEF_isSameObject(const zef::Stat& stat, const zef::FileURL& where) const;
+    /// The same question as `changesForObserver`, but `modified` alone: a change of the path is
+    /// left for the observer's next question.
+    bool ZEF_modifiedForObserver(const ZEFObject* observer);
+    /// Whether `other` is of another file that has, or had, the same numbers. Any thread.
+    bool ZEF_isAnotherObject(const ZEFFileItem& other) const;
+    /// Takes what finds the file again after a move, unless that was done. Any thread.
+    void ZEF_keepReference();
+    /// Where the file is now and its reference, without a change to the item; nil when it is lost.
+    /// Any thread.
+    zef::FileURL ZEF_locate(zef::FSRef& ref) const;
+
+protected:
+    ~ZEFFileItem() override;
+    void dealloc() noexcept override;
+
+private:
+    enum Mark : std::uint8_t { basicDirectoryMark = 1, symlinkMark = 2 };
+    enum State : std::uint8_t { validState = 1, refValidState = 2, referenceKeptState = 4 };
+
+    bool hasState(State state) const { return _state.load(std::memory_order_acquire) & state; }
+    void setState(State state) { _state.fetch_or(state, std::memory_order_acq_rel); }
+    void clearState(State state)
+    {
+        _state.fetch_and(static_cast<std::uint8_t>(~state), std::memory_order_acq_rel);
+    }
+
+    void takeStat(const zef::Stat&);
+    void takeReference(const zef::FSRef*, const zef::Stat*);
+    zef::FSRef identity() const;
+    zef::FSRef referenceCopy() const;
+    void setLocation(const zef::FileURL&);
+    void becomeLost();
+    void giveUpReference();
+    zef::FileURL resolveReference();
+    void makeOwnPath();
+    ZEFFileInfoList* recordForObserver(const ZEFObject*);
+    ZEFFileInfoList* appendRecord(const ZEFObject*);
+    ZEFFileInfoList* askableRecord(const ZEFObject*);
+    void look(ZEFFileInfoList&, ZEFFileChanges&);
+    void followMove(ZEFFileInfoList&, ZEFFileChanges&);
+
+    // Ordered by size: a listing of a large folder makes one of these an entry.
+    std::uint32_t _deviceNumber = 0;
+    std::uint64_t _iNode = 0;
+    zef::FileURL _pathURL;
+    std::unique_ptr<std::string> _path;
+    double _modDate = std::numeric_limits<double>::quiet_NaN();
+    std::atomic<ZEFFileTable*> _container{ nullptr };
+    /// -1 while unused; otherwise the token of the watch, 0 when nothing could be opened.
+    std::int32_t _kernelQueue = -1;
+    std::uint8_t _marks = 0;
+    std::atomic<std::uint8_t> _state{ 0 };
+    /// Guards `_pathURL` and `_fsRef` against other threads' reading; only the owner changes them.
+    mutable zef::ByteLock _locationLock;
+    ZEFFileInfoList _pathInfo;
+    zef::FSRef _fsRef;
+};

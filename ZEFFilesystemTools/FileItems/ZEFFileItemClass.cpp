@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/FileItems/ZEFFileItemClass.h"
+
+#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
+#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/Log.h"
+#include "ZEFFilesystemTools/Platform/WideInode.h"
+
+// One call of the factory. What it lets go of, it lets go of after the registry is unlocked.
+class ZEFFileItemClass::Request {
+public:
+    Request(const ZEFFileItemClass& fileClass, const zef::FileURL& url, const zef::FSRef* ref,
+        const zef::Stat& stat)
+        : _class(fileClass)
+        , _url(url)
+        , _ref(ref)
+        , _stat(stat)
+        , _key(zef::registryKeyOfInode(stat.inode))
+    {
+    }
+
+    zef::Ref<ZEFFileItem> item()
+    {
+        zef::Ref<ZEFFileItem> result;
+        {
+            ZEFFileRegistry::Guard guard;
+            if (!guard.isLocked())
+                return nullptr;
+            result = registeredItem();
+        }
+        if (_replaced)
+            tellReplacement();
+        return result;
+    }
+
+private:
+    zef::Ref<ZEFFileItem> registeredItem()
+    {
+        auto* table = ZEFFileRegistry::table(_stat.device);
+        if (table) {
+            if (auto found = usableItem(*table))
+                return found;
+            if (auto made = makeItem(*table))
+                return made;
+        }
+        // Also reached when an instance could not be made: the device then begins anew, and the
+        // registry has forgotten every item that it knew there.
+        return makeItem(ZEFFileRegistry::replaceTable(_stat.device));
+    }
+
+    zef::Ref<ZEFFileItem> usableItem(ZEFFileTable& table)
+    {
+        auto found = table.retainedItem(_key);
+        if (!found)
+            return nullptr;
+        if (found->isValid() && found->ZEF_isSameObject(_stat, _url))
+            return found;
+        // The number of a deleted file was given to this one: the old item must not, when it dies,
+        // take out the entry of a file that is not its own.
+        if (found->isValid())
+            table.detach(found.get());
+        else
+            table.remove(_key);
+        _replaced = std::move(found);
+        return nullptr;
+    }
+
+    zef::Ref<ZEFFileItem> makeItem(ZEFFileTable& table)
+    {
+        const bool needsSlash = _stat.isBasicDirectory() && !_url.hasDirectoryPath();
+        const auto url = needsSlash ? _url.withKind(zef::URLKind::folder) : _url;
+        auto made = _class._initWithURL(url, needsSlash ? nullptr : _ref, url, &_stat);
+        if (made)
+            table.insert(_key, made.get());
+        return made;
+    }
+
+    void tellReplacement() const
+    {
+        zef::log("Error while getting file object %s for url %s, will attempt to create a new one.",
+            _replaced->description().c_str(), _url.absoluteString().c_str());
+    }
+
+    const ZEFFileItemClass& _class;
+    const zef::FileURL& _url;
+    const zef::FSRef* _ref;
+    const zef::Stat& _stat;
+    std::uint64_t _key;
+    zef::Ref<ZEFFileItem> _replaced;
+};
+
+zef::Ref<ZEFFileItem> ZEFFileItemClass::newFileItemForURLFsRef(
+    const zef::FileURL& url, const zef::FSRef* ref) const
+{
+    zef::PathBytes path;
+    zef::Stat stat;
+    if (!url.fileSystemRepresentation(path)
+        || zef::FileSystem::shared().statLink(path.text(), stat) != 0)
+        return nullptr;
+    auto item = Request(*this, url, ref, stat).item();
+    if (item)
+        item->ZEF_keepReference();
+    return item;
+}
+
+zef::Ref<ZEFFileItem> ZEFFileItemClass::newFileItemForURL(const zef::FileURL& url) const
+{
+    return newFileItemForURLFsRef(url, nullptr);
+}
+
+zef::Ref<ZEFFileItem> ZEFFileItemClass::newFileItemForPath(std::string_view path) const
+{
+    return newFileItemForURL(zef::FileURL::fromPath(path, zef::URLKind::folder));
+}
+
+zef::Ref<ZEFFileItem> ZEFFileItemClass::newFileItemForPath(std::nullptr_t) const
+{
+    return nullptr;
+}
+
+zef::Ref<ZEFFileItem> ZEFFileItemClass::newFileItemForFSRef(const zef::FSRef* ref) const
+{
+    if (!ref)
+        return nullptr;
+    return newFileItemForURLFsRef(zef::Locator::shared().locate(*ref, nullptr), ref);
+}
+
+zef::Ref<ZEFFileItem> ZEFFileItemClass::ZEF_newFileItemForEntry(
+    const zef::FileURL& url, const zef::FSRef& ref, const zef::Stat& stat) const
+{
+    return url ? Request(*this, url, &ref, stat).item() : nullptr;
+}

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/Class.h"
+#include "ZEFFilesystemTools/Platform/FSRef.h"
+#include "ZEFFilesystemTools/Platform/FileURL.h"
+#include "ZEFFilesystemTools/Platform/Ref.h"
+
+#include <cstddef>
+#include <string_view>
+
+class ZEFFileItem;
+
+/// A class of file items as a value: the factory of the one canonical item of each file.
+///
+/// A host adds a class of its own with a subclass of `ZEFFileItem` that has the constructor of
+/// `ZEFFileItem` and one line:
+/// `const ZEFFileItemClass MyItem::classObject("MyItem", &ZEFFileItem::classObject,
+/// ZEFFileItemClass::initializer<MyItem>);`. Any thread.
+class ZEFFileItemClass : public zef::Class {
+public:
+    /// Makes an instance, or yields nil. Called by the factory alone, on the asking thread, with
+    /// the registry locked: it must not ask a factory for items.
+    using Initializer = zef::Ref<ZEFFileItem> (*)(const zef::FileURL& url, const zef::FSRef* fsRef,
+        const zef::FileURL& pathRep, const zef::Stat* statInfo);
+
+    constexpr ZEFFileItemClass(
+        const char* className, const zef::Class* superclassObject, Initializer initWithURL)
+        : zef::Class{ className, superclassObject }
+        , _initWithURL(initWithURL)
+    {
+    }
+
+    template <typename Item>
+    static zef::Ref<ZEFFileItem> initializer(const zef::FileURL& url, const zef::FSRef* fsRef,
+        const zef::FileURL& pathRep, const zef::Stat* statInfo)
+    {
+        return zef::makeRef<Item>(url, fsRef, pathRep, statInfo);
+    }
+
+    /// The item of the file at `url`, links not followed: the one that exists already, of whatever
+    /// class, or a new one of this class. Nil when there is no such file or `url` is nil. `ref`
+    /// (borrowed, may be null) is taken for the reference of a new item.
+    zef::Ref<ZEFFileItem> newFileItemForURLFsRef(
+        const zef::FileURL& url, const zef::FSRef* ref) const;
+    zef::Ref<ZEFFileItem> newFileItemForURL(const zef::FileURL& url) const;
+
+    /// The item of the file at `path`; its URL ends in a slash even where that is no folder. Nil
+    /// for nil, for an empty path and when there is no such file.
+    zef::Ref<ZEFFileItem> newFileItemForPath(std::string_view path) const;
+    zef::Ref<ZEFFileItem> newFileItemForPath(std::nullptr_t) const;
+
+    /// The item of the file that `ref` refers to; nil when that is gone or can't be found.
+    zef::Ref<ZEFFileItem> newFileItemForFSRef(const zef::FSRef* ref) const;
+
+    /// For listings, which have looked at the file already: the item of the file at `url` that
+    /// `stat` describes, without a further look at the disk. It takes nothing that would find the
+    /// file after a move; the item does so itself when somebody begins to follow it.
+    zef::Ref<ZEFFileItem> ZEF_newFileItemForEntry(
+        const zef::FileURL& url, const zef::FSRef& ref, const zef::Stat& stat) const;
+
+private:
+    class Request;
+
+    Initializer _initWithURL;
+};

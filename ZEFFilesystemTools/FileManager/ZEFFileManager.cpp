@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
+
+#include "ZEFFilesystemTools/FileManager/ZEFFileManagerDirectories.h"
+#include "ZEFFilesystemTools/Platform/OperationQueue.h"
+
+#include <atomic>
+#include <mutex>
+
+namespace {
+
+constexpr std::size_t loadsAtOnce = 64;
+constexpr std::size_t utilitiesPerProcessor = 4;
+constexpr std::size_t releaseTimersHint = 100;
+
+std::atomic<ZEFFileManager*> _defaultFilesystem{ nullptr };
+
+// The lock of the class; recursive, because making the instance through `defaultFileManager` goes
+// through `alloc`.
+std::recursive_mutex& classLock()
+{
+    static auto& mutex = *new std::recursive_mutex;
+    return mutex;
+}
+
+} // namespace
+
+const zef::Class ZEFFileManager::classObject{ "ZEFFileManager", &ZEFObject::classObject };
+
+ZEFFileManager* ZEFFileManager::defaultFileManager()
+{
+    if (auto* manager = _defaultFilesystem.load(std::memory_order_acquire))
+        return manager;
+    std::lock_guard lock(classLock());
+    if (!_defaultFilesystem) {
+        auto* manager = alloc();
+        _defaultFilesystem = manager->init();
+    }
+    return _defaultFilesystem;
+}
+
+ZEFFileManager* ZEFFileManager::alloc()
+{
+    std::lock_guard lock(classLock());
+    if (_defaultFilesystem)
+        return nullptr;
+    _defaultFilesystem = new ZEFFileManager;
+    return _defaultFilesystem;
+}
+
+ZEFFileManager* ZEFFileManager::init()
+{
+    return _defaultFilesystem;
+}
+
+ZEFFileManager::ZEFFileManager()
+    : _operationQueue(zef::makeRef<zef::OperationQueue>())
+    , _utilityQueue(zef::makeRef<zef::OperationQueue>())
+    , _directories(std::make_unique<Directories>())
+    , _removedDirectoriesReleaseTimers(zef::makeRef<zef::Array<zef::Timer>>(releaseTimersHint))
+{
+    _operationQueue->setMaxConcurrentOperationCount(loadsAtOnce);
+    _utilityQueue->setMaxConcurrentOperationCount(
+        utilitiesPerProcessor * zef::onlineProcessorCount());
+    makeImmortal();
+}
+
+ZEFFileManager::~ZEFFileManager() = default;
+
+zef::Ref<ZEFObject> ZEFFileManager::copy()
+{
+    return this;
+}
+
+bool ZEFFileManager::setFileClass(const ZEFFileItemClass* fileClass)
+{
+    if (_madeFiles)
+        return false;
+    _fileClass = fileClass;
+    return true;
+}
+
+void ZEFFileManager::shutdown()
+{
+    if (!_directories)
+        return;
+    _operationQueue->setSuspended(true);
+    _utilityQueue->setSuspended(true);
+    if (_timer)
+        _timer->invalidate();
+    _directories.reset();
+    for (const auto& timer : *_removedDirectoriesReleaseTimers)
+        timer->invalidate();
+    _removedDirectoriesReleaseTimers = nullptr;
+    _operationQueue->waitUntilAllOperationsAreFinished();
+    _operationQueue = nullptr;
+    _utilityQueue->waitUntilAllOperationsAreFinished();
+    _utilityQueue = nullptr;
+}

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/Catalog.h"
+
+#include "ZEFFilesystemTools/Platform/FileSystemType.h"
+#include "ZEFFilesystemTools/Platform/FolderReader.h"
+#include "ZEFFilesystemTools/Platform/LinuxCalls.h"
+
+#include <cerrno>
+
+namespace zef {
+namespace {
+
+std::int16_t resultOfOpening(int error)
+{
+    return error == EINVAL ? CatalogResult::badReference : catalogResultOfErrno(error);
+}
+
+class KernelCatalogIterator final : public CatalogIterator {
+public:
+    std::int16_t open(const FSRef& ref, const FileURL& folder)
+    {
+        const int error = _reader.open(ref, folder);
+        if (error)
+            return resultOfOpening(error);
+        _folderInode = ref.inode();
+        _needsHandles = !keepsBirthTimes(fileSystemType(_reader.folder()));
+        return CatalogResult::noError;
+    }
+
+    std::int16_t next(std::span<CatalogEntry> entries, std::size_t& count) override
+    {
+        count = 0;
+        FolderReader::Entry raw;
+        while (count < entries.size()) {
+            if (!_reader.next(raw))
+                return end(count);
+            if (_knownEntries && _knownEntries->isKnown({ raw.name, raw.nameLength }, raw.inode))
+                continue;
+            if (fill(entries[count], raw))
+                ++count;
+        }
+        return CatalogResult::noError;
+    }
+
+    void setKnownEntries(KnownEntries* known) override { _knownEntries = known; }
+
+private:
+    // An error behind entries that were read waits for the next call.
+    std::int16_t end(std::size_t count) const
+    {
+        if (!_reader.error())
+            return CatalogResult::noMoreItems;
+        return count ? CatalogResult::noError : catalogResultOfErrno(_reader.error());
+    }
+
+    // NO for an entry that is gone already.
+    bool fill(CatalogEntry& entry, const FolderReader::Entry& raw)
+    {
+        if (raw.nameLength >= entry.nameBytes.size()
+            || statAt(_reader.folder(), raw.name, entry.stat) != 0)
+            return false;
+        entry.nameLength = raw.nameLength;
+        std::string_view(raw.name, raw.nameLength).copy(entry.nameBytes.data(), raw.nameLength);
+        entry.isFolder = entry.stat.isFolder();
+        entry.ref = FSRef(entry.stat, _folderInode);
+        if (_needsHandles)
+            entry.ref.setHandle(handleAt(_reader.folder(), raw.name));
+        return true;
+    }
+
+    FolderReader _reader;
+    KnownEntries* _knownEntries = nullptr;
+    std::uint64_t _folderInode = 0;
+    bool _needsHandles = false;
+};
+
+class KernelCatalog final : public Catalog {
+public:
+    std::int16_t openIterator(const FSRef* ref, const FileURL& folder,
+        std::unique_ptr<CatalogIterator>& iterator) override
+    {
+        iterator.reset();
+        auto opened = std::make_unique<KernelCatalogIterator>();
+        const auto result = opened->open(ref ? *ref : FSRef(), folder);
+        if (result == CatalogResult::noError)
+            iterator = std::move(opened);
+        return result;
+    }
+
+    std::int16_t countEntries(const FSRef* ref, const FileURL& folder, std::size_t& count) override
+    {
+        count = 0;
+        FolderReader reader;
+        const int error = reader.open(ref ? *ref : FSRef(), folder);
+        if (error)
+            return resultOfOpening(error);
+        std::size_t read = 0;
+        FolderReader::Entry entry;
+        while (reader.next(entry))
+            ++read;
+        if (reader.error())
+            return catalogResultOfErrno(reader.error());
+        count = read;
+        return CatalogResult::noError;
+    }
+};
+
+} // namespace
+
+Catalog& Catalog::system()
+{
+    static auto& catalog = *new KernelCatalog; // never destroyed: late threads may still ask
+    return catalog;
+}
+
+} // namespace zef

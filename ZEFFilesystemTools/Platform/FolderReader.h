@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/FSRef.h"
+#include "ZEFFilesystemTools/Platform/FileURL.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+namespace zef {
+
+/// Reads the raw entries of one open folder (getdents64(2)), without "." and "..". One thread.
+class FolderReader {
+public:
+    struct Entry {
+        /// Ends in a NUL; lives until the next call of `next`.
+        const char* name;
+        std::size_t nameLength;
+        /// As the folder has it: only a hint, see readdir(3).
+        std::uint64_t inode;
+    };
+
+    FolderReader() = default;
+    ~FolderReader();
+    FolderReader(const FolderReader&) = delete;
+    FolderReader& operator=(const FolderReader&) = delete;
+
+    /// Opens the folder that `ref` refers to, last seen at `url`. 0, or an errno value; EINVAL for
+    /// an empty reference. Permission to read is not needed yet.
+    int open(const FSRef& ref, const FileURL& url);
+
+    /// Reads the next entry; NO at the end and on an error.
+    bool next(Entry&);
+
+    /// Why `next` said NO: 0 at the end, or an errno value.
+    int error() const { return _error; }
+
+    /// The descriptor of the folder, for a look at its entries.
+    int folder() const { return _folder; }
+
+private:
+    static constexpr std::size_t bufferSize = 32768;
+
+    int openAtPath(const FSRef& ref, const FileURL& url);
+    bool openForReading();
+    bool fillBuffer();
+
+    int _folder = -1;
+    bool _isReadable = false;
+    int _error = 0;
+    std::unique_ptr<std::byte[]> _buffer;
+    std::size_t _length = 0;
+    std::size_t _offset = 0;
+};
+
+} // namespace zef

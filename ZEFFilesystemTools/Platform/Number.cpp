@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/Number.h"
+
+namespace zef {
+
+const Class Number::classObject{ "Number", &ZEFObject::classObject };
+
+bool Number::isEqual(const ZEFObject* other) const
+{
+    const auto* number = dynamic_cast<const Number*>(other);
+    return number && number->_value == _value;
+}
+
+} // namespace zef

@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
+
+#include "ZEFFilesystemTools/Platform/Catalog.h"
+#include "ZEFFilesystemTools/Platform/Log.h"
+#include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
+
+namespace {
+
+bool isShortageOfResources(std::int16_t result)
+{
+    return result == zef::CatalogResult::tooManyOpenFiles
+        || result == zef::CatalogResult::outOfMemory;
+}
+
+} // namespace
+
+// One comparison of the folder and its known items with their state at the last look. Item hooks
+// are called on the way and may do anything, so every walk goes by index over a set that keeps its
+// indexes.
+class ZEFDirectorySubscription::Check {
+public:
+    explicit Check(ZEFDirectorySubscription& subscription)
+        : _subscription(subscription)
+        , _folder(*subscription._directoryFile)
+    {
+    }
+
+    zef::Ref<ZEFChangeArray> run()
+    {
+        lookAtFolder();
+        if (_subscription._shouldCheck) {
+            if (_folderChanged || _subscription._checkDirContents)
+                lookAtAllItems();
+            else
+                lookAtSubfolders();
+        }
+        forgetItems();
+        if ((_folderChanged || _subscription._checkDirContents) && _subscription._shouldCheck)
+            lookForNewItems();
+        // What could not be listed for want of a descriptor or memory is listed by the next check.
+        _subscription._checkDirContents = _listingIsDue;
+        return _changes && !_changes->isEmpty() ? std::move(_changes) : nullptr;
+    }
+
+private:
+    ZEFChangeRecord* add(ZEFFileEvent event, ZEFFileItem& item)
+    {
+        auto record = zef::makeRef<ZEFChangeRecord>(event, &item);
+        auto* borrowed = record.get();
+        changes().addObject(std::move(record));
+        return borrowed;
+    }
+
+    void addAndTell(ZEFFileEvent event, ZEFFileItem& item) { item.eventOccurred(add(event, item)); }
+
+    // Made with the first record: most checks find nothing.
+    ZEFChangeArray& changes()
+    {
+        if (!_changes)
+            _changes = zef::makeRef<ZEFChangeArray>();
+        return *_changes;
+    }
+
+    void lookAtFolder()
+    {
+        const auto flags = _folder.changesForObserver(&_subscription);
+        _folderChanged = flags.pathChanged || flags.modified;
+        if (!flags.pathChanged) {
+            if (flags.modified)
+                addAndTell(ZEFFileEvent::updated, _folder);
+            return;
+        }
+        if (!flags.exists) {
+            add(ZEFFileEvent::removed, _folder);
+            _subscription._shouldCheck = false;
+            return;
+        }
+        _folderMoved = true;
+        const auto url = _folder.url();
+        const bool sameParent = &url.parentFolder() == &_subscription._lastKnownURL.parentFolder();
+        addAndTell(sameParent ? ZEFFileEvent::renamed : ZEFFileEvent::moved, _folder);
+        _subscription.ZEF_setURL(url);
+    }
+
+    // The economy of the poll: plain files are not asked as long as their folder is unchanged.
+    void lookAtSubfolders()
+    {
+        const auto& folders = _subscription._directoryInfoDirectoriesOnly;
+        for (std::size_t index = 0; index < folders.endIndex(); ++index) {
+            auto* item = folders.objectAtIndex(index);
+            // A subfolder that is moved right now is left for the full check that its folder's own
+            // event brings with the next poll.
+            if (item && item->ZEF_modifiedForObserver(&_subscription))
+                addAndTell(ZEFFileEvent::updated, *item);
+        }
+    }
+
+    void lookAtAllItems()
+    {
+        const auto& items = _subscription._directoryInfo;
+        for (std::size_t index = 0; index < items.endIndex(); ++index) {
+            if (const zef::Ref<ZEFFileItem> item = items.objectAtIndex(index))
+                lookAtItem(*item);
+        }
+    }
+
+    void lookAtItem(ZEFFileItem& item)
+    {
+        const auto flags = item.changesForObserver(&_subscription);
+        if (flags.pathChanged) {
+            reportPathChange(item, flags.exists);
+            return;
+        }
+        if (flags.modified) {
+            addAndTell(ZEFFileEvent::updated, item);
+            return;
+        }
+        if (flags.exists)
+            return;
+        ++_lostItems;
+        zef::log("Error in ZEFDirectorySubscription: apparently failed to remove file %s",
+            item.description().c_str());
+    }
+
+    void reportPathChange(ZEFFileItem& item, bool exists)
+    {
+        if (!exists) {
+            add(ZEFFileEvent::removed, item);
+            _removals.push_back(&item);
+            return;
+        }
+        if (!item.url().isDirectlyIn(_subscription._lastKnownURL)) {
+            addAndTell(ZEFFileEvent::moved, item);
+            _removals.push_back(&item);
+            return;
+        }
+        addAndTell(_folderMoved ? ZEFFileEvent::movedInParent : ZEFFileEvent::renamed, item);
+    }
+
+    void forgetItems()
+    {
+        for (const auto& item : _removals)
+            _subscription.forgetItem(*item);
+        _subscription._directoryInfoDirectoriesOnly.compact();
+        if (_subscription._directoryInfo.compact())
+            _subscription._referencesKept = 0;
+    }
+
+    // A listing costs more than a count, and only removals can explain that a folder has become
+    // smaller than what is known of it. Items that somebody else found lost are not in it.
+    void lookForNewItems()
+    {
+        std::size_t entryCount = 0;
+        const auto url = _folder.url();
+        const auto result = zef::Catalog::shared().countEntries(_folder.fsRef(), url, entryCount);
+        _listingIsDue = isShortageOfResources(result);
+        if (_listingIsDue || entryCount + _lostItems < _subscription._directoryInfo.count())
+            return;
+        _listingIsDue = isShortageOfResources(
+            _subscription.ZEF_scanDirectoryForUpdatedFiles(&changes(), false));
+    }
+
+    ZEFDirectorySubscription& _subscription;
+    ZEFFileItem& _folder;
+    zef::Ref<ZEFChangeArray> _changes;
+    std::vector<zef::Ref<ZEFFileItem>> _removals;
+    std::size_t _lostItems = 0;
+    bool _folderChanged = false;
+    bool _folderMoved = false;
+    bool _listingIsDue = false;
+};
+
+void ZEFDirectorySubscription::checkDirectory(zef::Ref<ZEFChangeArray>& changes)
+{
+    changes = nullptr;
+    if (_currentLoadOperation || !_directoryFile->isValid() || !_shouldCheck)
+        return;
+    const zef::Ref<ZEFDirectorySubscription> protectedThis(this);
+    const zef::VnodeNotifier::Round round;
+    changes = Check(*this).run();
+}
+
+void ZEFDirectorySubscription::forgetItem(ZEFFileItem& item)
+{
+    item.removeFileObserver(this);
+    if (item.isBasicDirectory())
+        _directoryInfoDirectoriesOnly.remove(&item);
+    _directoryInfo.remove(&item);
+}
