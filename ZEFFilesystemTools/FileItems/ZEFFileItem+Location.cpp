@@ -91,12 +91,17 @@ bool ZEFFileItem::ZEF_isAnotherObject(const ZEFFileItem& other) const
 
 void ZEFFileItem::ZEF_keepReference()
 {
-    if (!refValid() || _state.fetch_or(referenceKeptState) & referenceKeptState)
+    if (!refValid() || _state.testAndSet(referenceKeptState))
         return;
     auto reference = referenceCopy();
     zef::Locator::shared().retain(reference, url());
-    std::lock_guard lock(_locationLock);
-    _fsRef = reference;
+    {
+        std::lock_guard lock(_locationLock);
+        _fsRef = reference;
+    }
+    // The item's own thread may have found the file lost meanwhile.
+    if (!_state.has(referenceKeptState))
+        zef::Locator::shared().release(reference);
 }
 
 zef::FileURL ZEFFileItem::ZEF_locate(zef::FSRef& reference) const
@@ -129,7 +134,7 @@ zef::FSRef ZEFFileItem::identity() const
 
 zef::FileURL ZEFFileItem::resolveReference()
 {
-    return refValid() ? zef::Locator::shared().locate(_fsRef, _pathURL) : zef::FileURL();
+    return refValid() ? zef::Locator::shared().locate(referenceCopy(), _pathURL) : zef::FileURL();
 }
 
 void ZEFFileItem::setLocation(const zef::FileURL& url)
@@ -145,18 +150,18 @@ void ZEFFileItem::setLocation(const zef::FileURL& url)
 
 void ZEFFileItem::becomeLost()
 {
-    clearState(validState);
+    _state.clear(validState);
     giveUpReference();
-    clearState(refValidState);
+    _state.clear(refValidState);
     setLocation(nullptr);
 }
 
 void ZEFFileItem::giveUpReference()
 {
-    if (!hasState(referenceKeptState))
+    if (!_state.has(referenceKeptState))
         return;
-    zef::Locator::shared().release(_fsRef);
-    clearState(referenceKeptState);
+    zef::Locator::shared().release(referenceCopy());
+    _state.clear(referenceKeptState);
 }
 
 void ZEFFileItem::makeOwnPath()

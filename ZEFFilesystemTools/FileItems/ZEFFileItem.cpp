@@ -43,7 +43,7 @@ void ZEFFileItem::takeStat(const zef::Stat& stat)
         _marks |= symlinkMark;
     _deviceNumber = stat.device;
     _iNode = stat.inode;
-    setState(validState);
+    _state.set(validState);
 }
 
 void ZEFFileItem::takeReference(const zef::FSRef* given, const zef::Stat* stat)
@@ -52,7 +52,7 @@ void ZEFFileItem::takeReference(const zef::FSRef* given, const zef::Stat* stat)
         _fsRef = *given;
     else if (!stat || !zef::Locator::shared().makeRef(_pathURL, *stat, _fsRef))
         return;
-    setState(refValidState);
+    _state.set(refValidState);
 }
 
 void ZEFFileItem::dealloc() noexcept

@@ -5,6 +5,7 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileChanges.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileInfoList.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileItemClass.h"
+#include "ZEFFilesystemTools/Platform/AtomicFlags.h"
 #include "ZEFFilesystemTools/Platform/ByteLock.h"
 #include "ZEFFilesystemTools/Platform/Date.h"
 
@@ -31,7 +32,6 @@ public:
         const zef::Stat* statInfo);
 
     // Identity, fixed when the item is made.
-
     std::size_t hash() const override;
     /// Whether `other` is an item of this one's class, or of a subclass, with the same numbers.
     bool isEqual(const ZEFObject* other) const override;
@@ -47,9 +47,8 @@ public:
     std::string description() const override;
 
     // As last seen, without a look at the disk.
-
     /// NO once the file was found lost; it never becomes valid again.
-    bool isValid() const { return hasState(validState); }
+    bool isValid() const { return _state.has(validState); }
     /// Nil for a lost file.
     zef::FileURL url() const;
     /// Nil for a lost file. Borrowed until the location changes.
@@ -58,11 +57,11 @@ public:
     zef::PathBuffer filesystemRepresentation();
     /// Borrowed; null when there is none or the file is lost.
     const zef::FSRef* fsRef() const;
-    bool refValid() const { return hasState(refValidState); }
+    bool refValid() const { return _state.has(refValidState); }
+    /// The date last seen through the item itself, kept until a change is seen.
     std::optional<zef::Date> modificationDate();
 
     // Now: these look at the disk.
-
     /// Where the file is, found again if it was moved; nil when it is lost.
     zef::FileURL currentURL();
     std::optional<std::string> currentPath();
@@ -72,7 +71,6 @@ public:
     std::optional<zef::Date> currentModificationDate();
 
     // Kernel queue: notices what time stamps don't show.
-
     void initKQueue();
     void endKQueue();
     bool usingKQueue() const { return _kernelQueue >= 0; }
@@ -93,7 +91,6 @@ public:
     virtual void updateForEvent(const ZEFChangeRecord*);
 
     // For the library.
-
     void ZEF_setContainer(ZEFFileTable*);
     ZEFFileTable* ZEF_container() const { return _container.load(std::memory_order_relaxed); }
     /// Whether `stat`, just taken at `where`, is of this very file. Any thread.
@@ -116,13 +113,6 @@ protected:
 private:
     enum Mark : std::uint8_t { basicDirectoryMark = 1, symlinkMark = 2 };
     enum State : std::uint8_t { validState = 1, refValidState = 2, referenceKeptState = 4 };
-
-    bool hasState(State state) const { return _state.load(std::memory_order_acquire) & state; }
-    void setState(State state) { _state.fetch_or(state, std::memory_order_acq_rel); }
-    void clearState(State state)
-    {
-        _state.fetch_and(static_cast<std::uint8_t>(~state), std::memory_order_acq_rel);
-    }
 
     void takeStat(const zef::Stat&);
     void takeReference(const zef::FSRef*, const zef::Stat*);
@@ -149,7 +139,7 @@ private:
     /// -1 while unused; otherwise the token of the watch, 0 when nothing could be opened.
     std::int32_t _kernelQueue = -1;
     std::uint8_t _marks = 0;
-    std::atomic<std::uint8_t> _state{ 0 };
+    zef::AtomicFlags<State> _state;
     /// Guards `_pathURL` and `_fsRef` against other threads' reading; only the owner changes them.
     mutable zef::ByteLock _locationLock;
     ZEFFileInfoList _pathInfo;

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+namespace zef {
+
+/// A byte of flags that several threads read and change; `Flag` is an enum of single bits.
+template <typename Flag> class AtomicFlags {
+public:
+    bool has(Flag flag) const { return _bits.load(std::memory_order_acquire) & flag; }
+    void set(Flag flag) { testAndSet(flag); }
+
+    /// Sets the flag; YES when it was set before.
+    bool testAndSet(Flag flag) { return _bits.fetch_or(flag, std::memory_order_acq_rel) & flag; }
+
+    void clear(Flag flag)
+    {
+        _bits.fetch_and(static_cast<std::uint8_t>(~flag), std::memory_order_acq_rel);
+    }
+
+private:
+    std::atomic<std::uint8_t> _bits { 0 };
+};
+
+} // namespace zef
