@@ -48,7 +48,7 @@ private:
     std::uint8_t _flags = 0;
     std::uint8_t _handleType = 0;
     std::uint8_t _handleLength = 0;
-    std::uint8_t _reserved = 0;
+    [[maybe_unused]] std::uint8_t _reserved = 0;
     std::uint64_t _device = 0;
     std::uint64_t _inode = 0;
     std::int64_t _birthTime = 0;
