@@ -104,16 +104,23 @@ void ZEFFileItem::ZEF_keepReference()
         zef::Locator::shared().release(reference);
 }
 
-zef::FileURL ZEFFileItem::ZEF_locate(zef::FSRef& reference) const
+bool ZEFFileItem::ZEF_copyReference(zef::FSRef& reference) const
+{
+    reference = referenceCopy();
+    return refValid() && isValid();
+}
+
+zef::FileURL ZEFFileItem::ZEF_locate() const
 {
     const auto place = url();
-    reference = referenceCopy();
     zef::PathBytes path;
+    zef::FSRef reference;
     if (!isValid() || !place)
         return nullptr;
     if (place.fileSystemRepresentation(path) && zef::FileSystem::shared().exists(path.text()))
         return place;
-    return refValid() ? zef::Locator::shared().locate(reference, place) : zef::FileURL();
+    return ZEF_copyReference(reference) ? zef::Locator::shared().locate(reference, place)
+                                        : zef::FileURL();
 }
 
 zef::FSRef ZEFFileItem::referenceCopy() const

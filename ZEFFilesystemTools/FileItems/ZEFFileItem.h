@@ -102,9 +102,10 @@ public:
     bool ZEF_isAnotherObject(const ZEFFileItem& other) const;
     /// Takes what finds the file again after a move, unless that was done. Any thread.
     void ZEF_keepReference();
-    /// Where the file is now and its reference, without a change to the item; nil when it is lost.
-    /// Any thread.
-    zef::FileURL ZEF_locate(zef::FSRef& ref) const;
+    /// Copies the reference; NO where `fsRef` yields none. Any thread.
+    bool ZEF_copyReference(zef::FSRef&) const;
+    /// Where the file is now, without a change to the item; nil when it is lost. Any thread.
+    zef::FileURL ZEF_locate() const;
 
 protected:
     ~ZEFFileItem() override;

@@ -78,12 +78,12 @@ void ZEFFileLoadOperation::nonRecursiveOperation()
 std::int16_t ZEFFileLoadOperation::listFolder(const ZEFFileItem* folder)
 {
     zef::FSRef reference;
-    const auto url = folder ? folder->ZEF_locate(reference) : zef::FileURL();
+    const auto url = folder ? folder->ZEF_locate() : zef::FileURL();
+    const auto* given = url && folder->ZEF_copyReference(reference) ? &reference : nullptr;
     if (isCancelled())
         return zef::CatalogResult::noError;
     std::unique_ptr<zef::CatalogIterator> iterator;
-    const auto result = zef::Catalog::shared().openIterator(
-        url && folder->refValid() ? &reference : nullptr, url, iterator);
+    const auto result = zef::Catalog::shared().openIterator(given, url, iterator);
     if (result != zef::CatalogResult::noError) {
         zef::log("ZEFFileLoadOperation encountered error %d opening iterator to get the directory "
                  "contents at %s",

@@ -152,8 +152,9 @@ private:
     void lookForNewItems()
     {
         std::size_t entryCount = 0;
-        const auto url = _folder.url();
-        const auto result = zef::Catalog::shared().countEntries(_folder.fsRef(), url, entryCount);
+        zef::FSRef reference;
+        const auto* given = _folder.ZEF_copyReference(reference) ? &reference : nullptr;
+        const auto result = zef::Catalog::shared().countEntries(given, _folder.url(), entryCount);
         _listingIsDue = isShortageOfResources(result);
         if (_listingIsDue || entryCount + _lostItems < _subscription._directoryInfo.count())
             return;
