@@ -2,6 +2,7 @@
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 
 #include "ZEFFilesystemTools/FileManager/ZEFFileManagerDirectories.h"
+#include "ZEFFilesystemTools/Platform/FirstException.h"
 #include "ZEFFilesystemTools/Platform/RunLoop.h"
 #include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
 
@@ -14,7 +15,7 @@ constexpr double releaseDelayOfInvalid = 0.0;
 
 ZEFDirectorySubscription* ZEFFileManager::subscribeForFile(ZEFObject* subscriber, ZEFFileItem* file)
 {
-    if (!file)
+    if (!file || _isShutDown)
         return nullptr;
     auto* subscription = subscriptionForFile(file);
     if (subscription && subscription->isValid())
@@ -157,7 +158,7 @@ void ZEFFileManager::setPaused(bool paused)
 
 void ZEFFileManager::ZEF_makeTimer()
 {
-    if (_timer)
+    if (_timer || _isShutDown)
         return;
     _timer = zef::RunLoop::current().scheduleTimer(static_cast<double>(_pollingInterval),
         zef::Repeats::yes, [this](zef::Timer&) { checkFilesystem(this); });
@@ -177,15 +178,19 @@ void ZEFFileManager::checkFilesystem(ZEFObject*)
         zef::Ref<ZEFChangeArray> changes;
     };
     std::vector<Found> found;
+    zef::FirstException exception;
+    const auto check = [&](ZEFDirectorySubscription* subscription) {
+        zef::Ref<ZEFChangeArray> changes;
+        exception.guard([&] { subscription->checkDirectory(changes); });
+        if (changes)
+            found.push_back({ subscription, std::move(changes) });
+    };
     {
         const zef::VnodeNotifier::Round round;
-        _directories->list().enumerate([&found](ZEFDirectorySubscription* subscription) {
-            zef::Ref<ZEFChangeArray> changes;
-            subscription->checkDirectory(changes);
-            if (changes)
-                found.push_back({ subscription, std::move(changes) });
-        });
+        exception.guard([&] { _directories->list().enumerate(check); });
     }
+    // What was found was found: its subscribers hear of it even if something went wrong.
     for (const auto& entry : found)
-        entry.subscription->notifySubscribers(entry.changes.get());
+        exception.guard([&] { entry.subscription->notifySubscribers(entry.changes.get()); });
+    exception.rethrow();
 }

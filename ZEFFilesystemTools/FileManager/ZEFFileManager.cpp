@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <utility>
 
 namespace {
 
@@ -82,16 +83,16 @@ bool ZEFFileManager::setFileClass(const ZEFFileItemClass* fileClass)
 
 void ZEFFileManager::shutdown()
 {
-    if (!_directories)
+    if (std::exchange(_isShutDown, true))
         return;
     _operationQueue->setSuspended(true);
     _utilityQueue->setSuspended(true);
     if (_timer)
         _timer->invalidate();
-    _directories.reset();
+    _directories = std::make_unique<Directories>();
     for (const auto& timer : *_removedDirectoriesReleaseTimers)
         timer->invalidate();
-    _removedDirectoriesReleaseTimers = nullptr;
+    _removedDirectoriesReleaseTimers->removeAllObjects();
     _operationQueue->waitUntilAllOperationsAreFinished();
     _operationQueue = nullptr;
     _utilityQueue->waitUntilAllOperationsAreFinished();

@@ -18,7 +18,7 @@ class OperationQueue;
 ///
 /// It can't be copied or freed. Use it on one thread: the one whose run loop carries its timers,
 /// which is the thread that first subscribes, ends a pause or changes the interval. Subscribers are
-/// called on that thread. Nothing may be asked of it after `shutdown`.
+/// called on that thread. After `shutdown` it watches nothing and has no queues.
 class ZEFFileManager final : public ZEFObject {
 public:
     static const zef::Class classObject;
@@ -116,4 +116,5 @@ private:
     bool _hadSubscribers = false;
     float _pollingInterval = 3.0F;
     bool _paused = false;
+    bool _isShutDown = false;
 };

@@ -2,8 +2,11 @@
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
 #include "ZEFFilesystemTools/Platform/Catalog.h"
+#include "ZEFFilesystemTools/Platform/FirstException.h"
 #include "ZEFFilesystemTools/Platform/Log.h"
 #include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -26,7 +29,8 @@ public:
     {
     }
 
-    zef::Ref<ZEFChangeArray> run()
+    // Sets `found` to nil or to at least one record, also when a hook has thrown.
+    void run(zef::Ref<ZEFChangeArray>& found)
     {
         lookAtFolder();
         if (_subscription._shouldCheck) {
@@ -40,7 +44,8 @@ public:
             lookForNewItems();
         // What could not be listed for want of a descriptor or memory is listed by the next check.
         _subscription._checkDirContents = _listingIsDue;
-        return _changes && !_changes->isEmpty() ? std::move(_changes) : nullptr;
+        found = _changes && !_changes->isEmpty() ? std::move(_changes) : nullptr;
+        _hookException.rethrow();
     }
 
 private:
@@ -52,7 +57,11 @@ private:
         return borrowed;
     }
 
-    void addAndTell(ZEFFileEvent event, ZEFFileItem& item) { item.eventOccurred(add(event, item)); }
+    void addAndTell(ZEFFileEvent event, ZEFFileItem& item)
+    {
+        const auto* record = add(event, item);
+        _hookException.guard([&] { item.eventOccurred(record); });
+    }
 
     // Made with the first record: most checks find nothing.
     ZEFChangeArray& changes()
@@ -116,8 +125,11 @@ private:
             addAndTell(ZEFFileEvent::updated, item);
             return;
         }
-        if (flags.exists)
+        if (flags.exists) {
+            if (!item.url().isDirectlyIn(_subscription._lastKnownURL))
+                _itemsWithOtherNames.push_back(&item);
             return;
+        }
         ++_lostItems;
         zef::log("Error in ZEFDirectorySubscription: apparently failed to remove file %s",
             item.description().c_str());
@@ -148,7 +160,8 @@ private:
     }
 
     // A listing costs more than a count, and only removals can explain that a folder has become
-    // smaller than what is known of it. Items that somebody else found lost are not in it.
+    // smaller than what is known of it. Items that somebody else found lost are not in it, and of
+    // those that are followed by a name in another folder only a listing tells whether they are.
     void lookForNewItems()
     {
         std::size_t entryCount = 0;
@@ -156,17 +169,41 @@ private:
         const auto* given = _folder.ZEF_copyReference(reference) ? &reference : nullptr;
         const auto result = zef::Catalog::shared().countEntries(given, _folder.url(), entryCount);
         _listingIsDue = isShortageOfResources(result);
-        if (_listingIsDue || entryCount + _lostItems < _subscription._directoryInfo.count())
+        if (_listingIsDue
+            || (entryCount + _lostItems < _subscription._directoryInfo.count()
+                && _itemsWithOtherNames.empty()))
             return;
-        _listingIsDue = isShortageOfResources(
-            _subscription.ZEF_scanDirectoryForUpdatedFiles(&changes(), false));
+        Listing listing;
+        _hookException.guard([&] { _subscription.listNow(&changes(), listing); });
+        _listingIsDue = isShortageOfResources(listing.result);
+        if (listing.result == zef::CatalogResult::noError)
+            reportMissing(std::move(listing.items));
+    }
+
+    // A file whose name here is gone while the one that it is followed by, in another folder, is
+    // there: to this folder it has moved.
+    void reportMissing(std::vector<zef::Ref<ZEFFileItem>> listed)
+    {
+        if (_itemsWithOtherNames.empty())
+            return;
+        const auto byAddress = [](const auto& a, const auto& b) { return a.get() < b.get(); };
+        std::sort(listed.begin(), listed.end(), byAddress);
+        for (const auto& item : _itemsWithOtherNames) {
+            if (std::binary_search(listed.begin(), listed.end(), item, byAddress))
+                continue;
+            addAndTell(ZEFFileEvent::moved, *item);
+            _subscription.forgetItem(*item);
+        }
     }
 
     ZEFDirectorySubscription& _subscription;
     ZEFFileItem& _folder;
     zef::Ref<ZEFChangeArray> _changes;
     std::vector<zef::Ref<ZEFFileItem>> _removals;
+    // Known items that are followed by a hard link's name in another folder.
+    std::vector<zef::Ref<ZEFFileItem>> _itemsWithOtherNames;
     std::size_t _lostItems = 0;
+    zef::FirstException _hookException;
     bool _folderChanged = false;
     bool _folderMoved = false;
     bool _listingIsDue = false;
@@ -179,7 +216,7 @@ void ZEFDirectorySubscription::checkDirectory(zef::Ref<ZEFChangeArray>& changes)
         return;
     const zef::Ref<ZEFDirectorySubscription> protectedThis(this);
     const zef::VnodeNotifier::Round round;
-    changes = Check(*this).run();
+    Check(*this).run(changes);
 }
 
 void ZEFDirectorySubscription::forgetItem(ZEFFileItem& item)

@@ -4,6 +4,7 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 #include "ZEFFilesystemTools/Platform/Clock.h"
+#include "ZEFFilesystemTools/Platform/FirstException.h"
 #include "ZEFFilesystemTools/Platform/OperationQueue.h"
 #include "ZEFFilesystemTools/Platform/RunLoop.h"
 
@@ -70,36 +71,44 @@ void ZEFAsynchronousLoadingTimerCallback(zef::Timer*, ZEFDirectorySubscription* 
     subscription->ZEF_checkAsyncLoadingQueue();
 }
 
-std::int16_t ZEFDirectorySubscription::ZEF_scanDirectoryForUpdatedFiles(
+void ZEFDirectorySubscription::ZEF_scanDirectoryForUpdatedFiles(
     ZEFChangeArray* changes, bool asynchronously)
+{
+    if (asynchronously) {
+        loadInBackground();
+        return;
+    }
+    Listing listing;
+    listNow(changes, listing);
+}
+
+void ZEFDirectorySubscription::listNow(ZEFChangeArray* changes, Listing& listing)
 {
     auto operation = zef::makeRef<ZEFFileLoadOperation>();
     operation->setLoadingDirectory(_directoryFile);
-    if (!asynchronously)
-        return loadNow(*operation, changes);
-    loadInBackground(std::move(operation));
-    return zef::CatalogResult::noError;
+    KnownItems known(*this);
+    operation->setKnownEntries(changes ? &known : nullptr);
+    operation->start();
+    listing.result = operation->listingResult();
+    listing.items = operation->loadingArray()->takeAllObjects();
+    zef::FirstException hookException;
+    for (const auto& item : listing.items)
+        hookException.guard([&] { takeInListed(*item, changes); });
+    keepReferencesSoon();
+    hookException.rethrow();
 }
 
-std::int16_t ZEFDirectorySubscription::loadNow(
-    ZEFFileLoadOperation& operation, ZEFChangeArray* changes)
+void ZEFDirectorySubscription::takeInListed(ZEFFileItem& item, ZEFChangeArray* changes)
 {
-    KnownItems known(*this);
-    operation.setKnownEntries(changes ? &known : nullptr);
-    operation.start();
-    for (auto& item : operation.loadingArray()->takeAllObjects()) {
-        if (!_directoryInfo.insert(item.get()))
-            continue;
-        if (item->isBasicDirectory()) {
-            if (!item->usingKQueue())
-                item->initKQueue();
-            _directoryInfoDirectoriesOnly.insert(item.get());
-        }
-        if (changes)
-            reportAppeared(*item, *changes);
+    if (!_directoryInfo.insert(&item))
+        return;
+    if (item.isBasicDirectory()) {
+        if (!item.usingKQueue())
+            item.initKQueue();
+        _directoryInfoDirectoriesOnly.insert(&item);
     }
-    keepReferencesSoon();
-    return operation.listingResult();
+    if (changes)
+        reportAppeared(item, *changes);
 }
 
 void ZEFDirectorySubscription::reportAppeared(ZEFFileItem& item, ZEFChangeArray& changes)
@@ -109,8 +118,10 @@ void ZEFDirectorySubscription::reportAppeared(ZEFFileItem& item, ZEFChangeArray&
     item.eventOccurred(record.get());
 }
 
-void ZEFDirectorySubscription::loadInBackground(zef::Ref<ZEFFileLoadOperation> operation)
+void ZEFDirectorySubscription::loadInBackground()
 {
+    auto operation = zef::makeRef<ZEFFileLoadOperation>();
+    operation->setLoadingDirectory(_directoryFile);
     _asyncLoadingLock = operation->loadingArrayLock();
     _asyncLoadingQueue = operation->loadingArray();
     _currentLoadOperation = operation;
@@ -121,7 +132,8 @@ void ZEFDirectorySubscription::loadInBackground(zef::Ref<ZEFFileLoadOperation> o
             [this](zef::Timer& timer) { ZEFAsynchronousLoadingTimerCallback(&timer, this); });
         zef::RunLoop::current().addTimer(_asyncLoadingCheckTimer, zef::TimerModes::common);
     }
-    ZEFFileManager::defaultFileManager()->operationQueue()->addOperation(std::move(operation));
+    if (auto* queue = ZEFFileManager::defaultFileManager()->operationQueue())
+        queue->addOperation(std::move(operation));
 }
 
 void ZEFDirectorySubscription::ZEF_checkAsyncLoadingQueue()
@@ -157,14 +169,16 @@ void ZEFDirectorySubscription::takeIn(std::vector<zef::Ref<ZEFFileItem>> items)
     if (items.empty())
         return;
     auto batch = zef::makeRef<ZEFChangeArray>(items.size());
+    zef::FirstException hookException;
     for (const auto& item : items) {
         _directoryInfo.insert(item.get());
         if (item->isBasicDirectory())
             _directoryInfoDirectoriesOnly.insert(item.get());
-        reportAppeared(*item, *batch);
+        hookException.guard([&] { reportAppeared(*item, *batch); });
     }
     keepReferencesSoon();
-    notifySubscribers(batch.get());
+    hookException.guard([&] { notifySubscribers(batch.get()); });
+    hookException.rethrow();
 }
 
 void ZEFDirectorySubscription::closeLoad()

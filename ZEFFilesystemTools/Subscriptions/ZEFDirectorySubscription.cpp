@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
+#include "ZEFFilesystemTools/Platform/FirstException.h"
 #include "ZEFFilesystemTools/Platform/LetOutlive.h"
 #include "ZEFFilesystemTools/Platform/Log.h"
 
@@ -96,10 +97,13 @@ void ZEFDirectorySubscription::notifySubscribers(ZEFChangeArray* changes)
 {
     const zef::Ref<ZEFDirectorySubscription> protectedThis(this);
     const zef::Ref<ZEFChangeArray> protectedChanges(changes);
+    zef::FirstException exception;
     for (const auto& entry : _subscribers.snapshot()) {
         if (_subscribers.containsIdentical(entry.object))
-            entry.subscriber->directorySubscriptionFoundChanges(this, changes);
+            exception.guard(
+                [&] { entry.subscriber->directorySubscriptionFoundChanges(this, changes); });
     }
+    exception.rethrow();
 }
 
 zef::Ref<ZEFFileItemArray> ZEFDirectorySubscription::files() const
@@ -138,9 +142,11 @@ void ZEFDirectorySubscription::checkDirectory()
     if (_currentLoadOperation)
         return;
     zef::Ref<ZEFChangeArray> changes;
-    checkDirectory(changes);
+    zef::FirstException exception;
+    exception.guard([&] { checkDirectory(changes); });
     if (changes)
-        notifySubscribers(changes.get());
+        exception.guard([&] { notifySubscribers(changes.get()); });
+    exception.rethrow();
 }
 
 void ZEFDirectorySubscription::loadImmediately()
@@ -156,8 +162,10 @@ void ZEFDirectorySubscription::loadImmediately()
 void ZEFDirectorySubscription::notifyOfCheck()
 {
     zef::Ref<ZEFChangeArray> changes;
-    checkDirectory(changes);
+    zef::FirstException exception;
+    exception.guard([&] { checkDirectory(changes); });
     if (!changes)
         changes = zef::makeRef<ZEFChangeArray>();
-    notifySubscribers(changes.get());
+    exception.guard([&] { notifySubscribers(changes.get()); });
+    exception.rethrow();
 }

@@ -68,8 +68,8 @@ public:
 
     void ZEF_setURL(const zef::FileURL&);
     /// Lists the folder for items that are not known yet and adds their records to `changes` (may
-    /// be nil). Returns how a listing on this thread ended.
-    std::int16_t ZEF_scanDirectoryForUpdatedFiles(ZEFChangeArray* changes, bool asynchronously);
+    /// be nil); asynchronously by a background load, which reports them itself.
+    void ZEF_scanDirectoryForUpdatedFiles(ZEFChangeArray* changes, bool asynchronously);
     /// Takes in what the background load has found so far, and closes the load when it has ended.
     void ZEF_checkAsyncLoadingQueue();
 
@@ -81,8 +81,16 @@ private:
         const ZEFFileItemClass* fileClass, bool asynchronous);
     ~ZEFDirectorySubscription() override;
 
-    void loadInBackground(zef::Ref<ZEFFileLoadOperation>);
-    std::int16_t loadNow(ZEFFileLoadOperation&, ZEFChangeArray* changes);
+    /// How a listing on this thread ended, and what it found beside the entries that are known
+    /// well.
+    struct Listing {
+        std::int16_t result = zef::CatalogResult::noError;
+        std::vector<zef::Ref<ZEFFileItem>> items;
+    };
+
+    void loadInBackground();
+    void listNow(ZEFChangeArray* changes, Listing&);
+    void takeInListed(ZEFFileItem&, ZEFChangeArray* changes);
     void takeIn(std::vector<zef::Ref<ZEFFileItem>>);
     static void reportAppeared(ZEFFileItem&, ZEFChangeArray&);
     void closeLoad();
