@@ -98,3 +98,13 @@ void ZEFFileManager::shutdown()
     _utilityQueue->waitUntilAllOperationsAreFinished();
     _utilityQueue = nullptr;
 }
+
+void ZEFFileManager::forgetInstance()
+{
+    auto* manager = _defaultFilesystem.load();
+    if (!manager)
+        return;
+    manager->shutdown();
+    _defaultFilesystem = nullptr;
+    delete manager;
+}

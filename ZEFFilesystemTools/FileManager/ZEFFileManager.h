@@ -101,6 +101,9 @@ private:
     ZEFFileManager();
     ~ZEFFileManager() override;
 
+    /// For tests: shuts the one file manager down and ends its life, so that the next is a new one.
+    static void forgetInstance();
+
     void scheduleRelease(ZEFDirectorySubscription&);
     ZEFDirectorySubscription* makeSubscription(ZEFObject* subscriber, ZEFFileItem& file);
 

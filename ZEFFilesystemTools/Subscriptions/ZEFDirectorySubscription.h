@@ -74,6 +74,7 @@ public:
     void ZEF_checkAsyncLoadingQueue();
 
 private:
+    friend class ZEFDirectorySubscriptionTestAccess;
     class Check;
     class KnownItems;
 
