@@ -86,7 +86,8 @@ void ZEFFileManager::unsubscribeForSubscription(
 
 void ZEFFileManager::unsubscribe(ZEFObject* subscriber)
 {
-    _directories->list().enumerate([&](ZEFDirectorySubscription* subscription) {
+    const zef::Ref list(&_directories->list());
+    list->enumerate([&](ZEFDirectorySubscription* subscription) {
         if (!subscription->unsubscribe(subscriber))
             scheduleRelease(*subscription);
     });
@@ -107,6 +108,8 @@ std::vector<ZEFDirectorySubscription*> ZEFFileManager::subscriptions() const
 
 void ZEFFileManager::scheduleRelease(ZEFDirectorySubscription& subscription)
 {
+    if (_isShutDown)
+        return;
     const auto delay = subscription.isValid() ? releaseDelay : releaseDelayOfInvalid;
     // The timer keeps the subscription alive until it has fired.
     _removedDirectoriesReleaseTimers->addObject(zef::RunLoop::current().scheduleTimer(
@@ -187,7 +190,9 @@ void ZEFFileManager::checkFilesystem(ZEFObject*)
     };
     {
         const zef::VnodeNotifier::Round round;
-        exception.guard([&] { _directories->list().enumerate(check); });
+        // A hook may shut the manager down.
+        const zef::Ref list(&_directories->list());
+        exception.guard([&] { list->enumerate(check); });
     }
     // What was found was found: its subscribers hear of it even if something went wrong.
     for (const auto& entry : found)

@@ -141,6 +141,7 @@ void ZEFDirectorySubscription::checkDirectory()
 {
     if (_currentLoadOperation)
         return;
+    const zef::Ref<ZEFDirectorySubscription> protectedThis(this);
     zef::Ref<ZEFChangeArray> changes;
     zef::FirstException exception;
     exception.guard([&] { checkDirectory(changes); });
