@@ -3,12 +3,12 @@
 
 #include "ZEFFilesystemTools/Platform/CatalogIterator.h"
 
+#include <cerrno>
+#include <cstring>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
-
-#include <cerrno>
-#include <cstring>
 
 namespace zef {
 namespace {
@@ -72,11 +72,18 @@ FileHandle fileHandle(HandleBuffer& buffer, bool isDecodable)
 
 int statAt(int folder, const char* name, Stat& stat)
 {
+    std::uint64_t mountID = 0;
+    return statAt(folder, name, stat, mountID);
+}
+
+int statAt(int folder, const char* name, Stat& stat, std::uint64_t& mountID)
+{
     struct statx result;
     if (::statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_EMPTY_PATH,
-            STATX_BASIC_STATS | STATX_BTIME, &result)
+            STATX_BASIC_STATS | STATX_BTIME | STATX_MNT_ID, &result)
         != 0)
         return errno;
+    mountID = result.stx_mask & STATX_MNT_ID ? result.stx_mnt_id : 0;
     stat.device = static_cast<std::uint32_t>(makedev(result.stx_dev_major, result.stx_dev_minor));
     stat.mode = result.stx_mode;
     stat.inode = result.stx_ino;

@@ -12,6 +12,9 @@ namespace zef {
 /// itself where it is one; an empty name means the object that `folder` itself was opened on.
 /// Mounts nothing. 0 or an errno value, and then `stat` stays as it was.
 int statAt(int folder, const char* name, Stat& stat);
+/// The same, and in `mountID` the number of the mount that was gone through, 0 when the system
+/// doesn't tell (STATX_MNT_ID, Linux 5.8).
+int statAt(int folder, const char* name, Stat& stat, std::uint64_t& mountID);
 
 /// The handle of such an entry; one that is not known where there is none.
 FileHandle handleAt(int folder, const char* name);
