@@ -4,6 +4,7 @@
 #include "ZEFFilesystemTools/Platform/FileURL.h"
 #include "ZEFFilesystemTools/Platform/FolderIndex.h"
 
+#include <atomic>
 #include <cstddef>
 #include <mutex>
 #include <vector>
@@ -26,17 +27,19 @@ public:
     Ref<const FolderIndex> index(
         const FileURL& folder, std::size_t limit, Freshness = Freshness::recent);
 
-    /// Lets go of the indexes that are too old to be used. Called by `index` as well.
+    /// Lets go of the indexes that are too old to be used. Called by `index` as well, so only a
+    /// long pause wants it.
     void forgetOld();
 
 private:
     Ref<const FolderIndex> find(const Stat& folder, std::size_t limit);
     void keep(Ref<const FolderIndex>);
-    void dropOld();
+    void forgetOldLocked();
 
     std::mutex _mutex;
     /// The last one read is the last.
     std::vector<Ref<const FolderIndex>> _indexes;
+    std::atomic<bool> _isEmpty{ true };
 };
 
 } // namespace zef

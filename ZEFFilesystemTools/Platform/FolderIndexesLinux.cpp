@@ -51,14 +51,16 @@ Ref<const FolderIndex> FolderIndexes::index(
 
 void FolderIndexes::forgetOld()
 {
+    if (_isEmpty.load(std::memory_order_relaxed))
+        return;
     std::lock_guard lock(_mutex);
-    dropOld();
+    forgetOldLocked();
 }
 
 Ref<const FolderIndex> FolderIndexes::find(const Stat& folder, std::size_t limit)
 {
     std::lock_guard lock(_mutex);
-    dropOld();
+    forgetOldLocked();
     for (auto index = _indexes.rbegin(); index != _indexes.rend(); ++index) {
         if ((*index)->isOf(folder) && (*index)->covers(limit))
             return *index;
@@ -71,6 +73,7 @@ void FolderIndexes::keep(Ref<const FolderIndex> index)
     std::lock_guard lock(_mutex);
     std::erase_if(_indexes, [&](const auto& each) { return each->isOfSameFolder(*index); });
     _indexes.push_back(std::move(index));
+    _isEmpty.store(false, std::memory_order_relaxed);
     std::size_t entries = 0;
     for (const auto& each : _indexes)
         entries += each->count();
@@ -80,10 +83,11 @@ void FolderIndexes::keep(Ref<const FolderIndex> index)
     }
 }
 
-void FolderIndexes::dropOld()
+void FolderIndexes::forgetOldLocked()
 {
     const auto oldest = Clock::shared().monotonicSeconds() - secondsToKeepAnIndex;
     std::erase_if(_indexes, [&](const auto& index) { return index->secondsWhenRead() < oldest; });
+    _isEmpty.store(_indexes.empty(), std::memory_order_relaxed);
 }
 
 } // namespace zef

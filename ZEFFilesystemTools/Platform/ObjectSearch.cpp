@@ -1,0 +1,254 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/ObjectSearch.h"
+
+#include "ZEFFilesystemTools/Platform/Clock.h"
+#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/PathSpelling.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <limits>
+#include <string_view>
+
+namespace zef {
+namespace {
+
+constexpr unsigned deepestSearch = 64;
+constexpr std::size_t mostOtherFolders = 32;
+constexpr std::size_t mostOtherEntries = 200000;
+constexpr auto allEntries = std::numeric_limits<std::size_t>::max();
+
+// What the kernel adds to the path of an object that has lost that name.
+constexpr std::string_view lostNameMark = " (deleted)";
+
+enum class Sight { sameObject, otherObject, notAllowed };
+
+Sight lookAt(const FileURL& url, const FSRef& ref)
+{
+    PathBytes path;
+    Stat stat;
+    if (!url.fileSystemRepresentation(path))
+        return Sight::otherObject;
+    const int error = FileSystem::shared().statLink(path.text(), stat);
+    if (error)
+        return error == EACCES ? Sight::notAllowed : Sight::otherObject;
+    return sameObject(stat, ref, path.text()) ? Sight::sameObject : Sight::otherObject;
+}
+
+bool leadsTo(const FileURL& url, const FSRef& ref)
+{
+    return url && lookAt(url, ref) == Sight::sameObject;
+}
+
+URLKind kindOf(const FSRef& ref)
+{
+    return ref.isFolder() ? URLKind::folder : URLKind::file;
+}
+
+// With a slash at the end, so that a link to a folder is followed.
+bool statFolder(const FileURL& folder, Stat& stat)
+{
+    PathBytes path;
+    return folder.fileSystemRepresentation(path) && path.append("/")
+        && FileSystem::shared().statLink(path.text(), stat) == 0 && stat.isFolder();
+}
+
+} // namespace
+
+ObjectSearch::ObjectSearch(const Means& means)
+    : _means(means)
+    , _secondsAtStart(Clock::shared().monotonicSeconds())
+{
+}
+
+FileURL ObjectSearch::find(FSRef ref, const FileURL& lastKnown)
+{
+    if (ref.isEmpty() || _depth == deepestSearch)
+        return nullptr;
+    ++_depth;
+    auto place = search(ref, lastKnown);
+    --_depth;
+    if (place && ref.isFolder())
+        _means.tables.learnFolder(ref, place);
+    return place;
+}
+
+FileURL ObjectSearch::search(FSRef& ref, const FileURL& lastKnown)
+{
+    // Nearly always the object is where it was, and this is the cheapest question.
+    if (leadsTo(lastKnown, ref))
+        return lastKnown.withKind(kindOf(ref));
+    FileURL place;
+    auto progress = askDescriptor(ref, lastKnown, place);
+    if (progress == Progress::open)
+        progress = openHandle(ref, lastKnown, place);
+    if (progress != Progress::open)
+        return place;
+    place = lookInOwnFolder(ref, lastKnown);
+    if (!place)
+        place = lookInOtherFolders(ref);
+    return place ? spell(ref, place, lastKnown) : nullptr;
+}
+
+ObjectSearch::Progress ObjectSearch::askDescriptor(
+    FSRef& ref, const FileURL& lastKnown, FileURL& place)
+{
+    HeldObject held;
+    if (!_means.tables.findHeld(ref, held))
+        return Progress::open;
+    Stat stat;
+    if (held.descriptor->stat(stat) != 0)
+        return Progress::open;
+    if (stat.linkCount == 0) {
+        _means.tables.dropHeld(ref);
+        return Progress::gone;
+    }
+    // What is held knows the object's handle, which the reference asked with may lack.
+    ref = held.ref;
+    place = verifiedPlace(ref, *held.descriptor, lastKnown);
+    return place ? Progress::found : Progress::open;
+}
+
+ObjectSearch::Progress ObjectSearch::openHandle(
+    const FSRef& ref, const FileURL& lastKnown, FileURL& place)
+{
+    Ref<ObjectDescriptor> object;
+    switch (_means.opener.open(ref, lastKnown, object)) {
+    case HandleOpener::Outcome::gone:
+        return Progress::gone;
+    case HandleOpener::Outcome::unknown:
+        return Progress::open;
+    case HandleOpener::Outcome::opened:
+        break;
+    }
+    // The path of a file is known only while the kernel remembers its name by itself.
+    place = verifiedPlace(ref, *object, lastKnown);
+    if (!place)
+        return Progress::open;
+    holdAgain(ref, std::move(object));
+    return Progress::found;
+}
+
+// A folder that somebody retains and that had to make room meanwhile. The uses of other objects are
+// not known any more once they aren't held.
+void ObjectSearch::holdAgain(const FSRef& ref, Ref<ObjectDescriptor> object)
+{
+    if (!ref.isFolder() || !_means.tables.isKnownFolder(ref) || !_means.tables.hasRoom(true))
+        return;
+    Stat stat;
+    std::uint64_t mountID = 0;
+    if (object->stat(stat, mountID) == 0 && _means.policy.mayHold(*object, stat.device, mountID))
+        _means.tables.hold({ ref, std::move(object), mountID });
+}
+
+FileURL ObjectSearch::verifiedPlace(
+    const FSRef& ref, const ObjectDescriptor& object, const FileURL& lastKnown) const
+{
+    PathBytes path;
+    if (!object.currentPath(path))
+        return nullptr;
+    const auto place = FileURL::fromPath(path.view(), kindOf(ref));
+    switch (lookAt(place, ref)) {
+    case Sight::sameObject:
+        break;
+    case Sight::otherObject:
+        return nullptr;
+    case Sight::notAllowed:
+        if (path.view().ends_with(lostNameMark))
+            return nullptr;
+    }
+    return spell(ref, place, lastKnown);
+}
+
+FileURL ObjectSearch::lookInOwnFolder(const FSRef& ref, const FileURL& lastKnown)
+{
+    const auto lastFolder = lastKnown ? lastKnown.deletingLastPathComponent() : nullptr;
+    Stat stat;
+    const bool isThere = lastFolder && statFolder(lastFolder, stat);
+    const bool isOwnFolder = isThere && (!ref.parentInode() || ref.parentInode() == stat.inode);
+    if (!isOwnFolder) {
+        if (auto place = lookInFolder(ref, findOwnFolder(ref)))
+            return place;
+    }
+    // The object may have come there after its folder was recorded.
+    return isThere ? lookInFolder(ref, lastFolder) : nullptr;
+}
+
+FileURL ObjectSearch::findOwnFolder(const FSRef& ref)
+{
+    KnownFolder folder;
+    const ObjectNumbers numbers{ ref.parentInode(), ref.device() };
+    if (!numbers.inode || numbers == ObjectNumbers::of(ref)
+        || !_means.tables.findFolder(numbers, folder))
+        return nullptr;
+    return find(folder.ref, folder.url);
+}
+
+FileURL ObjectSearch::lookInOtherFolders(const FSRef& ref)
+{
+    // Not again for each of the folders that are looked into.
+    if (_isInOtherFolders)
+        return nullptr;
+    _isInOtherFolders = true;
+    _foldersLeft = mostOtherFolders;
+    _entriesLeft = mostOtherEntries;
+    FileURL place;
+    for (const auto& folder : _means.tables.recentFolders(ref.device(), _foldersLeft)) {
+        if (!_foldersLeft || !_entriesLeft)
+            break;
+        place = lookInFolder(ref, find(folder.ref, folder.url));
+        if (place)
+            break;
+    }
+    _isInOtherFolders = false;
+    return place;
+}
+
+FileURL ObjectSearch::lookInFolder(const FSRef& ref, const FileURL& folder)
+{
+    if (!folder)
+        return nullptr;
+    const auto limit = _isInOtherFolders ? _entriesLeft : allEntries;
+    auto index = _means.indexes.index(folder, limit);
+    if (!index)
+        return nullptr;
+    if (_isInOtherFolders) {
+        --_foldersLeft;
+        _entriesLeft -= std::min(_entriesLeft, index->count());
+    }
+    auto place = lookInIndexedFolder(ref, folder, *index);
+    const bool isOfThisSearch = index->secondsWhenRead() > _secondsAtStart;
+    if (place || isOfThisSearch || !index->mayHaveMissedAChange())
+        return place;
+    index = _means.indexes.index(folder, limit, FolderIndexes::Freshness::readAgain);
+    return index ? lookInIndexedFolder(ref, folder, *index) : nullptr;
+}
+
+FileURL ObjectSearch::lookInIndexedFolder(
+    const FSRef& ref, const FileURL& folder, const FolderIndex& index) const
+{
+    for (std::size_t position = 0;; ++position) {
+        const auto name = index.name(ref.inode(), position);
+        if (name.empty())
+            return nullptr;
+        auto place = folder.appendingPathComponent(name, kindOf(ref));
+        if (leadsTo(place, ref))
+            return place;
+    }
+}
+
+FileURL ObjectSearch::spell(const FSRef& ref, const FileURL& found, const FileURL& lastKnown) const
+{
+    PathSpelling spelling(lastKnown, [this](const Stat& stat) -> FileURL {
+        KnownFolder folder;
+        if (!_means.tables.findFolder(ObjectNumbers::of(stat), folder))
+            return nullptr;
+        return leadsTo(folder.url, FSRef(stat)) ? folder.url.withKind(URLKind::folder) : nullptr;
+    });
+    auto spelled = spelling.spell(found);
+    if (spelled == found || lookAt(spelled, ref) != Sight::otherObject)
+        return spelled;
+    return found;
+}
+
+} // namespace zef
