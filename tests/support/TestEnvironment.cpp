@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/TestEnvironment.h"
+
+#include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/Locator.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace {
+
+class TestEnvironment final : public testing::Environment {
+public:
+    void SetUp() override
+    {
+        // Opened before any test counts descriptors.
+        zef::DescriptorReserve::shared();
+        applyDescriptorBudget();
+    }
+};
+
+const auto* const environment = testing::AddGlobalTestEnvironment(new TestEnvironment);
+
+} // namespace
+
+void applyDescriptorBudget()
+{
+    if (const char* budget = std::getenv("ZEF_DESCRIPTOR_BUDGET"))
+        zef::Locator::system().setDescriptorBudget(std::strtoul(budget, nullptr, 10));
+}
