@@ -3,21 +3,28 @@
 
 #include "ZEFFilesystemTools/Platform/LinuxCalls.h"
 
+#include <cerrno>
+
 #include <fcntl.h>
 #include <unistd.h>
-
-#include <cerrno>
 
 namespace zef {
 namespace {
 
 class KernelFileSystem final : public FileSystem {
 public:
-    int statLink(const char* path, Stat& stat) override { return statAt(AT_FDCWD, path, stat); }
+    // An empty path would mean the current folder.
+    int statLink(const char* path, Stat& stat) override
+    {
+        return *path ? statAt(AT_FDCWD, path, stat) : ENOENT;
+    }
 
     bool exists(const char* path) override { return ::access(path, F_OK) == 0; }
 
-    FileHandle handle(const char* path) override { return handleAt(AT_FDCWD, path); }
+    FileHandle handle(const char* path) override
+    {
+        return *path ? handleAt(AT_FDCWD, path) : FileHandle();
+    }
 };
 
 } // namespace
