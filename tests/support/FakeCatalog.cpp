@@ -1,0 +1,243 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/FakeCatalog.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+// Entries keep their positions, so that those that come and go move no reader.
+struct FakeCatalog::Object {
+    struct Entry {
+        std::string name;
+        zef::Stat stat;
+        bool isRemoved = false;
+    };
+
+    zef::FileURL url;
+    zef::Stat stat;
+    bool isRemoved = false;
+    std::vector<Entry> entries;
+    std::int16_t openResult = zef::CatalogResult::noError;
+    std::int16_t countResult = zef::CatalogResult::noError;
+    std::int16_t readResult = zef::CatalogResult::noError;
+    std::size_t readableEntries = 0;
+};
+
+class FakeCatalog::Iterator final : public zef::CatalogIterator {
+public:
+    Iterator(FakeCatalog& catalog, std::shared_ptr<Object> folder)
+        : _catalog(catalog)
+        , _folder(std::move(folder))
+    {
+    }
+
+    std::int16_t next(std::span<zef::CatalogEntry> entries, std::size_t& count) override
+    {
+        if (const auto hook = _catalog.readHook())
+            hook(_reads);
+        ++_reads;
+        count = 0;
+        return _catalog.read(*_folder, _position, _delivered, _knownEntries, entries, count);
+    }
+
+    void setKnownEntries(zef::KnownEntries* known) override { _knownEntries = known; }
+
+private:
+    FakeCatalog& _catalog;
+    std::shared_ptr<Object> _folder;
+    zef::KnownEntries* _knownEntries = nullptr;
+    std::size_t _reads = 0;
+    std::size_t _position = 0;
+    std::size_t _delivered = 0;
+};
+
+namespace {
+
+void fill(zef::CatalogEntry& entry, std::string_view name, const zef::Stat& stat,
+    std::uint64_t folderInode)
+{
+    name.copy(entry.nameBytes.data(), entry.nameBytes.size());
+    entry.nameLength = name.size();
+    entry.isFolder = stat.isFolder();
+    entry.stat = stat;
+    entry.ref = zef::FSRef(stat, folderInode);
+}
+
+} // namespace
+
+FakeCatalog::FakeCatalog()
+{
+    replaceShared(this);
+}
+
+FakeCatalog::~FakeCatalog()
+{
+    replaceShared(nullptr);
+}
+
+void FakeCatalog::add(const zef::FileURL& url, const zef::Stat& stat)
+{
+    std::lock_guard lock(_mutex);
+    auto object = std::make_shared<Object>();
+    object->url = url;
+    object->stat = stat;
+    _objects.push_back(std::move(object));
+}
+
+void FakeCatalog::addEntry(const zef::FileURL& folder, std::string_view name, const zef::Stat& stat)
+{
+    std::lock_guard lock(_mutex);
+    if (name.size() >= zef::CatalogEntry().nameBytes.size())
+        throw std::length_error("a name of more than 255 bytes");
+    objectAt(folder).entries.push_back({ std::string(name), stat });
+}
+
+void FakeCatalog::removeEntry(const zef::FileURL& folder, std::string_view name)
+{
+    std::lock_guard lock(_mutex);
+    for (auto& entry : objectAt(folder).entries)
+        entry.isRemoved |= entry.name == name;
+}
+
+void FakeCatalog::move(const zef::FileURL& from, const zef::FileURL& to)
+{
+    std::lock_guard lock(_mutex);
+    objectAt(from).url = to;
+}
+
+void FakeCatalog::remove(const zef::FileURL& folder)
+{
+    std::lock_guard lock(_mutex);
+    auto& object = objectAt(folder);
+    object.entries.clear();
+    object.isRemoved = true;
+}
+
+void FakeCatalog::setOpenResult(const zef::FileURL& folder, std::int16_t result)
+{
+    std::lock_guard lock(_mutex);
+    objectAt(folder).openResult = result;
+}
+
+void FakeCatalog::setReadResult(
+    const zef::FileURL& folder, std::int16_t result, std::size_t entries)
+{
+    std::lock_guard lock(_mutex);
+    auto& object = objectAt(folder);
+    object.readResult = result;
+    object.readableEntries = entries;
+}
+
+void FakeCatalog::setCountResult(const zef::FileURL& folder, std::int16_t result)
+{
+    std::lock_guard lock(_mutex);
+    objectAt(folder).countResult = result;
+}
+
+void FakeCatalog::setReadHook(ReadHook hook)
+{
+    std::lock_guard lock(_mutex);
+    _readHook = std::move(hook);
+}
+
+std::size_t FakeCatalog::openCount() const
+{
+    std::lock_guard lock(_mutex);
+    return _openCount;
+}
+
+std::size_t FakeCatalog::countingCount() const
+{
+    std::lock_guard lock(_mutex);
+    return _countingCount;
+}
+
+std::int16_t FakeCatalog::openIterator(
+    const zef::FSRef* ref, const zef::FileURL&, std::unique_ptr<zef::CatalogIterator>& iterator)
+{
+    std::lock_guard lock(_mutex);
+    ++_openCount;
+    iterator.reset();
+    std::shared_ptr<Object> folder;
+    auto result = find(ref, folder);
+    if (result == zef::CatalogResult::noError)
+        result = folder->openResult;
+    if (result == zef::CatalogResult::noError)
+        iterator = std::make_unique<Iterator>(*this, std::move(folder));
+    return result;
+}
+
+std::int16_t FakeCatalog::countEntries(
+    const zef::FSRef* ref, const zef::FileURL&, std::size_t& count)
+{
+    std::lock_guard lock(_mutex);
+    ++_countingCount;
+    count = 0;
+    std::shared_ptr<Object> folder;
+    auto result = find(ref, folder);
+    if (result == zef::CatalogResult::noError)
+        result = folder->openResult;
+    if (result == zef::CatalogResult::noError)
+        result = folder->countResult != zef::CatalogResult::noError ? folder->countResult
+                                                                    : folder->readResult;
+    if (result != zef::CatalogResult::noError)
+        return result;
+    const auto removed = std::count_if(folder->entries.begin(), folder->entries.end(),
+        [](const auto& entry) { return entry.isRemoved; });
+    count = folder->entries.size() - static_cast<std::size_t>(removed);
+    return zef::CatalogResult::noError;
+}
+
+std::int16_t FakeCatalog::find(const zef::FSRef* ref, std::shared_ptr<Object>& object) const
+{
+    if (!ref || ref->isEmpty())
+        return zef::CatalogResult::badReference;
+    for (const auto& candidate : _objects) {
+        if (candidate->isRemoved || !ref->hasNumbersOf(candidate->stat))
+            continue;
+        object = candidate;
+        return object->stat.isFolder() ? zef::CatalogResult::noError
+                                       : zef::CatalogResult::notAFolder;
+    }
+    return zef::CatalogResult::notFound;
+}
+
+FakeCatalog::Object& FakeCatalog::objectAt(const zef::FileURL& url) const
+{
+    for (const auto& object : _objects) {
+        if (object->url == url && !object->isRemoved)
+            return *object;
+    }
+    throw std::out_of_range(url.absoluteString());
+}
+
+// An error behind entries that were read waits for the next call.
+std::int16_t FakeCatalog::read(Object& folder, std::size_t& position, std::size_t& delivered,
+    zef::KnownEntries* known, std::span<zef::CatalogEntry> entries, std::size_t& count)
+{
+    std::lock_guard lock(_mutex);
+    while (count < entries.size()) {
+        const bool isFailing = folder.isRemoved
+            || (folder.readResult != zef::CatalogResult::noError
+                && delivered >= folder.readableEntries);
+        if (isFailing && count)
+            return zef::CatalogResult::noError;
+        if (isFailing)
+            return folder.isRemoved ? zef::CatalogResult::notFound : folder.readResult;
+        if (position >= folder.entries.size())
+            return zef::CatalogResult::noMoreItems;
+        const auto& entry = folder.entries[position++];
+        if (entry.isRemoved || (known && known->isKnown(entry.name, entry.stat.inode)))
+            continue;
+        fill(entries[count++], entry.name, entry.stat, folder.stat.inode);
+        ++delivered;
+    }
+    return zef::CatalogResult::noError;
+}
+
+FakeCatalog::ReadHook FakeCatalog::readHook() const
+{
+    std::lock_guard lock(_mutex);
+    return _readHook;
+}
