@@ -55,7 +55,6 @@ bool WakeUpDescriptor::open()
 
     _timer = timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC);
     _event = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
-    _moment.reset();
     if (watch(_epoll, _timer) && watch(_epoll, _event))
         return true;
     close();

@@ -66,10 +66,20 @@ protected:
         return add([this, name] { order.push_back(name); }, priority);
     }
 
+    /// Lets other threads get into their waits. A right queue passes the test also if they don't; a
+    /// wrong one may be found out only if they do.
+    static void letOthersSettle()
+    {
+        for (int turn = 0; turn < 1000; ++turn)
+            std::this_thread::yield();
+    }
+
     std::counting_semaphore<> running{ 0 };
     std::counting_semaphore<> gate{ 0 };
     std::vector<std::string> order;
-    Ref<OperationQueue> queue = makeRef<OperationQueue>();
+    // Idle threads stay until they are told, so that a lost wake-up can't hide behind their
+    // timeout.
+    Ref<OperationQueue> queue = makeRef<OperationQueue>(1e6);
 };
 
 TEST_F(OperationQueueTest, RunsAnOperationOnAThreadOfItsOwn)
@@ -148,6 +158,25 @@ TEST_F(OperationQueueTest, ARaisedMaximumLetsWhatWaitsBegin)
     gate.release();
 }
 
+TEST_F(OperationQueueTest, ARaisedMaximumWakesAnIdleThread)
+{
+    queue->setMaxConcurrentOperationCount(2);
+    std::latch bothRunning(2);
+    for (int index = 0; index < 2; ++index)
+        add([&] { bothRunning.arrive_and_wait(); });
+    queue->waitUntilAllOperationsAreFinished();
+    queue->setMaxConcurrentOperationCount(1);
+    addBlocker();
+    std::binary_semaphore ran(0);
+    add([&] { ran.release(); });
+    letOthersSettle();
+
+    queue->setMaxConcurrentOperationCount(2);
+    ran.acquire();
+
+    gate.release();
+}
+
 TEST_F(OperationQueueTest, AMaximumOfNoneCountsAsOne)
 {
     queue->setMaxConcurrentOperationCount(0);
@@ -218,6 +247,19 @@ TEST_F(OperationQueueTest, AResumedQueueGoesOn)
         [](const auto& operation) { return operation->isFinished(); }));
 }
 
+TEST_F(OperationQueueTest, AResumedQueueWakesAnIdleThread)
+{
+    add([] {});
+    queue->waitUntilAllOperationsAreFinished();
+    queue->setSuspended(true);
+    auto operation = add([] {});
+
+    queue->setSuspended(false);
+    queue->waitUntilAllOperationsAreFinished();
+
+    EXPECT_TRUE(operation->isFinished());
+}
+
 TEST_F(OperationQueueTest, WaitingWhileSuspendedWaitsForWhatRunsOnly)
 {
     queue->setMaxConcurrentOperationCount(1);
@@ -247,6 +289,26 @@ TEST_F(OperationQueueTest, SuspendingEndsAWaitForWhatHasNotBegun)
 
     EXPECT_FALSE(waits->isFinished());
     queue->setSuspended(false);
+}
+
+TEST_F(OperationQueueTest, SuspendingEndsAWaitWhenNoThreadHasCaughtUpYet)
+{
+    FakeThreadStarter starter(1);
+    starter.holdBack();
+    auto waits = add([] {});
+    std::thread waiter([&] {
+        running.release();
+        queue->waitUntilAllOperationsAreFinished();
+    });
+    running.acquire();
+    letOthersSettle();
+
+    queue->setSuspended(true);
+    waiter.join();
+
+    EXPECT_FALSE(waits->isFinished());
+    queue->setSuspended(false);
+    starter.letGo();
 }
 
 TEST_F(OperationQueueTest, CancelReachesWhatWaitsAndWhatRuns)
@@ -414,6 +476,34 @@ TEST_F(OperationQueueTest, MakesDoWithTheThreadsThatItGets)
 
     EXPECT_EQ(count, 50);
     EXPECT_FALSE(ranHere);
+}
+
+TEST_F(OperationQueueTest, ACallingThreadThatIsThroughHandsOnToAnIdleThread)
+{
+    FakeThreadStarter starter(0);
+    queue->setMaxConcurrentOperationCount(3);
+    std::binary_semaphore callersGate(0);
+    std::thread caller([&] {
+        add([&] {
+            running.release();
+            callersGate.acquire();
+        });
+    });
+    running.acquire();
+    starter.setLimit(2);
+    addBlocker();
+    std::binary_semaphore ran(0);
+    add([&] { ran.release(); });
+    ran.acquire();
+    queue->setMaxConcurrentOperationCount(2);
+    add([&] { ran.release(); });
+    letOthersSettle();
+
+    callersGate.release();
+    caller.join();
+    ran.acquire();
+
+    gate.release();
 }
 
 TEST_F(OperationQueueTest, AnOperationMayAddOthers)

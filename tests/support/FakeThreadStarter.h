@@ -8,7 +8,9 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <utility>
+#include <vector>
 
 /// Stands in for the system's starter of threads while it lives: refuses threads beyond a limit and
 /// knows how many it has started and how many of them are through.
@@ -26,15 +28,28 @@ public:
     {
         if (!admit())
             return false;
-        const auto isStarted = system().start(
-            name, [threads = _threads, body = std::move(body)]() mutable {
-                body();
-                body = nullptr;
-                threads->noteEnd();
-            });
-        if (!isStarted)
-            _threads->noteEnd();
-        return isStarted;
+        if (_holdsBack) {
+            _heldBack.emplace_back(name, std::move(body));
+            return true;
+        }
+        return startThread(name, std::move(body));
+    }
+
+    /// From now on so many threads may be started in all.
+    void setLimit(std::size_t limit)
+    {
+        std::lock_guard guard(_threads->mutex);
+        _limit = limit;
+    }
+
+    /// From now on threads seem to start but run only after `letGo`. On the test's thread alone.
+    void holdBack() { _holdsBack = true; }
+
+    void letGo()
+    {
+        _holdsBack = false;
+        for (auto& [name, body] : std::exchange(_heldBack, {}))
+            startThread(name.c_str(), std::move(body));
     }
 
     std::size_t startedCount() const
@@ -51,6 +66,19 @@ public:
     }
 
 private:
+    bool startThread(const char* name, std::function<void()> body)
+    {
+        const auto isStarted = system().start(
+            name, [threads = _threads, body = std::move(body)]() mutable {
+                body();
+                body = nullptr;
+                threads->noteEnd();
+            });
+        if (!isStarted)
+            _threads->noteEnd();
+        return isStarted;
+    }
+
     // Shared with the threads, which may end later than the test.
     struct Threads {
         void noteEnd()
@@ -76,5 +104,7 @@ private:
     }
 
     std::size_t _limit;
+    bool _holdsBack = false;
+    std::vector<std::pair<std::string, std::function<void()>>> _heldBack;
     std::shared_ptr<Threads> _threads = std::make_shared<Threads>();
 };

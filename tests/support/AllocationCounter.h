@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+
+/// Counts what the calling thread takes from the heap with `new` since the counter was made.
+class AllocationCounter {
+public:
+    AllocationCounter();
+
+    /// NO under the sanitizers, whose own heap is in use there.
+    static bool isAvailable();
+
+    std::size_t count() const;
+
+private:
+    std::size_t _countBefore;
+};
