@@ -70,6 +70,21 @@ std::optional<zef::Date> ZEFFileItem::currentModificationDate()
                                 : std::optional(zef::Date::withSecondsSince1970(_modDate));
 }
 
+void ZEFFileItem::ZEF_seenAtURL(const zef::FileURL& url)
+{
+    if (isValid() && !isAtURL(_pathURL) && isAtURL(url))
+        setLocation(url);
+}
+
+bool ZEFFileItem::isAtURL(const zef::FileURL& url) const
+{
+    zef::PathBytes path;
+    zef::Stat stat;
+    return url.fileSystemRepresentation(path)
+        && zef::FileSystem::shared().statLink(path.text(), stat) == 0
+        && ZEF_isSameObject(stat, url);
+}
+
 bool ZEFFileItem::ZEF_isSameObject(const zef::Stat& stat, const zef::FileURL& where) const
 {
     if (stat.inode != _iNode || stat.device != _deviceNumber)

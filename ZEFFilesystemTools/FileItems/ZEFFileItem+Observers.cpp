@@ -43,16 +43,14 @@ ZEFFileChanges ZEFFileItem::changesForObserver(const ZEFObject* observer)
     return changes;
 }
 
-bool ZEFFileItem::ZEF_modifiedForObserver(const ZEFObject* observer)
+ZEFFileChanges ZEFFileItem::ZEF_modificationForObserver(const ZEFObject* observer)
 {
     ZEFFileChanges changes;
-    auto* record = askableRecord(observer);
-    if (!record)
-        return false;
-    look(*record, changes);
+    if (auto* record = askableRecord(observer))
+        look(*record, changes);
     if (changes.modified)
         _modDate = std::numeric_limits<double>::quiet_NaN();
-    return changes.modified;
+    return changes;
 }
 
 bool ZEFFileItem::updateForObserver(const ZEFObject* observer)

@@ -95,9 +95,11 @@ public:
     ZEFFileTable* ZEF_container() const { return _container.load(std::memory_order_relaxed); }
     /// Whether `stat`, just taken at `where`, is of this very file. Any thread.
     bool ZEF_isSameObject(const zef::Stat& stat, const zef::FileURL& where) const;
-    /// The same question as `changesForObserver`, but `modified` alone: a change of the path is
-    /// left for the observer's next question.
-    bool ZEF_modifiedForObserver(const ZEFObject* observer);
+    /// The same question as `changesForObserver`, but a change of the path is left for the
+    /// observer's next question.
+    ZEFFileChanges ZEF_modificationForObserver(const ZEFObject* observer);
+    /// The file was seen at `url`: takes that for its location when it is no longer at its own.
+    void ZEF_seenAtURL(const zef::FileURL& url);
     /// Whether `other` is of another file that has, or had, the same numbers. Any thread.
     bool ZEF_isAnotherObject(const ZEFFileItem& other) const;
     /// Takes what finds the file again after a move, unless that was done. Any thread.
@@ -123,6 +125,7 @@ private:
     void becomeLost();
     void giveUpReference();
     zef::FileURL resolveReference();
+    bool isAtURL(const zef::FileURL&) const;
     void makeOwnPath();
     ZEFFileInfoList* recordForObserver(const ZEFObject*);
     ZEFFileInfoList* appendRecord(const ZEFObject*);

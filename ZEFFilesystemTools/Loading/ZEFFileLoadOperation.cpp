@@ -5,7 +5,9 @@
 #include "ZEFFilesystemTools/Platform/Log.h"
 
 #include <algorithm>
+#include <iterator>
 #include <mutex>
+#include <utility>
 
 namespace {
 
@@ -35,17 +37,21 @@ public:
         if (entry.name().empty())
             return;
         const auto kind = entry.isFolder ? zef::URLKind::folder : zef::URLKind::file;
-        _slots[index] = _fileClass.ZEF_newFileItemForEntry(
-            zef::FileURL::inFolder(_folder, entry.name(), kind), entry.ref, entry.stat);
+        const auto url = zef::FileURL::inFolder(_folder, entry.name(), kind);
+        _slots[index] = _fileClass.ZEF_newFileItemForEntry(url, entry.ref, entry.stat);
+        if (_slots[index] && !_slots[index]->url().hasPathOf(url))
+            _sightings.push_back({ _slots[index], url });
     }
 
     std::array<zef::Ref<ZEFFileItem>, batchSize>& slots() { return _slots; }
+    std::vector<Sighting>& sightings() { return _sightings; }
 
 private:
     const ZEFFileItemClass& _fileClass;
     zef::Ref<const zef::FolderPath> _folder;
     std::array<zef::CatalogEntry, batchSize> _entries;
     std::array<zef::Ref<ZEFFileItem>, batchSize> _slots;
+    std::vector<Sighting> _sightings;
 };
 
 const zef::Class ZEFFileLoadOperation::classObject{ "ZEFFileLoadOperation",
@@ -128,4 +134,11 @@ void ZEFFileLoadOperation::appendToLoadingArray(Batch& batch)
         if (item)
             loadingArray()->addObject(std::move(item));
     }
+    std::move(batch.sightings().begin(), batch.sightings().end(), std::back_inserter(_sightings));
+    batch.sightings().clear();
+}
+
+std::vector<ZEFFileLoadOperation::Sighting> ZEFFileLoadOperation::takeSightings()
+{
+    return std::exchange(_sightings, {});
 }

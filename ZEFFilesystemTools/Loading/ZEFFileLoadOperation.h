@@ -33,6 +33,16 @@ public:
     /// left out without a look at the disk.
     void setKnownEntries(zef::KnownEntries* known) { _knownEntries = known; }
 
+    /// An item that was made before, and where the listing found its file under another path.
+    struct Sighting {
+        zef::Ref<ZEFFileItem> item;
+        zef::FileURL url;
+    };
+
+    /// Hands over the sightings made so far. Call with `loadingArrayLock` held, or once the
+    /// operation is finished.
+    std::vector<Sighting> takeSightings();
+
     /// How the listing ended; `noError` also before it began. Read it when the operation is
     /// finished.
     std::int16_t listingResult() const { return _listingResult; }
@@ -52,5 +62,7 @@ private:
     zef::Ref<ZEFFileItem> _loadingDirectory;
     zef::Ref<ZEFFileFilter> _fileFilter;
     zef::KnownEntries* _knownEntries = nullptr;
+    /// Guarded by `loadingArrayLock`.
+    std::vector<Sighting> _sightings;
     std::int16_t _listingResult = zef::CatalogResult::noError;
 };

@@ -98,10 +98,13 @@ bool FileURL::operator==(const FileURL& other) const noexcept
 {
     if (_node == other._node)
         return true;
-    if (!_node || !other._node)
-        return false;
-    return _node->folder() == other._node->folder() && _node->name() == other._node->name()
-        && _node->isFolder() == other._node->isFolder();
+    return hasPathOf(other) && _node->isFolder() == other._node->isFolder();
+}
+
+bool FileURL::hasPathOf(const FileURL& other) const noexcept
+{
+    return _node && other._node && _node->folder() == other._node->folder()
+        && _node->name() == other._node->name();
 }
 
 std::string FileURL::absoluteString() const

@@ -44,6 +44,9 @@ public:
     explicit operator bool() const noexcept { return static_cast<bool>(_node); }
     bool operator==(const FileURL& other) const noexcept;
 
+    /// Whether both have the same path, whatever their marks. NO when either is nil.
+    bool hasPathOf(const FileURL& other) const noexcept;
+
     /// The whole string; characters other than letters, digits and -._~!$&'()*+,:=@/ are escaped
     /// (RFC 3986). Empty for nil.
     std::string absoluteString() const;

@@ -19,7 +19,8 @@ public:
     explicit OrderedSet(std::size_t capacity) { rebuildSlots(capacity); }
 
     std::size_t count() const { return _count; }
-    bool contains(const T* object) const { return _slots[slotOf(object)] != emptySlot; }
+    /// NO for nil.
+    bool contains(const T* object) const { return indexOf(object) != endIndex(); }
 
     /// NO when it was there already.
     bool insert(T* object)
@@ -55,7 +56,7 @@ public:
     /// The index of `object`; `endIndex` when it is not in the set.
     std::size_t indexOf(const T* object) const
     {
-        const auto index = _slots[slotOf(object)];
+        const auto index = object ? _slots[slotOf(object)] : emptySlot;
         return index == emptySlot ? endIndex() : index;
     }
 

@@ -70,7 +70,9 @@ public:
 
     T* get() const noexcept { return _object; }
     T* operator->() const noexcept { return _object; }
-    T& operator*() const noexcept { return *_object; }
+    T& operator*() const& noexcept { return *_object; }
+    /// Not of a temporary: `for (auto& file : *subscription->files())` would walk a freed array.
+    T& operator*() const&& = delete;
     explicit operator bool() const noexcept { return _object; }
 
     friend bool operator==(const Ref& left, const Ref& right) noexcept

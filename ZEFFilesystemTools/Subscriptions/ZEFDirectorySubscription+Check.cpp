@@ -43,7 +43,7 @@ public:
         if ((_folderChanged || _subscription._checkDirContents) && _subscription._shouldCheck)
             lookForNewItems();
         // What could not be listed for want of a descriptor or memory is listed by the next check.
-        _subscription._checkDirContents = _listingIsDue;
+        _subscription._checkDirContents = _fullCheckIsDue;
         found = _changes && !_changes->isEmpty() ? std::move(_changes) : nullptr;
         _hookException.rethrow();
     }
@@ -98,10 +98,14 @@ private:
         const auto& folders = _subscription._directoryInfoDirectoriesOnly;
         for (std::size_t index = 0; index < folders.endIndex(); ++index) {
             auto* item = folders.objectAtIndex(index);
-            // A subfolder that is moved right now is left for the full check that its folder's own
-            // event brings with the next poll.
-            if (item && item->ZEF_modifiedForObserver(&_subscription))
+            if (!item)
+                continue;
+            const auto flags = item->ZEF_modificationForObserver(&_subscription);
+            if (flags.modified)
                 addAndTell(ZEFFileEvent::updated, *item);
+            // Moved since the folder was looked at, or before its first question: nothing of that
+            // is told here, but the full check of the next poll does.
+            _fullCheckIsDue |= flags.pathChanged;
         }
     }
 
@@ -168,14 +172,14 @@ private:
         zef::FSRef reference;
         const auto* given = _folder.ZEF_copyReference(reference) ? &reference : nullptr;
         const auto result = zef::Catalog::shared().countEntries(given, _folder.url(), entryCount);
-        _listingIsDue = isShortageOfResources(result);
-        if (_listingIsDue
+        _fullCheckIsDue = isShortageOfResources(result);
+        if (_fullCheckIsDue
             || (entryCount + _lostItems < _subscription._directoryInfo.count()
                 && _itemsWithOtherNames.empty()))
             return;
         Listing listing;
         _hookException.guard([&] { _subscription.listNow(&changes(), listing); });
-        _listingIsDue = isShortageOfResources(listing.result);
+        _fullCheckIsDue = isShortageOfResources(listing.result);
         if (listing.result == zef::CatalogResult::noError)
             reportMissing(std::move(listing.items));
     }
@@ -206,7 +210,7 @@ private:
     zef::FirstException _hookException;
     bool _folderChanged = false;
     bool _folderMoved = false;
-    bool _listingIsDue = false;
+    bool _fullCheckIsDue = false;
 };
 
 void ZEFDirectorySubscription::checkDirectory(zef::Ref<ZEFChangeArray>& changes)

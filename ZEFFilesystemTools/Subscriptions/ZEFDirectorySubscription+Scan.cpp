@@ -91,11 +91,19 @@ void ZEFDirectorySubscription::listNow(ZEFChangeArray* changes, Listing& listing
     operation->start();
     listing.result = operation->listingResult();
     listing.items = operation->loadingArray()->takeAllObjects();
+    takeIn(operation->takeSightings());
     zef::FirstException hookException;
     for (const auto& item : listing.items)
         hookException.guard([&] { takeInListed(*item, changes); });
     keepReferencesSoon();
     hookException.rethrow();
+}
+
+// An item may come into the folder before anybody has asked it where it is.
+void ZEFDirectorySubscription::takeIn(const std::vector<ZEFFileLoadOperation::Sighting>& sightings)
+{
+    for (const auto& sighting : sightings)
+        sighting.item->ZEF_seenAtURL(sighting.url);
 }
 
 void ZEFDirectorySubscription::takeInListed(ZEFFileItem& item, ZEFChangeArray* changes)
@@ -151,12 +159,15 @@ void ZEFDirectorySubscription::ZEF_checkAsyncLoadingQueue()
     if (!_asyncLoadingLock->tryLock())
         return;
     auto items = _asyncLoadingQueue->takeAllObjects();
+    const auto sightings = operation->takeSightings();
     _asyncLoadingLock->unlock();
+    takeIn(sightings);
     takeIn(std::move(items));
     // A subscriber may have ended the load meanwhile.
     if (_currentLoadOperation != operation || !operation->isFinished())
         return;
     // Nobody else writes to the queue any more, so its rest needs no lock.
+    takeIn(operation->takeSightings());
     takeIn(_asyncLoadingQueue->takeAllObjects());
     if (_currentLoadOperation != operation)
         return;

@@ -93,6 +93,7 @@ private:
     void listNow(ZEFChangeArray* changes, Listing&);
     void takeInListed(ZEFFileItem&, ZEFChangeArray* changes);
     void takeIn(std::vector<zef::Ref<ZEFFileItem>>);
+    static void takeIn(const std::vector<ZEFFileLoadOperation::Sighting>&);
     static void reportAppeared(ZEFFileItem&, ZEFChangeArray&);
     void closeLoad();
     void notifyOfCheck();

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "tests/stress/Meddler.h"
+
+#include "tests/stress/Mischief.h"
+
+#include <csignal>
+#include <stdexcept>
+#include <utility>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+struct Request {
+    std::uint64_t seed;
+    int count;
+};
+
+} // namespace
+
+Meddler::Meddler(std::string root)
+    : _root(std::move(root))
+{
+    int requests[2];
+    int answers[2];
+    if (::pipe(requests) != 0 || ::pipe(answers) != 0)
+        throw std::runtime_error("no pipe");
+    _process = ::fork();
+    if (_process < 0)
+        throw std::runtime_error("no process");
+    const bool isChild = _process == 0;
+    _requests = requests[isChild ? 0 : 1];
+    _answers = answers[isChild ? 1 : 0];
+    ::close(requests[isChild ? 1 : 0]);
+    ::close(answers[isChild ? 0 : 1]);
+    if (isChild)
+        work();
+}
+
+Meddler::~Meddler()
+{
+    ::close(_requests);
+    ::close(_answers);
+    ::kill(_process, SIGCONT);
+    ::waitpid(_process, nullptr, 0);
+}
+
+void Meddler::begin(std::uint64_t seed, int count)
+{
+    const Request request{ seed, count };
+    if (::write(_requests, &request, sizeof request) != sizeof request)
+        throw std::runtime_error("the meddler is gone");
+}
+
+void Meddler::finish()
+{
+    char answer = 0;
+    if (::read(_answers, &answer, 1) != 1)
+        throw std::runtime_error("the meddler is gone");
+}
+
+void Meddler::work()
+{
+    Request request{};
+    while (::read(_requests, &request, sizeof request) == sizeof request) {
+        Mischief mischief(_root, request.seed);
+        for (int step = 0; step < request.count; ++step)
+            mischief.doSomething();
+        if (::write(_answers, "", 1) != 1)
+            break;
+    }
+    ::_exit(0);
+}

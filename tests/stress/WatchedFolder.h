@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/ZEFFilesystemTools.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+/// A subscriber to one folder that checks every record against the rules and, when nobody changes
+/// anything, what is known against what is on disk.
+class WatchedFolder final : public ZEFObject, public ZEFDirectorySubscriptionProtocol {
+public:
+    explicit WatchedFolder(zef::Ref<ZEFFileItem> folder);
+
+    ZEFDirectorySubscription& subscription() { return *_subscription; }
+    bool isValid() const { return _subscription->isValid(); }
+
+    /// First half of a poll, and the second.
+    void check();
+    void notify();
+
+    /// Whether the last poll told of a change of the folder, and so looked at every file.
+    bool sawFolderChange() const { return _sawFolderChange; }
+
+    /// Compares with the folder on disk, which nobody must be changing.
+    void expectToEqualDisk();
+
+    /// Compares the records of the last poll with what had changed on disk since the last
+    /// `expectToEqualDisk`.
+    void expectRecordsToTellChanges();
+
+    void directorySubscriptionFoundChanges(
+        ZEFDirectorySubscription*, ZEFChangeArray* changes) override;
+
+protected:
+    ~WatchedFolder() override;
+
+private:
+    struct Seen {
+        zef::Ref<ZEFFileItem> item;
+        std::string name;
+        double modificationTime;
+        double statusChangeTime;
+        bool isSingleFile;
+    };
+    using Listing = std::map<std::pair<std::uint64_t, std::int64_t>, Seen>;
+
+    Listing listing() const;
+    void checkRecord(const ZEFChangeRecord&);
+    void checkOrder(const ZEFChangeArray&) const;
+    std::size_t recordsOf(const ZEFFileItem*, ZEFFileEvent) const;
+    void expectRecordsOf(const Seen& before, const Listing& now) const;
+
+    zef::Ref<ZEFFileItem> _folder;
+    zef::Ref<ZEFDirectorySubscription> _subscription;
+    zef::Ref<ZEFChangeArray> _pending;
+    std::map<const ZEFFileItem*, zef::Ref<ZEFFileItem>> _known;
+    std::vector<zef::Ref<ZEFChangeRecord>> _lastRecords;
+    Listing _lastListing;
+    bool _sawFolderChange = false;
+};
