@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/Catalog.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What every catalog does, the real one and the fake.
+template <typename Folders> class CatalogContractFixture : public testing::Test {
+protected:
+    struct Listing {
+        std::int16_t result = zef::CatalogResult::noError;
+        std::vector<std::string> names;
+        std::vector<std::size_t> batches;
+    };
+
+    void addEntries(const std::string& folder, std::size_t count)
+    {
+        for (std::size_t index = 0; index < count; ++index)
+            folders.addEntry(folder, "entry " + std::to_string(index));
+    }
+
+    std::int16_t open(std::string_view name, std::unique_ptr<zef::CatalogIterator>& iterator)
+    {
+        const zef::FSRef ref(folders.stat(name));
+        return folders.service().openIterator(&ref, folders.url(name), iterator);
+    }
+
+    std::unique_ptr<zef::CatalogIterator> opened(std::string_view name)
+    {
+        std::unique_ptr<zef::CatalogIterator> iterator;
+        EXPECT_EQ(open(name, iterator), zef::CatalogResult::noError);
+        EXPECT_TRUE(iterator);
+        return iterator;
+    }
+
+    // One read; NO at the end and on an error, which `listing` then tells.
+    bool read(zef::CatalogIterator& iterator, Listing& listing)
+    {
+        std::size_t count = 1000;
+        listing.result = iterator.next(entries, count);
+        listing.batches.push_back(count);
+        for (std::size_t index = 0; index < count; ++index)
+            listing.names.emplace_back(entries.at(index).name());
+        return listing.result == zef::CatalogResult::noError;
+    }
+
+    Listing readAll(zef::CatalogIterator& iterator)
+    {
+        Listing listing;
+        while (read(iterator, listing)) { }
+        std::sort(listing.names.begin(), listing.names.end());
+        return listing;
+    }
+
+    std::size_t count(std::string_view name)
+    {
+        const zef::FSRef ref(folders.stat(name));
+        std::size_t result = 77;
+        EXPECT_EQ(folders.service().countEntries(&ref, folders.url(name), result),
+            zef::CatalogResult::noError);
+        return result;
+    }
+
+    zef::CatalogEntry& entryNamed(std::string_view name)
+    {
+        return *std::find_if(entries.begin(), entries.end(),
+            [name](const auto& entry) { return entry.name() == name; });
+    }
+
+    Folders folders;
+    std::array<zef::CatalogEntry, 40> entries;
+};
