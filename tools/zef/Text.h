@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tool {
+
+/// One character of a text in UTF-8.
+struct Character {
+    char32_t value;
+    /// In bytes; where the text is not valid, the number of bytes that one U+FFFD stands for.
+    std::size_t length;
+    bool isValid;
+};
+
+/// The first character of `text`, which must not be empty.
+Character firstCharacter(std::string_view text);
+
+/// `text` with U+FFFD for what is no valid UTF-8.
+std::string validText(std::string_view text);
+
+/// The same with control characters, and those that turn the direction of writing, escaped, so that
+/// a name can neither drive a terminal nor look like another.
+std::string textForTerminal(std::string_view text);
+
+} // namespace tool

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include "tools/zef/Watch/TextChangeView.h"
+
+#include "tools/zef/Output.h"
+#include "tools/zef/Text.h"
+
+namespace tool {
+namespace {
+
+constexpr auto bold = "\x1b[1m";
+constexpr auto red = "\x1b[31m";
+constexpr auto green = "\x1b[32m";
+constexpr auto yellow = "\x1b[33m";
+constexpr auto blue = "\x1b[34m";
+constexpr auto cyan = "\x1b[36m";
+constexpr auto plain = "\x1b[0m";
+
+constexpr std::string_view arrow = " \u2192 ";
+
+struct EventText {
+    std::string_view name;
+    const char* color;
+};
+
+EventText textOf(ZEFFileEvent event)
+{
+    switch (event) {
+    case ZEFFileEvent::moved:
+        return { "moved", blue };
+    case ZEFFileEvent::renamed:
+        return { "renamed", cyan };
+    case ZEFFileEvent::removed:
+        return { "removed", red };
+    case ZEFFileEvent::updated:
+        return { "updated", yellow };
+    case ZEFFileEvent::appeared:
+        return { "appeared", green };
+    case ZEFFileEvent::movedInParent:
+        return { "moved in parent", cyan };
+    }
+    return { "unknown", plain };
+}
+
+constexpr std::size_t nameColumn = std::string_view("moved in parent").size() + 2;
+
+enum class Detail { name, path };
+
+std::string shown(const zef::FileURL& url, Detail detail, bool isFolder)
+{
+    auto text = textForTerminal(detail == Detail::path ? url.path() : url.lastPathComponent());
+    const bool endsInSlash = !text.empty() && text.back() == '/';
+    return isFolder && !endsInSlash ? text + '/' : text;
+}
+
+std::string fromTo(const std::string& from, const std::string& to)
+{
+    return from == to ? to : from + std::string(arrow) + to;
+}
+
+std::string description(const WatchedFolder& folder, const ZEFChangeRecord& record)
+{
+    const auto& file = *record.file();
+    const bool needsPath = folder.isItself(file) || record.event() == ZEFFileEvent::moved;
+    const auto detail = needsPath ? Detail::path : Detail::name;
+    const auto before = folder.lastLocation(file);
+    const auto now = file.url();
+    const auto text = [&](const zef::FileURL& url) {
+        return shown(url, detail, file.isBasicDirectory());
+    };
+    return before && now ? fromTo(text(before), text(now)) : text(now ? now : before);
+}
+
+std::string numberOfFiles(std::size_t count)
+{
+    return std::to_string(count) + (count == 1 ? " file" : " files");
+}
+
+std::string pathOf(const WatchedFolder& folder)
+{
+    return textForTerminal(folder.subscription().url().path());
+}
+
+} // namespace
+
+TextChangeView::TextChangeView(bool showsHeadings)
+    : _showsHeadings(showsHeadings)
+    , _showsColors(Output::standardOutput().showsColors())
+{
+}
+
+void TextChangeView::showFolder(const WatchedFolder& folder)
+{
+    const auto state = folder.subscription().isLoading() ? "loading"
+                                                         : numberOfFiles(folder.fileCount());
+    Output::standardOutput().write("Watching " + pathOf(folder) + " (" + state + ")\n");
+}
+
+void TextChangeView::showLoaded(const WatchedFolder& folder)
+{
+    Output::standardOutput().write(
+        "Loaded " + pathOf(folder) + " (" + numberOfFiles(folder.fileCount()) + ")\n");
+}
+
+void TextChangeView::showChanges(const WatchedFolder& folder, const ZEFChangeArray& changes)
+{
+    if (changes.isEmpty())
+        return;
+    std::string text;
+    setHeading(folder, text);
+    for (const auto& record : changes)
+        text += line(folder, *record);
+    Output::standardOutput().write(text);
+}
+
+void TextChangeView::setHeading(const WatchedFolder& folder, std::string& text)
+{
+    auto heading = pathOf(folder) + ':';
+    if (!_showsHeadings || heading == _heading)
+        return;
+    _heading = std::move(heading);
+    text += colored(bold, _heading) + '\n';
+}
+
+std::string TextChangeView::line(const WatchedFolder& folder, const ZEFChangeRecord& record) const
+{
+    const auto event = textOf(record.event());
+    return colored(event.color, std::string(event.name))
+        + std::string(nameColumn - event.name.size(), ' ') + description(folder, record) + '\n';
+}
+
+std::string TextChangeView::colored(const char* color, const std::string& text) const
+{
+    return _showsColors ? color + text + plain : text;
+}
+
+} // namespace tool
