@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/FolderIndexes.h"
+
+#include "ZEFFilesystemTools/Platform/FileSystem.h"
+
+#include "tests/support/FewDescriptors.h"
+#include "tests/support/SteppedClock.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+constexpr std::size_t enough = 1000;
+
+class FolderIndexesTest : public testing::Test {
+protected:
+    FolderIndexesTest() { zef::Clock::replaceShared(&clock); }
+    ~FolderIndexesTest() override { zef::Clock::replaceShared(nullptr); }
+
+    zef::Ref<const zef::FolderIndex> index(std::size_t limit = enough)
+    {
+        return indexes.index(folder.folderUrl(), limit);
+    }
+
+    SteppedClock clock;
+    TemporaryFolder folder;
+    zef::FolderIndexes indexes;
+};
+
+TEST_F(FolderIndexesTest, KeepsAnIndexForASecond)
+{
+    const auto first = index();
+    clock.advance(0.9);
+
+    EXPECT_EQ(index(), first);
+    clock.advance(0.2);
+    EXPECT_FALSE(index() == first);
+}
+
+TEST_F(FolderIndexesTest, ReadsAFolderAgainThatChanged)
+{
+    const auto first = index();
+    folder.write("a file");
+    // Not every file system shows a change in the same tick, but it shows that of the size.
+    folder.makeFolder("a folder");
+    folder.setModificationTime("", 1000);
+
+    EXPECT_EQ(index()->count(), 2u);
+}
+
+TEST_F(FolderIndexesTest, ReadsAFolderAgainWhenItIsAskedTo)
+{
+    const auto first = index();
+    const auto second = indexes.index(
+        folder.folderUrl(), enough, zef::FolderIndexes::Freshness::readAgain);
+
+    EXPECT_FALSE(second == first);
+    EXPECT_EQ(index(), second);
+}
+
+TEST_F(FolderIndexesTest, ReadsMoreOfAFolderWhenMoreIsWanted)
+{
+    for (int number = 0; number < 10; ++number)
+        folder.write(std::to_string(number));
+
+    EXPECT_EQ(index(3)->count(), 3u);
+    EXPECT_EQ(index(20)->count(), 10u);
+    EXPECT_EQ(index(3)->count(), 10u);
+}
+
+TEST_F(FolderIndexesTest, FollowsALinkToAFolder)
+{
+    folder.makeFolder("inner");
+    folder.write("inner/file");
+    folder.symlink("inner", "link");
+
+    EXPECT_EQ(indexes.index(folder.folderUrl("link"), enough)->count(), 1u);
+}
+
+TEST_F(FolderIndexesTest, HasNoneOfWhatIsNoFolder)
+{
+    EXPECT_FALSE(indexes.index(folder.write("file"), enough));
+    EXPECT_FALSE(indexes.index(folder.url("missing"), enough));
+    EXPECT_FALSE(indexes.index(nullptr, enough));
+}
+
+TEST_F(FolderIndexesTest, ForgetsTheIndexesThatAreTooOld)
+{
+    const auto first = index();
+    clock.advance(2);
+    EXPECT_EQ(first->retainCount(), 2u);
+    indexes.forgetOld();
+
+    EXPECT_EQ(first->retainCount(), 1u);
+}
+
+TEST_F(FolderIndexesTest, KeepsAsManyIndexesAsOneSearchMakes)
+{
+    std::vector<zef::Ref<const zef::FolderIndex>> first;
+    const auto url = [&](int number) { return folder.folderUrl(std::to_string(number)); };
+    for (int number = 0; number < 60; ++number) {
+        folder.makeFolder(std::to_string(number));
+        first.push_back(indexes.index(url(number), enough));
+    }
+
+    EXPECT_EQ(indexes.index(url(59), enough), first[59]);
+    EXPECT_EQ(indexes.index(url(59 - 32), enough), first[59 - 32]);
+    EXPECT_EQ(first[0]->retainCount(), 1u);
+}
+
+TEST_F(FolderIndexesTest, ReadsAFolderWithoutADescriptorLeft)
+{
+    folder.write("file");
+    const FewDescriptors none(0);
+
+    const auto read = index();
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->count(), 1u);
+}
+
+} // namespace

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/FolderNumbers.h"
+
+#include "ZEFFilesystemTools/Platform/FileSystem.h"
+
+#include "tests/support/SteppedClock.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class FolderNumbersTest : public testing::Test {
+protected:
+    FolderNumbersTest() { zef::Clock::replaceShared(&clock); }
+    ~FolderNumbersTest() override { zef::Clock::replaceShared(nullptr); }
+
+    std::uint64_t inode(std::string_view name)
+    {
+        zef::Stat stat;
+        zef::FileSystem::system().statLink(folder.path(name).c_str(), stat);
+        return stat.inode;
+    }
+
+    SteppedClock clock;
+    TemporaryFolder folder;
+    zef::FolderNumbers numbers;
+};
+
+TEST_F(FolderNumbersTest, TellsTheNumberOfTheFolder)
+{
+    folder.makeFolder("inner");
+
+    EXPECT_EQ(numbers.inodeOfFolderOf(folder.url("inner/file")), inode("inner"));
+    EXPECT_EQ(numbers.inodeOfFolderOf(folder.url("inner")), inode(""));
+}
+
+TEST_F(FolderNumbersTest, FollowsALink)
+{
+    folder.makeFolder("inner");
+    folder.symlink("inner", "link");
+
+    EXPECT_EQ(numbers.inodeOfFolderOf(folder.url("link/file")), inode("inner"));
+}
+
+TEST_F(FolderNumbersTest, TellsZeroWhereThereIsNoFolder)
+{
+    EXPECT_EQ(numbers.inodeOfFolderOf(folder.url("missing/file")), 0u);
+}
+
+TEST_F(FolderNumbersTest, AsksOnlyOnceForFilesOfOneFolderInARow)
+{
+    folder.makeFolder("one");
+    folder.makeFolder("other");
+    const auto before = inode("one");
+    EXPECT_EQ(numbers.inodeOfFolderOf(folder.url("one/a")), before);
+    folder.exchange("one", "other");
+
+    EXPECT_EQ(numbers.inodeOfFolderOf(folder.url("one/b")), before);
+    clock.advance(0.2);
+    EXPECT_EQ(numbers.inodeOfFolderOf(folder.url("one/c")), inode("one"));
+}
+
+} // namespace
