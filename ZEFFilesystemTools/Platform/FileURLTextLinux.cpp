@@ -111,7 +111,8 @@ std::string normalizedAbsolutePath(std::string_view path)
         // The kernel writes "(unreachable)" before a folder outside of this process's root.
         if (result.empty() || result.front() != '/')
             return {};
-        result += '/';
+        if (result.back() != '/')
+            result += '/';
     }
     for (const char byte : path) {
         if (byte != '/' || result.empty() || result.back() != '/')
