@@ -41,11 +41,11 @@ public:
     /// Takes the object out; NO when it was not there.
     bool remove(const T* object)
     {
-        const auto slot = slotOf(object);
-        if (_slots[slot] == emptySlot)
+        const auto index = indexOf(object);
+        if (index == endIndex())
             return false;
         // The slot stays taken, by an entry of nobody, so that probes go on behind it.
-        Ref<T> removed = std::move(_entries[_slots[slot]]);
+        Ref<T> removed = std::move(_entries[index]);
         --_count;
         return true;
     }
