@@ -56,14 +56,15 @@ private:
         auto found = table.retainedItem(_key);
         if (!found)
             return nullptr;
-        if (found->isValid() && found->ZEF_isSameObject(_stat, _url))
+        const bool isOfThisFile = found->ZEF_isSameObject(_stat, _url);
+        if (isOfThisFile && found->isValid())
             return found;
         // The number of a deleted file was given to this one: the old item must not, when it dies,
         // take out the entry of a file that is not its own.
-        if (found->isValid())
-            table.detach(found.get());
-        else
+        if (isOfThisFile)
             table.remove(_key);
+        else
+            table.detach(found.get());
         _replaced = std::move(found);
         return nullptr;
     }

@@ -125,15 +125,19 @@ private:
             reportPathChange(item, flags.exists);
             return;
         }
-        if (flags.modified) {
+        if (!flags.exists) {
+            lookAtLostItem(item);
+            return;
+        }
+        if (!item.url().isDirectlyIn(_subscription._lastKnownURL))
+            _itemsWithOtherNames.push_back(&item);
+        if (flags.modified)
             addAndTell(ZEFFileEvent::updated, item);
-            return;
-        }
-        if (flags.exists) {
-            if (!item.url().isDirectlyIn(_subscription._lastKnownURL))
-                _itemsWithOtherNames.push_back(&item);
-            return;
-        }
+    }
+
+    // Somebody else found it lost before this subscription's first question.
+    void lookAtLostItem(const ZEFFileItem& item)
+    {
         ++_lostItems;
         zef::log("Error in ZEFDirectorySubscription: apparently failed to remove file %s",
             item.description().c_str());

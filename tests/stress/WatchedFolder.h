@@ -14,7 +14,9 @@ public:
     explicit WatchedFolder(zef::Ref<ZEFFileItem> folder);
 
     ZEFDirectorySubscription& subscription() { return *_subscription; }
-    bool isValid() const { return _subscription->isValid(); }
+    /// NO also when the subscription of the folder above found this one lost first; then this
+    /// one's own subscription never hears of it.
+    bool isValid() const { return _subscription->isValid() && _folder->isValid(); }
 
     /// First half of a poll, and the second.
     void check();
@@ -42,7 +44,8 @@ private:
         std::string name;
         double modificationTime;
         double statusChangeTime;
-        bool isSingleFile;
+        bool isSingleName;
+        bool isFolder;
     };
     using Listing = std::map<std::pair<std::uint64_t, std::int64_t>, Seen>;
 
