@@ -24,4 +24,10 @@ bool keepsBirthTimes(std::uint32_t type);
 /// elsewhere it may only have left a cache.
 bool hasLastingHandles(std::uint32_t type);
 
+/// Whether other hosts or programs may change the files without the system knowing of it.
+bool isTypeOfRemoteFiles(std::uint32_t type);
+
+/// Whether the system makes the files up when they are read.
+bool isTypeOfMadeUpFiles(std::uint32_t type);
+
 } // namespace zef

@@ -26,6 +26,21 @@ constexpr std::uint32_t inventedNumberTypes[] = { MSDOS_SUPER_MAGIC, exfatMagic,
 constexpr std::uint32_t lastingHandleTypes[] = { EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC,
     BTRFS_SUPER_MAGIC, TMPFS_MAGIC };
 
+constexpr std::uint32_t remoteTypes[] = {
+    AFS_SUPER_MAGIC, AFS_FS_MAGIC, CEPH_SUPER_MAGIC, CIFS_SUPER_MAGIC, CODA_SUPER_MAGIC,
+    FUSE_SUPER_MAGIC, NCP_SUPER_MAGIC, NFS_SUPER_MAGIC, OCFS2_SUPER_MAGIC, SMB_SUPER_MAGIC,
+    SMB2_SUPER_MAGIC, V9FS_MAGIC,
+    0x01161970, // GFS2
+    0x0bd00bd0, // Lustre
+    0x19830326, // BeeGFS
+    0x47504653, // GPFS
+    0x786f4256, // VirtualBox's shared folders
+    0x7c7c6673, // Parallels' shared folders
+    0xbacbacbc, // VMware's shared folders
+};
+
+constexpr std::uint32_t madeUpTypes[] = { PROC_SUPER_MAGIC, SYSFS_MAGIC };
+
 bool contains(const auto& types, std::uint32_t type)
 {
     return std::find(std::begin(types), std::end(types), type) != std::end(types);
@@ -57,6 +72,16 @@ bool keepsBirthTimes(std::uint32_t type)
 bool hasLastingHandles(std::uint32_t type)
 {
     return contains(lastingHandleTypes, type);
+}
+
+bool isTypeOfRemoteFiles(std::uint32_t type)
+{
+    return contains(remoteTypes, type);
+}
+
+bool isTypeOfMadeUpFiles(std::uint32_t type)
+{
+    return contains(madeUpTypes, type);
 }
 
 } // namespace zef
