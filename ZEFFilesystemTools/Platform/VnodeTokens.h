@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/VnodeToken.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
+
+namespace zef {
+
+/// The tokens of a vnode notifier and the watches that they share. One thread at a time.
+///
+/// A number that was closed is given out again only after 100,000 others, so that it is told as not
+/// open until then. Tokens that are borrowed stay in place until the next `add`. Functions that may
+/// leave a watch without tokens return it, to be ended by the caller, and -1 otherwise.
+class VnodeTokens {
+public:
+    VnodeTokens();
+
+    /// A new token, which compares stamps and has seen nothing; greater than 0. 0 when there are
+    /// 16,777,215 already.
+    int add();
+
+    /// The open token with this number, borrowed; null when it is not open.
+    VnodeToken* find(int number);
+
+    int remove(int number);
+
+    /// Makes the token one of `watch`, unverified.
+    int setWatch(VnodeToken&, int watch);
+
+    /// Makes the token compare with `stamps`.
+    int setStamps(VnodeToken&, const FileStamps& stamps, StampClock);
+
+    bool isWatched(int watch) const { return _firstTokens.contains(watch); }
+    std::size_t watchCount() const { return _firstTokens.size(); }
+
+    /// Something happened to the object of this watch.
+    void mark(int watch);
+
+    /// The watch is gone: its tokens are marked and compare stamps from now on.
+    void endWatch(int watch);
+
+    /// Events were lost, perhaps also the ends of watches: every token of a watch is marked and has
+    /// to be verified anew.
+    void doubtEveryWatch();
+
+private:
+    std::uint32_t indexOf(const VnodeToken&) const;
+    std::uint32_t takeSlot();
+    void giveSlotBack(std::uint32_t index);
+    int leaveWatch(VnodeToken&);
+
+    /// The first one is never used: 0 is no token.
+    std::vector<VnodeToken> _slots;
+    std::uint32_t _firstFree = 0;
+    std::uint32_t _lastFree = 0;
+    std::size_t _freeCount = 0;
+    std::unordered_map<int, std::uint32_t> _firstTokens;
+};
+
+} // namespace zef
