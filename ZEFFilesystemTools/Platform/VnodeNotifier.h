@@ -13,8 +13,15 @@ namespace zef {
 ///
 /// One inotify instance serves the whole process (inotify(7)). Where it can't (remote and FUSE file
 /// systems, the limit on watches reached, no permission to read), a token compares time stamps
-/// instead; after lost events every token reports something, so that no change is ever missed. Any
-/// thread; the child of a fork must not use it.
+/// instead; after lost events every token reports something, so that no change is ever missed.
+/// Close after a change of the stamps the next poll then reports once more, because a second change
+/// may have got the same ones.
+///
+/// What happens to a folder is that entries come, go or get another name, and changes of its own
+/// attributes; what happens to or in its entries is their own. A store into memory that is mapped
+/// from a file is no event, and shows in its time stamps only when the system writes it back.
+///
+/// Any thread; the child of a fork must not use it.
 class VnodeNotifier : public SharedService<VnodeNotifier> {
 public:
     virtual ~VnodeNotifier() = default;
@@ -24,8 +31,9 @@ public:
     /// Makes sure that there is a queue; a number of 0 or more, or -1 when there can be none.
     virtual int createQueue() = 0;
 
-    /// Watches the object that `ref` refers to, last seen at `url`; the token to ask with, or 0 when
-    /// the object does not exist.
+    /// Watches the object that `ref` refers to, last seen at `url`, or whatever is at `url` when
+    /// `ref` is empty; the token to ask with, or 0 when the object does not exist. Each token wants
+    /// one `close`, also when the object goes.
     virtual int open(const FSRef& ref, const FileURL& url) = 0;
 
     /// How many events there are to report for the token: 1 when something happened since the last
@@ -35,8 +43,9 @@ public:
 
     virtual void close(int token) = 0;
 
-    /// Between `beginRound` and `endRound`, which nest, the system's queue is read once, at the
-    /// beginning: what happens later is reported in the next round.
+    /// Between `beginRound` and `endRound`, which nest, the calling thread's polls read the
+    /// system's queue no more than once, at the beginning: what happens later is reported in the
+    /// next round. A round is ended on the thread that began it.
     virtual void beginRound() = 0;
     virtual void endRound() = 0;
 
