@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
+
+#include "tests/support/NotifierFixture.h"
+#include "tests/support/WithoutPrivileges.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// Where the watch really is when paths change hands.
+class VnodeNotifierPlacementTest : public NotifierFixture {
+protected:
+    VnodeNotifierPlacementTest()
+    {
+        folder.write("a");
+        folder.write("b");
+        refOfA = ref("a");
+    }
+
+    // Opens a token for the file "a" while "b" stands in its place, so that the watch is on "b".
+    Watched openWhileSwapped()
+    {
+        folder.exchange("a", "b");
+        return open(refOfA, folder.url("a"));
+    }
+
+    zef::FSRef refOfA;
+};
+
+TEST_F(VnodeNotifierPlacementTest, MovesTheWatchToTheObjectThatHasItsPathAgain)
+{
+    const auto file = openWhileSwapped();
+    folder.exchange("a", "b");
+
+    EXPECT_EQ(poll(file), 1) << "something may have been missed";
+    EXPECT_EQ(poll(file), 0);
+    folder.append("b", "more");
+    EXPECT_EQ(poll(file), 0);
+    folder.append("a", "more");
+    EXPECT_EQ(poll(file), 1);
+    EXPECT_EQ(notifier.watchCount(), 1u);
+    EXPECT_FALSE(notifier.comparesStamps(file.token));
+}
+
+TEST_F(VnodeNotifierPlacementTest, MovesTheWatchToWhereTheLocatorFindsTheObject)
+{
+    const auto file = openWhileSwapped();
+    locator.setAnswer(folder.url("b"));
+
+    EXPECT_EQ(poll(file), 1);
+    EXPECT_EQ(poll(file), 0);
+    folder.append("a", "more");
+    EXPECT_EQ(poll(file), 0);
+    folder.append("b", "more");
+    EXPECT_EQ(poll(file), 1);
+    EXPECT_EQ(locator.locateCount(), 1);
+}
+
+TEST_F(VnodeNotifierPlacementTest, FollowsAFileRenamedBeforeTheFirstPoll)
+{
+    const auto file = open("a");
+    locator.setAnswer(folder.rename("a", "c"));
+
+    EXPECT_EQ(poll(file), 1);
+    EXPECT_EQ(poll(file), 0);
+    folder.append("c", "more");
+    EXPECT_EQ(poll(file), 1);
+}
+
+TEST_F(VnodeNotifierPlacementTest, DoesNotAskTheLocatorWhileThePathIsRight)
+{
+    openVerified("a");
+
+    EXPECT_EQ(locator.locateCount(), 0);
+}
+
+TEST_F(VnodeNotifierPlacementTest, ReportsAFileDeletedBeforeTheFirstPollOnce)
+{
+    const auto file = open("a");
+    folder.remove("a");
+
+    EXPECT_EQ(poll(file), 1);
+    EXPECT_TRUE(notifier.comparesStamps(file.token));
+    EXPECT_EQ(poll(file), 0);
+    EXPECT_EQ(notifier.watchCount(), 0u);
+}
+
+TEST_F(VnodeNotifierPlacementTest, ReportsAFileReplacedBeforeTheFirstPoll)
+{
+    const auto file = open("a");
+    folder.rename("b", "a");
+
+    EXPECT_EQ(poll(file), 1);
+}
+
+TEST_F(VnodeNotifierPlacementTest, OpensAFileWhereTheLocatorFindsIt)
+{
+    locator.setAnswer(folder.rename("a", "c"));
+    const auto file = open(refOfA, folder.url("a"));
+
+    EXPECT_EQ(locator.locateCount(), 1);
+    EXPECT_EQ(poll(file), 0);
+    folder.append("c", "more");
+    EXPECT_EQ(poll(file), 1);
+    EXPECT_FALSE(notifier.comparesStamps(file.token));
+}
+
+TEST_F(VnodeNotifierPlacementTest, OpensAFileThatNobodyKnewTheUrlOf)
+{
+    locator.setAnswer(folder.url("a"));
+    const auto file = open(refOfA, nullptr);
+
+    EXPECT_GT(file.token, 0);
+    folder.append("a", "more");
+    EXPECT_EQ(poll(file), 1);
+}
+
+TEST_F(VnodeNotifierPlacementTest, GivesNoTokenForAFileThatIsGone)
+{
+    folder.remove("a");
+
+    EXPECT_EQ(open(refOfA, folder.url("a")).token, 0);
+    EXPECT_EQ(notifier.watchCount(), 0u);
+}
+
+TEST_F(VnodeNotifierPlacementTest, FindsAFolderWhosePathAFileTook)
+{
+    folder.makeFolder("folder");
+    const auto reference = ref("folder");
+    locator.setAnswer(folder.rename("folder", "moved"));
+    folder.write("folder");
+
+    const auto watched = open(reference, folder.url("folder"));
+
+    EXPECT_EQ(poll(watched), 0);
+    folder.write("moved/new");
+    EXPECT_EQ(poll(watched), 1);
+}
+
+TEST_F(VnodeNotifierPlacementTest, LeavesTheWatchOfAFolderWholeThatTookAFilesPath)
+{
+    folder.makeFolder("folder");
+    const auto watched = openVerified("folder");
+
+    folder.exchange("a", "folder");
+    EXPECT_EQ(poll(watched), 1);
+    const auto file = open(refOfA, folder.url("a"));
+    EXPECT_EQ(notifier.watchCount(), 1u) << "the file's token is on the folder";
+
+    folder.write("a/new");
+    EXPECT_EQ(poll(watched), 1);
+    notifier.close(file.token);
+    folder.write("a/newer");
+    EXPECT_EQ(poll(watched), 1);
+}
+
+TEST_F(VnodeNotifierPlacementTest, KeepsLookingForAnObjectThatCanNotBeReached)
+{
+    const auto file = open("a");
+    folder.rename("a", "c");
+    locator.setAnswer(folder.url("nowhere"));
+
+    EXPECT_EQ(poll(file), 1);
+    EXPECT_TRUE(notifier.comparesStamps(file.token));
+    EXPECT_EQ(poll(file), 0);
+
+    folder.rename("c", "a");
+    EXPECT_EQ(poll(file), 1) << "there again";
+}
+
+TEST_F(VnodeNotifierPlacementTest, ComparesStampsWhenTheWatchCanNotBeVerified)
+{
+    WithoutPrivileges ordinaryUser;
+    const auto file = open("a");
+    folder.chmod("a", 0);
+
+    EXPECT_EQ(poll(file), 1);
+    EXPECT_TRUE(notifier.comparesStamps(file.token));
+    EXPECT_EQ(poll(file), 0);
+
+    folder.chmod("a", 0600);
+    EXPECT_EQ(poll(file), 1);
+}
+
+} // namespace

@@ -1,0 +1,353 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
+
+#include "tests/support/ChildProcess.h"
+#include "tests/support/NotifierFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+
+#include <fcntl.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+// What a token by events reports and what it does not.
+class VnodeNotifierTest : public NotifierFixture { };
+
+TEST_F(VnodeNotifierTest, ReportsAWriteThatRestoresTheModificationTime)
+{
+    folder.write("a");
+    folder.setModificationTime("a", 1000);
+    const auto file = openVerified("a");
+
+    folder.write("a", "TEXT");
+    folder.setModificationTime("a", 1000);
+
+    EXPECT_EQ(poll(file), 1);
+    EXPECT_EQ(poll(file), 0);
+}
+
+TEST_F(VnodeNotifierTest, ReportsAChangeOfPermissions)
+{
+    folder.write("a");
+    const auto file = openVerified("a");
+
+    folder.chmod("a", 0600);
+
+    EXPECT_EQ(poll(file), 1);
+}
+
+TEST_F(VnodeNotifierTest, ReportsAnotherName)
+{
+    folder.write("a");
+    const auto file = openVerified("a");
+
+    folder.link("a", "b");
+
+    EXPECT_EQ(poll(file), 1);
+}
+
+TEST_F(VnodeNotifierTest, ReportsARenameOnceAndGoesOnAtTheNewName)
+{
+    folder.write("a");
+    auto file = openVerified("a");
+
+    file.url = folder.rename("a", "b");
+
+    EXPECT_EQ(poll(file), 1);
+    EXPECT_EQ(poll(file), 0);
+    folder.append("b", "more");
+    EXPECT_EQ(poll(file), 1);
+}
+
+TEST_F(VnodeNotifierTest, ReportsADeletionOnce)
+{
+    folder.write("a");
+    const auto file = openVerified("a");
+
+    folder.remove("a");
+
+    EXPECT_EQ(poll(file), 1);
+    EXPECT_EQ(poll(file), 0);
+    EXPECT_EQ(notifier.watchCount(), 0u);
+}
+
+TEST_F(VnodeNotifierTest, ReportsAReplacementByRename)
+{
+    folder.write("a");
+    folder.write("new");
+    const auto file = openVerified("a");
+
+    folder.rename("new", "a");
+
+    EXPECT_EQ(poll(file), 1);
+}
+
+TEST_F(VnodeNotifierTest, ReportsEqualWritesAsOne)
+{
+    folder.write("a");
+    const auto file = openVerified("a");
+
+    for (int count = 0; count < 5; ++count)
+        folder.append("a", "x");
+
+    EXPECT_EQ(poll(file), 1);
+    EXPECT_EQ(poll(file), 0);
+}
+
+TEST_F(VnodeNotifierTest, DoesNotReportThatAFileIsRead)
+{
+    folder.write("a");
+    const auto file = openVerified("a");
+
+    EXPECT_EQ(folder.contents("a"), "text");
+
+    EXPECT_EQ(poll(file), 0);
+}
+
+TEST_F(VnodeNotifierTest, WatchesALinkItselfAndNotItsTarget)
+{
+    folder.write("target");
+    folder.symlink("target", "link");
+    auto link = openVerified("link");
+
+    folder.append("target", "more");
+    EXPECT_EQ(poll(link), 0);
+
+    link.url = folder.rename("link", "other");
+    EXPECT_EQ(poll(link), 1);
+}
+
+class VnodeNotifierOfFolderTest : public VnodeNotifierTest {
+protected:
+    VnodeNotifierOfFolderTest()
+    {
+        folder.makeFolder("elsewhere");
+        folder.write("elsewhere/file");
+        folder.makeFolder("watched");
+        folder.write("watched/child");
+        folder.makeFolder("watched/inner");
+        watched = openVerified("watched");
+    }
+
+    Watched watched;
+};
+
+TEST_F(VnodeNotifierOfFolderTest, ReportsANewEntry)
+{
+    folder.write("watched/new");
+
+    EXPECT_EQ(poll(watched), 1);
+    EXPECT_EQ(poll(watched), 0);
+}
+
+TEST_F(VnodeNotifierOfFolderTest, ReportsANewSubfolder)
+{
+    folder.makeFolder("watched/new");
+
+    EXPECT_EQ(poll(watched), 1);
+}
+
+TEST_F(VnodeNotifierOfFolderTest, ReportsADeletedEntry)
+{
+    folder.remove("watched/child");
+
+    EXPECT_EQ(poll(watched), 1);
+}
+
+TEST_F(VnodeNotifierOfFolderTest, ReportsARenamedEntry)
+{
+    folder.rename("watched/child", "watched/other");
+
+    EXPECT_EQ(poll(watched), 1);
+}
+
+TEST_F(VnodeNotifierOfFolderTest, ReportsAnEntryThatIsMovedIn)
+{
+    folder.rename("elsewhere/file", "watched/file");
+
+    EXPECT_EQ(poll(watched), 1);
+}
+
+TEST_F(VnodeNotifierOfFolderTest, ReportsAnEntryThatIsMovedOut)
+{
+    folder.rename("watched/child", "elsewhere/child");
+
+    EXPECT_EQ(poll(watched), 1);
+}
+
+TEST_F(VnodeNotifierOfFolderTest, ReportsAnEntryThatIsReplaced)
+{
+    folder.rename("elsewhere/file", "watched/child");
+
+    EXPECT_EQ(poll(watched), 1);
+}
+
+TEST_F(VnodeNotifierOfFolderTest, ReportsItsOwnPermissions)
+{
+    folder.chmod("watched", 0700);
+
+    EXPECT_EQ(poll(watched), 1);
+}
+
+TEST_F(VnodeNotifierOfFolderTest, ReportsItsOwnRename)
+{
+    watched.url = folder.rename("watched", "other");
+
+    EXPECT_EQ(poll(watched), 1);
+}
+
+TEST_F(VnodeNotifierOfFolderTest, ReportsItsOwnDeletion)
+{
+    folder.remove("watched");
+
+    EXPECT_EQ(poll(watched), 1);
+    EXPECT_EQ(poll(watched), 0);
+}
+
+TEST_F(VnodeNotifierOfFolderTest, DoesNotReportWritesIntoAnEntry)
+{
+    folder.append("watched/child", "more");
+
+    EXPECT_EQ(poll(watched), 0);
+}
+
+TEST_F(VnodeNotifierOfFolderTest, DoesNotReportAnEntrysPermissionsAndTimes)
+{
+    folder.chmod("watched/child", 0600);
+    folder.chmod("watched/inner", 0700);
+    folder.setModificationTime("watched/child", 1000);
+
+    EXPECT_EQ(poll(watched), 0);
+}
+
+TEST_F(VnodeNotifierOfFolderTest, DoesNotReportWhatHappensInASubfolder)
+{
+    folder.write("watched/inner/new");
+    folder.remove("watched/inner/new");
+
+    EXPECT_EQ(poll(watched), 0);
+}
+
+TEST_F(VnodeNotifierOfFolderTest, DoesNotReportARenameOfItsParent)
+{
+    folder.makeFolder("watched/inner/deep");
+    auto deep = openVerified("watched/inner/deep");
+
+    folder.rename("watched/inner", "watched/moved");
+    deep.url = folder.folderUrl("watched/moved/deep");
+
+    EXPECT_EQ(poll(deep), 0);
+}
+
+TEST_F(VnodeNotifierTest, SharesOneWatchAmongHardLinks)
+{
+    folder.write("a");
+    folder.link("a", "b");
+    const auto first = openVerified("a");
+    const auto second = openVerified("b");
+    EXPECT_EQ(notifier.watchCount(), 1u);
+
+    folder.append("b", "more");
+
+    EXPECT_EQ(poll(first), 1);
+    EXPECT_EQ(poll(second), 1);
+    EXPECT_EQ(poll(first), 0);
+    EXPECT_EQ(poll(second), 0);
+}
+
+TEST_F(VnodeNotifierTest, KeepsASharedWatchUntilItsLastTokenIsClosed)
+{
+    folder.write("a");
+    folder.link("a", "b");
+    const auto first = openVerified("a");
+    const auto second = openVerified("b");
+
+    notifier.close(first.token);
+    folder.append("a", "more");
+    EXPECT_EQ(poll(second), 1);
+
+    notifier.close(second.token);
+    EXPECT_EQ(notifier.watchCount(), 0u);
+}
+
+TEST_F(VnodeNotifierTest, DoesNotReportToANewTokenWhatItsWatchSawBefore)
+{
+    folder.write("a");
+    folder.link("a", "b");
+    const auto first = openVerified("a");
+
+    folder.append("a", "more");
+    const auto second = open("b");
+
+    EXPECT_EQ(poll(second), 0);
+    EXPECT_EQ(poll(first), 1);
+}
+
+TEST_F(VnodeNotifierTest, DoesNotReportWhatHappenedBetweenCloseAndOpen)
+{
+    folder.write("a");
+    notifier.close(openVerified("a").token);
+
+    folder.append("a", "more");
+    const auto file = open("a");
+
+    EXPECT_EQ(poll(file), 0);
+}
+
+TEST_F(VnodeNotifierTest, WatchesWhateverIsThereForAnEmptyReference)
+{
+    folder.write("a");
+    const auto file = open(zef::FSRef(), folder.url("a"));
+
+    EXPECT_EQ(poll(file), 0);
+    folder.append("a", "more");
+    EXPECT_EQ(poll(file), 1);
+    EXPECT_EQ(open(zef::FSRef(), folder.url("missing")).token, 0);
+}
+
+// Lets no further system call but exit pass: the child dies of any other.
+bool forbidSystemCalls()
+{
+    struct sock_filter program[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(struct seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_exit_group, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_KILL_PROCESS),
+    };
+    const struct sock_fprog filter = { sizeof program / sizeof *program, program };
+    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0
+        && ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
+}
+
+TEST_F(VnodeNotifierTest, MakesNoSystemCallForAVerifiedTokenInARound)
+{
+    constexpr int filterRefused = 100;
+    folder.write("a");
+    folder.write("b");
+
+    const int events = resultInChildProcess([this] {
+        const auto a = openVerified("a");
+        const auto b = openVerified("b");
+        folder.append("b", "more");
+        notifier.beginRound();
+        if (!forbidSystemCalls())
+            return filterRefused;
+        const int result = poll(a) + 10 * poll(b) + poll(b);
+        ::syscall(SYS_exit_group, result);
+        return result;
+    });
+
+    if (events == filterRefused)
+        GTEST_SKIP() << "this system filters no system calls";
+    EXPECT_EQ(events, 10);
+}
+
+} // namespace
