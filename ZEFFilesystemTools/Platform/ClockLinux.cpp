@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Clock.h"
 
-#include <time.h>
+#include <ctime>
 
 namespace zef {
 namespace {

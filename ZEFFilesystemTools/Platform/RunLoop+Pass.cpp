@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/RunLoop.h"
+
 #include "ZEFFilesystemTools/Platform/RunLoopImplementation.h"
 
 #include <algorithm>

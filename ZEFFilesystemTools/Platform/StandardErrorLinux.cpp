@@ -3,10 +3,10 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <ctime>
 #include <exception>
 #include <string>
 
-#include <time.h>
 #include <unistd.h>
 
 namespace zef {

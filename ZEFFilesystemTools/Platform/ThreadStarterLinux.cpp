@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/ThreadStarter.h"
 
+#include <csignal>
 #include <cstddef>
 #include <memory>
 #include <string>
 
 #include <pthread.h>
-#include <signal.h>
 
 namespace zef {
 namespace {
@@ -39,7 +39,7 @@ class KernelThreadStarter final : public ThreadStarter {
 public:
     KernelThreadStarter()
     {
-        constexpr std::size_t stackSize = 8 * 1024 * 1024;
+        constexpr std::size_t stackSize = std::size_t(8) << 20;
         pthread_attr_init(&_attributes);
         pthread_attr_setdetachstate(&_attributes, PTHREAD_CREATE_DETACHED);
         pthread_attr_setstacksize(&_attributes, stackSize);

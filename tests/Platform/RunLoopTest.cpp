@@ -3,18 +3,14 @@
 
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/Readiness.h"
-#include "tests/support/SteppedClock.h"
+#include "tests/support/RunLoopFixture.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <limits>
 #include <memory>
 #include <stdexcept>
-#include <string>
-#include <thread>
 #include <utility>
-#include <vector>
 
 namespace {
 
@@ -25,39 +21,7 @@ using zef::RunLoopMode;
 using zef::Timer;
 using zef::TimerModes;
 
-enum class ClockKind { system, stepped };
-
-/// What holds for every run loop, whatever its clock: no test here needs time to pass.
-class RunLoopTest : public testing::TestWithParam<ClockKind> {
-protected:
-    zef::Clock& clock()
-    {
-        if (GetParam() == ClockKind::stepped)
-            return steppedClock;
-        return zef::Clock::system();
-    }
-
-    void note(std::string what) { order.push_back(std::move(what)); }
-
-    void post(std::string what)
-    {
-        loop.post([this, what] { note(what); });
-    }
-
-    /// A one-shot timer for the next pass.
-    Ref<Timer> schedule(std::string what, TimerModes modes = TimerModes::defaultMode)
-    {
-        auto timer = zef::makeRef<Timer>(0, 0, Repeats::no, [this, what](Timer&) { note(what); });
-        loop.addTimer(timer, modes);
-        return timer;
-    }
-
-    using Order = std::vector<std::string>;
-
-    SteppedClock steppedClock;
-    RunLoop loop{ clock() };
-    Order order;
-};
+class RunLoopTest : public RunLoopFixture { };
 
 INSTANTIATE_TEST_SUITE_P(EveryClock, RunLoopTest,
     testing::Values(ClockKind::system, ClockKind::stepped),
@@ -213,113 +177,6 @@ TEST_P(RunLoopTest, ATimerDoesNotFireInsideItsOwnAction)
     EXPECT_TRUE(timer->isValid());
 }
 
-TEST_P(RunLoopTest, RunMakesOnePassWhenItHasNoTime)
-{
-    post("a");
-    loop.post([this] { post("b"); });
-
-    loop.run(RunLoopMode::defaultMode, 0);
-
-    EXPECT_EQ(order, Order{ "a" });
-}
-
-TEST_P(RunLoopTest, RunIsInItsModeAndGivesTheFormerOneBack)
-{
-    auto inside = RunLoopMode::defaultMode;
-    loop.post([&] { inside = loop.mode(); });
-
-    loop.run(RunLoopMode::eventTracking, 0);
-
-    EXPECT_EQ(inside, RunLoopMode::eventTracking);
-    EXPECT_EQ(loop.mode(), RunLoopMode::defaultMode);
-}
-
-TEST_P(RunLoopTest, StopEndsARunAfterThePassThatItIsIn)
-{
-    loop.post([this] { loop.stop(); });
-    post("same pass");
-    loop.post([this] { post("next pass"); });
-
-    loop.run(RunLoopMode::defaultMode, std::numeric_limits<double>::infinity());
-
-    EXPECT_EQ(order, Order{ "same pass" });
-}
-
-TEST_P(RunLoopTest, StopEndsTheInnermostRunOnly)
-{
-    loop.post([this] {
-        loop.post([this] { loop.stop(); });
-        loop.run(RunLoopMode::modal, std::numeric_limits<double>::infinity());
-        note("inner ended");
-        loop.post([this] {
-            note("outer goes on");
-            loop.stop();
-        });
-    });
-
-    loop.run(RunLoopMode::defaultMode, std::numeric_limits<double>::infinity());
-
-    EXPECT_EQ(order, (Order{ "inner ended", "outer goes on" }));
-}
-
-TEST_P(RunLoopTest, StopOutsideARunDoesNothing)
-{
-    loop.stop();
-    loop.post([this] { loop.post([this] { note("second pass"), loop.stop(); }); });
-
-    loop.run(RunLoopMode::defaultMode, std::numeric_limits<double>::infinity());
-
-    EXPECT_EQ(order, Order{ "second pass" });
-}
-
-TEST_P(RunLoopTest, ARunWakesForWhatAnotherThreadPosts)
-{
-    std::thread poster([this] { loop.post([this] { loop.stop(); }); });
-
-    loop.run(RunLoopMode::defaultMode, std::numeric_limits<double>::infinity());
-
-    poster.join();
-}
-
-TEST_P(RunLoopTest, KeepsTheOrderOfWhatEachOfManyThreadsPosts)
-{
-    constexpr int threadCount = 4;
-    constexpr int postCount = 500;
-    std::vector<std::vector<int>> received(threadCount);
-    std::vector<std::thread> posters;
-    int finished = 0;
-    for (std::size_t thread = 0; thread < threadCount; ++thread) {
-        posters.emplace_back([&, thread] {
-            for (int number = 0; number < postCount; ++number)
-                loop.post([&, thread, number] { received[thread].push_back(number); });
-            loop.post([&] {
-                if (++finished == threadCount)
-                    loop.stop();
-            });
-        });
-    }
-
-    loop.run(RunLoopMode::defaultMode, std::numeric_limits<double>::infinity());
-    for (auto& poster : posters)
-        poster.join();
-
-    for (const auto& numbers : received) {
-        ASSERT_EQ(numbers.size(), static_cast<std::size_t>(postCount));
-        EXPECT_TRUE(std::is_sorted(numbers.begin(), numbers.end()));
-    }
-}
-
-TEST_P(RunLoopTest, MayEndAsSoonAsWhatWasPostedHasRun)
-{
-    for (int round = 0; round < 100; ++round) {
-        auto shortLived = std::make_unique<RunLoop>(clock());
-        std::thread poster([&loop = *shortLived] { loop.post([&loop] { loop.stop(); }); });
-        shortLived->run(RunLoopMode::defaultMode, std::numeric_limits<double>::infinity());
-        shortLived = nullptr;
-        poster.join();
-    }
-}
-
 TEST_P(RunLoopTest, AnExceptionLeavesTheRestForTheNextPass)
 {
     loop.post([] { throw std::runtime_error("host"); });
@@ -332,15 +189,6 @@ TEST_P(RunLoopTest, AnExceptionLeavesTheRestForTheNextPass)
     loop.perform();
 
     EXPECT_EQ(order, (Order{ "posted", "timer" }));
-}
-
-TEST_P(RunLoopTest, AnExceptionEndsARunAndItsMode)
-{
-    loop.post([] { throw std::runtime_error("host"); });
-
-    EXPECT_THROW(loop.run(RunLoopMode::modal, 1), std::runtime_error);
-
-    EXPECT_EQ(loop.mode(), RunLoopMode::defaultMode);
 }
 
 TEST_P(RunLoopTest, ARepeatingTimerGoesOnAfterAnException)
@@ -437,61 +285,6 @@ TEST_P(RunLoopTest, IgnoresNilAndInvalidTimersAndEmptyActions)
     loop.perform();
 
     EXPECT_EQ(loop.secondsUntilNextTimer(), std::numeric_limits<double>::infinity());
-}
-
-TEST(CurrentRunLoopTest, EveryThreadHasItsOwn)
-{
-    RunLoop* other = nullptr;
-    std::thread([&] { other = &RunLoop::current(); }).join();
-
-    EXPECT_EQ(&RunLoop::current(), &RunLoop::current());
-    EXPECT_NE(&RunLoop::current(), other);
-}
-
-TEST(CurrentRunLoopTest, EndsWithItsThread)
-{
-    Ref<Timer> timer;
-    std::thread([&] {
-        timer = RunLoop::current().scheduleTimer(1, Repeats::yes, [](Timer&) {});
-    }).join();
-
-    EXPECT_FALSE(timer->isValid());
-}
-
-TEST(CurrentRunLoopTest, OutlivesTheThreadsOwnObjects)
-{
-    struct LateUser {
-        ~LateUser()
-        {
-            *validity = RunLoop::current().scheduleTimer(1, Repeats::no, [](Timer&) {});
-        }
-        Ref<Timer>* validity;
-    };
-    Ref<Timer> timer;
-    bool wasValid = false;
-    std::thread([&] {
-        RunLoop::current();
-        static thread_local LateUser user{ &timer };
-        static_cast<void>(user);
-        wasValid = true;
-    }).join();
-
-    EXPECT_TRUE(wasValid);
-    ASSERT_TRUE(timer);
-    EXPECT_FALSE(timer->isValid());
-}
-
-TEST(CurrentRunLoopTest, MayBeReplacedForATest)
-{
-    SteppedClock clock;
-    RunLoop replacement(clock);
-    auto& own = RunLoop::current();
-
-    RunLoop::replaceCurrent(&replacement);
-    EXPECT_EQ(&RunLoop::current(), &replacement);
-    RunLoop::replaceCurrent(nullptr);
-
-    EXPECT_EQ(&RunLoop::current(), &own);
 }
 
 } // namespace
