@@ -125,16 +125,19 @@ void WatchedFolder::checkRecord(const ZEFChangeRecord& record)
     }
 }
 
-WatchedFolder::Listing WatchedFolder::listing() const
+WatchedFolder::Listing WatchedFolder::listing()
 {
     Listing result;
     for (const auto& entry : std::filesystem::directory_iterator(_folder->url().path())) {
         const auto stat = statOf(entry.path().string());
+        // Once is enough: which name the item follows depends on which of them went first.
+        if (!stat.isFolder() && stat.linkCount > 1)
+            _filesWithSeveralNames.insert(stat.inode);
         result[{ stat.inode, stat.birthTime }] = { .item = nullptr,
             .name = entry.path().filename().string(),
             .modificationTime = zef::secondsOfTimeStamp(stat.modificationTime),
             .statusChangeTime = zef::secondsOfTimeStamp(stat.statusChangeTime),
-            .isSingleName = stat.isFolder() || stat.linkCount == 1,
+            .isSingleName = !_filesWithSeveralNames.contains(stat.inode),
             .isFolder = stat.isFolder() };
     }
     return result;

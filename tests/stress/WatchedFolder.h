@@ -4,6 +4,7 @@
 #include "ZEFFilesystemTools/ZEFFilesystemTools.h"
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -49,7 +50,7 @@ private:
     };
     using Listing = std::map<std::pair<std::uint64_t, std::int64_t>, Seen>;
 
-    Listing listing() const;
+    Listing listing();
     void checkRecord(const ZEFChangeRecord&);
     void checkOrder(const ZEFChangeArray&) const;
     std::size_t recordsOf(const ZEFFileItem*, ZEFFileEvent) const;
@@ -61,5 +62,6 @@ private:
     std::map<const ZEFFileItem*, zef::Ref<ZEFFileItem>> _known;
     std::vector<zef::Ref<ZEFChangeRecord>> _lastRecords;
     Listing _lastListing;
+    std::set<std::uint64_t> _filesWithSeveralNames;
     bool _sawFolderChange = false;
 };
