@@ -15,7 +15,6 @@ struct FakeFileSystem::Node {
 
 namespace {
 
-constexpr std::uint32_t fakeDevice = 0x4a0001;
 constexpr std::uint32_t fileMode = 0100644;
 constexpr std::uint32_t folderMode = 0040755;
 constexpr std::uint32_t linkMode = 0120777;
@@ -272,7 +271,7 @@ zef::Stat FakeFileSystem::add(std::string_view path, std::uint32_t mode, std::st
 std::shared_ptr<FakeFileSystem::Node> FakeFileSystem::makeNode(std::uint32_t mode)
 {
     auto node = std::make_shared<Node>();
-    node->stat.device = fakeDevice;
+    node->stat.device = deviceNumber;
     node->stat.mode = mode;
     node->stat.inode = _nextInode++;
     node->stat.linkCount = 1;

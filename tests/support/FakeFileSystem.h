@@ -21,6 +21,9 @@
 /// done throws std::system_error. Any thread.
 class FakeFileSystem final : public zef::FileSystem {
 public:
+    /// The device that every object is on until the test says otherwise.
+    static constexpr std::uint32_t deviceNumber = 0x4a0001;
+
     FakeFileSystem();
     ~FakeFileSystem() override;
     FakeFileSystem(const FakeFileSystem&) = delete;
