@@ -10,14 +10,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace {
-
-struct Request {
+struct Meddler::Request {
     std::uint64_t seed;
     int count;
+    bool stopsParent;
 };
-
-} // namespace
 
 Meddler::Meddler(std::string root)
     : _root(std::move(root))
@@ -42,13 +39,22 @@ Meddler::~Meddler()
 {
     ::close(_requests);
     ::close(_answers);
-    ::kill(_process, SIGCONT);
     ::waitpid(_process, nullptr, 0);
 }
 
 void Meddler::begin(std::uint64_t seed, int count)
 {
-    const Request request{ seed, count };
+    send({ seed, count, false });
+}
+
+void Meddler::doWhileStopped(std::uint64_t seed, int count)
+{
+    send({ seed, count, true });
+    finish();
+}
+
+void Meddler::send(const Request& request)
+{
     if (::write(_requests, &request, sizeof request) != sizeof request)
         throw std::runtime_error("the meddler is gone");
 }
@@ -65,8 +71,12 @@ void Meddler::work()
     Request request{};
     while (::read(_requests, &request, sizeof request) == sizeof request) {
         Mischief mischief(_root, request.seed);
+        if (request.stopsParent)
+            ::kill(::getppid(), SIGSTOP);
         for (int step = 0; step < request.count; ++step)
             mischief.doSomething();
+        if (request.stopsParent)
+            ::kill(::getppid(), SIGCONT);
         if (::write(_answers, "", 1) != 1)
             break;
     }

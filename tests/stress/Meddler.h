@@ -20,13 +20,16 @@ public:
     /// Begins `count` operations that follow from `seed`, and returns at once.
     void begin(std::uint64_t seed, int count);
 
+    /// Stops this whole process by SIGSTOP while the other one does `count` operations.
+    void doWhileStopped(std::uint64_t seed, int count);
+
     /// Waits until the operations that were begun are done.
     void finish();
 
-    /// The process, for a test that stops it.
-    pid_t process() const { return _process; }
-
 private:
+    struct Request;
+
+    void send(const Request&);
     [[noreturn]] void work();
 
     std::string _root;

@@ -20,6 +20,14 @@ zef::Stat statOf(const std::string& path)
     return stat;
 }
 
+// Without privileges or descriptors a file that moves to a folder that nobody watches is lost until
+// a listing meets it again. The lost item that is then replaced takes its successor's entry out of
+// the registry when it dies, so that the file gets one item more.
+bool existingFilesMayGetLost()
+{
+    return ::geteuid() != 0 || !zef::Locator::shared().descriptorBudget();
+}
+
 int phaseOf(const ZEFChangeRecord& record, const ZEFFileItem* folder)
 {
     if (record.file() == folder)
@@ -150,6 +158,7 @@ void WatchedFolder::expectToEqualDisk()
     auto onDisk = listing();
     const auto files = _subscription->files();
     std::size_t lostCount = 0;
+    std::size_t twinCount = 0;
     for (const auto& item : *files) {
         EXPECT_TRUE(_known.contains(item.get()));
         // One that another folder's subscription found lost before this one's first question stays
@@ -158,9 +167,15 @@ void WatchedFolder::expectToEqualDisk()
             ++lostCount;
             continue;
         }
-        const auto found = std::find_if(onDisk.begin(), onDisk.end(),
-            [&](const auto& entry) { return entry.first.first == item->fileiNode(); });
-        ASSERT_NE(found, onDisk.end()) << item->description();
+        // The one with this number, whatever its birth time.
+        const auto found = onDisk.lower_bound({ item->fileiNode(), INT64_MIN });
+        ASSERT_TRUE(found != onDisk.end() && found->first.first == item->fileiNode())
+            << item->description();
+        if (found->second.item) {
+            EXPECT_TRUE(existingFilesMayGetLost()) << item->description();
+            found->second.isSingleName = false;
+            ++twinCount;
+        }
         found->second.item = item;
         // A file with several names may be followed by one that lies elsewhere.
         if (!found->second.isSingleName)
@@ -169,7 +184,7 @@ void WatchedFolder::expectToEqualDisk()
         EXPECT_EQ(item->url().name(), found->second.name) << item->description();
     }
     EXPECT_EQ(files->count(), _known.size());
-    EXPECT_EQ(files->count(), onDisk.size() + lostCount) << _folder->url().path();
+    EXPECT_EQ(files->count(), onDisk.size() + lostCount + twinCount) << _folder->url().path();
     _lastListing = std::move(onDisk);
 }
 
