@@ -38,12 +38,11 @@ public:
     ~Pass()
     {
         _loop.arm();
-        const auto* timer = _loop._timers.first(_loop.mode());
-        if (timer && timer->_dueTime <= startTime)
-            _loop._wakeUp.rearm();
         std::lock_guard guard(_loop._postedMutex);
+        if (_loop._timerDue)
+            _loop._wakeUp.signal(WakeUpDescriptor::Reason::timerDue);
         if (!_loop._posted.empty())
-            _loop._wakeUp.signal();
+            _loop._wakeUp.signal(WakeUpDescriptor::Reason::actionPosted);
     }
 
     Pass(const Pass&) = delete;
@@ -110,7 +109,7 @@ std::function<void()> RunLoop::Implementation::takePosted(const Pass& pass)
     auto action = std::move(_posted.front());
     _posted.pop_front();
     if (_posted.empty())
-        _wakeUp.clear();
+        _wakeUp.clear(WakeUpDescriptor::Reason::actionPosted);
     return action;
 }
 

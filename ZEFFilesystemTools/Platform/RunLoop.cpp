@@ -100,7 +100,7 @@ bool RunLoop::Implementation::openDescriptor()
     if (!_wakeUp.open())
         return false;
     if (!_posted.empty())
-        _wakeUp.signal();
+        _wakeUp.signal(WakeUpDescriptor::Reason::actionPosted);
     return true;
 }
 
@@ -116,12 +116,25 @@ void RunLoop::Implementation::arm()
     if (!_wakeUp.isOpen())
         return;
     const auto* timer = _timers.first(mode());
+    const auto delay = timer ? timer->_dueTime - now() : nanoseconds::max();
+    if (delay <= nanoseconds(0))
+        return setTimerDue(true);
+    setTimerDue(false);
     if (!timer)
         return _wakeUp.arm(std::nullopt);
-    if (_clockIsSystem)
-        return _wakeUp.arm(timer->_dueTime);
-    const auto delay = std::max(timer->_dueTime - now(), nanoseconds(0));
-    _wakeUp.arm(systemNow() + delay);
+    _wakeUp.arm(_clockIsSystem ? timer->_dueTime : systemNow() + delay);
+}
+
+void RunLoop::Implementation::setTimerDue(bool isDue)
+{
+    if (_timerDue == isDue)
+        return;
+    _timerDue = isDue;
+    std::lock_guard guard(_postedMutex);
+    if (isDue)
+        _wakeUp.signal(WakeUpDescriptor::Reason::timerDue);
+    else
+        _wakeUp.clear(WakeUpDescriptor::Reason::timerDue);
 }
 
 nanoseconds RunLoop::Implementation::untilNextTimer()
@@ -210,7 +223,7 @@ void RunLoop::Implementation::post(std::function<void()> action)
     ++_postedCount;
     _posted.push_back(std::move(action));
     if (_posted.size() == 1) {
-        _wakeUp.signal();
+        _wakeUp.signal(WakeUpDescriptor::Reason::actionPosted);
         _postedCondition.notify_one();
     }
 }

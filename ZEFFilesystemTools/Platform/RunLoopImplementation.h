@@ -55,9 +55,10 @@ private:
     std::chrono::nanoseconds now() const;
     bool openDescriptor();
 
-    /// Keeps the descriptor's moment at the first timer of the current mode. Done before every
+    /// Keeps the descriptor in step with the first timer of the current mode. Done before every
     /// call-out too, because a host's nested loop may watch the descriptor in there.
     void arm();
+    void setTimerDue(bool);
     void wait(std::chrono::nanoseconds limit);
 
     /// The next timer, or posted action, that is this pass's business; null when it is through.
@@ -68,6 +69,8 @@ private:
     Clock& _clock;
     const bool _clockIsSystem;
     bool _closing = false;
+    // Whether `_wakeUp` is signalled for a timer that is due already.
+    bool _timerDue = false;
     std::vector<RunLoopMode> _modes{ RunLoopMode::defaultMode };
     TimerQueue _timers;
     Run* _innermostRun = nullptr;

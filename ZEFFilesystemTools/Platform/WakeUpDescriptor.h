@@ -24,18 +24,19 @@ public:
     /// Borrowed; -1 while not open.
     int descriptor() const { return _epoll; }
 
-    /// From `moment` on (CLOCK_MONOTONIC) the descriptor is readable; until then it is not, unless
-    /// it was signalled. Nothing: never.
+    /// Makes the descriptor readable when `moment` has come (CLOCK_MONOTONIC), and unreadable until
+    /// then as far as earlier moments are concerned. Nothing: never.
     void arm(std::optional<std::chrono::nanoseconds> moment);
 
-    /// As `arm` with the same moment as before, and wakes an edge-triggered watcher once more.
-    void rearm();
+    /// Why the descriptor is readable before any moment has come.
+    enum class Reason : unsigned char { actionPosted = 1, timerDue = 2 };
 
-    /// Makes the descriptor readable at once. Any thread, if the owner keeps it from being opened
-    /// meanwhile; so may `clear`.
-    void signal();
-    /// Takes every signal back.
-    void clear();
+    /// Makes the descriptor readable at once, and wakes an edge-triggered watcher also when it was
+    /// readable already. On several threads if the owner lets only one at a time into `open`,
+    /// `signal` and `clear`.
+    void signal(Reason);
+    /// Takes a signal back; the descriptor stays readable for other reasons.
+    void clear(Reason);
 
     /// Waits until the descriptor is readable, at most for `limit`; may return early.
     void wait(std::chrono::nanoseconds limit) const;
@@ -47,6 +48,7 @@ private:
     int _timer = -1;
     int _event = -1;
     std::optional<std::chrono::nanoseconds> _moment;
+    unsigned _reasons = 0;
 };
 
 } // namespace zef

@@ -91,6 +91,31 @@ TEST_F(RunLoopDescriptorTest, IsQuietAgainAfterThePass)
     EXPECT_FALSE(isReadable(descriptor));
 }
 
+TEST_F(RunLoopDescriptorTest, IsReadableForADueTimerWhileThePostedActionsRun)
+{
+    bool wasReadable = false;
+    schedule(0);
+    loop.post([&] { wasReadable = isReadable(descriptor); });
+
+    loop.perform();
+
+    EXPECT_TRUE(wasReadable);
+    EXPECT_FALSE(isReadable(descriptor));
+}
+
+TEST_F(RunLoopDescriptorTest, IsReadableForAPostedActionWhileATimerFires)
+{
+    bool wasReadable = false;
+    loop.scheduleTimer(0, Repeats::no, [&](Timer&) {
+        loop.post([] {});
+        wasReadable = isReadable(descriptor);
+    });
+
+    loop.perform();
+
+    EXPECT_TRUE(wasReadable);
+}
+
 TEST_F(RunLoopDescriptorTest, WakesForWhatWasScheduledBeforeItWasMade)
 {
     RunLoop scheduled;
