@@ -7,6 +7,11 @@
 #include <exception>
 
 namespace zef {
+namespace {
+
+std::atomic<std::uint64_t> changedPriorities{ 0 };
+
+} // namespace
 
 const Class Operation::classObject{ "Operation", &ZEFObject::classObject };
 
@@ -48,12 +53,21 @@ bool Operation::isFinished() const
 
 QueuePriority Operation::queuePriority() const
 {
-    return _queuePriority.load(std::memory_order_relaxed);
+    return _queuePriority.load();
 }
 
+// Sequentially consistent, like the mark and the queue's look at the priority after it: either this
+// sees the mark, or the queue sees the new priority.
 void Operation::setQueuePriority(QueuePriority priority)
 {
-    _queuePriority.store(priority, std::memory_order_relaxed);
+    _queuePriority.store(priority);
+    if (_queued.load())
+        ++changedPriorities;
+}
+
+std::uint64_t Operation::waitingPriorityChanges()
+{
+    return changedPriorities.load();
 }
 
 bool Operation::markQueued()

@@ -4,6 +4,7 @@
 #include "ZEFFilesystemTools/Platform/ZEFObject.h"
 
 #include <atomic>
+#include <cstdint>
 
 namespace zef {
 
@@ -43,8 +44,12 @@ protected:
 
 private:
     friend class OperationQueue;
+    friend class WaitingOperations;
 
     enum class State : unsigned char { ready, executing, finished };
+
+    /// Grows whenever some operation's priority changes after it was queued.
+    static std::uint64_t waitingPriorityChanges();
 
     bool markQueued();
     void execute() noexcept;

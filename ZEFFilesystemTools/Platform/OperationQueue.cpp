@@ -2,6 +2,7 @@
 #include "ZEFFilesystemTools/Platform/OperationQueue.h"
 
 #include "ZEFFilesystemTools/Platform/ThreadStarter.h"
+#include "ZEFFilesystemTools/Platform/WaitingOperations.h"
 
 #include <algorithm>
 #include <cassert>
@@ -44,13 +45,12 @@ private:
     void work();
     bool waitForWork(Lock&);
     void runNext(Lock&);
-    Ref<Operation> takeNext();
 
     const std::chrono::duration<double> _idleTime;
     mutable std::mutex _mutex;
     std::condition_variable _workCondition;
     std::condition_variable _finishedCondition;
-    std::vector<Ref<Operation>> _waiting;
+    WaitingOperations _waiting;
     // Borrowed from the threads that execute them.
     std::vector<Operation*> _executing;
     // Counts an operation until its thread has let go of it.
@@ -65,14 +65,14 @@ private:
 void OperationQueue::Implementation::add(Ref<Operation> operation)
 {
     Lock lock(_mutex);
-    _waiting.push_back(std::move(operation));
+    _waiting.add(std::move(operation));
     _workCondition.notify_one();
     startThreads(lock);
 }
 
 bool OperationQueue::Implementation::mayBegin() const
 {
-    return !_suspended && !_waiting.empty() && _runningCount < _maxConcurrentOperationCount;
+    return !_suspended && !_waiting.isEmpty() && _runningCount < _maxConcurrentOperationCount;
 }
 
 bool OperationQueue::Implementation::needsThread() const
@@ -80,7 +80,7 @@ bool OperationQueue::Implementation::needsThread() const
     if (!mayBegin())
         return false;
     const auto room = _maxConcurrentOperationCount - _runningCount;
-    return _idleThreadCount < std::min(_waiting.size(), room);
+    return _idleThreadCount < std::min(_waiting.count(), room);
 }
 
 void OperationQueue::Implementation::startThreads(Lock& lock)
@@ -122,7 +122,7 @@ bool OperationQueue::Implementation::waitForWork(Lock& lock)
 
 void OperationQueue::Implementation::runNext(Lock& lock)
 {
-    auto operation = takeNext();
+    auto operation = _waiting.takeNext();
     auto* const borrowed = operation.get();
     _executing.push_back(borrowed);
     ++_runningCount;
@@ -139,22 +139,10 @@ void OperationQueue::Implementation::runNext(Lock& lock)
         _finishedCondition.notify_all();
 }
 
-// The first of the highest priority.
-Ref<Operation> OperationQueue::Implementation::takeNext()
-{
-    const auto next = std::max_element(
-        _waiting.begin(), _waiting.end(), [](const auto& left, const auto& right) {
-            return left->queuePriority() < right->queuePriority();
-        });
-    auto operation = std::move(*next);
-    _waiting.erase(next);
-    return operation;
-}
-
 std::size_t OperationQueue::Implementation::operationCount() const
 {
     std::lock_guard guard(_mutex);
-    return _waiting.size() + _runningCount;
+    return _waiting.count() + _runningCount;
 }
 
 void OperationQueue::Implementation::setMaxConcurrentOperationCount(std::size_t count)
@@ -189,8 +177,7 @@ bool OperationQueue::Implementation::isSuspended() const
 void OperationQueue::Implementation::cancelAllOperations()
 {
     std::lock_guard guard(_mutex);
-    for (const auto& operation : _waiting)
-        operation->cancel();
+    _waiting.cancelAll();
     for (auto* operation : _executing)
         operation->cancel();
 }
@@ -199,7 +186,7 @@ void OperationQueue::Implementation::waitUntilFinished()
 {
     Lock lock(_mutex);
     _finishedCondition.wait(
-        lock, [this] { return !_runningCount && (_suspended || _waiting.empty()); });
+        lock, [this] { return !_runningCount && (_suspended || _waiting.isEmpty()); });
 }
 
 void OperationQueue::Implementation::close()
@@ -209,7 +196,7 @@ void OperationQueue::Implementation::close()
         std::lock_guard guard(_mutex);
         _closed = true;
         if (_suspended)
-            dropped.swap(_waiting);
+            dropped = _waiting.takeAll();
         _workCondition.notify_all();
     }
     for (const auto& operation : dropped) {

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <latch>
 #include <memory>
@@ -131,6 +132,27 @@ TEST_F(OperationQueueTest, PicksByPriorityAndThenByOrderOfAdding)
     const std::vector<std::string> expected{ "very high", "high", "normal 1", "normal 2", "low",
         "very low" };
     EXPECT_EQ(order, expected);
+}
+
+TEST_F(OperationQueueTest, KeepsTheOrderOfAddingAmongManyOfEachPriority)
+{
+    constexpr std::array priorities{ QueuePriority::veryLow, QueuePriority::veryHigh,
+        QueuePriority::normal, QueuePriority::high, QueuePriority::low };
+    using Entry = std::pair<int, std::size_t>;
+    std::vector<Entry> begun;
+    queue->setMaxConcurrentOperationCount(1);
+    addBlocker();
+    for (std::size_t number = 0; number < 500; ++number) {
+        const auto priority = priorities[number % priorities.size()];
+        add([&, priority, number] { begun.emplace_back(-static_cast<int>(priority), number); },
+            priority);
+    }
+
+    gate.release();
+    queue->waitUntilAllOperationsAreFinished();
+
+    EXPECT_EQ(begun.size(), 500u);
+    EXPECT_TRUE(std::is_sorted(begun.begin(), begun.end()));
 }
 
 TEST_F(OperationQueueTest, APriorityThatIsSetWhileItWaitsCounts)
