@@ -24,7 +24,7 @@ void note(int signal)
 {
     const int savedError = errno;
     if (notedSignal.exchange(signal))
-        _exit(exitStatus::endedBySignal(signal));
+        _exit(ExitStatus::endedBySignal(signal));
     const std::uint64_t one = 1;
     [[maybe_unused]] const auto written = write(wakeUpDescriptor, &one, sizeof one);
     errno = savedError;

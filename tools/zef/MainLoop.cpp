@@ -48,7 +48,7 @@ bool mustEnd()
 int statusOfEnd()
 {
     const int signal = Interruption::signal();
-    return signal ? exitStatus::endedBySignal(signal) : statusOfOutput();
+    return signal ? ExitStatus::endedBySignal(signal) : statusOfOutput();
 }
 
 } // namespace tool

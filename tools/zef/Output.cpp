@@ -108,9 +108,9 @@ int statusOfOutput()
 {
     const int error = Output::standardOutput().error();
     if (!error || error == EPIPE)
-        return exitStatus::done;
+        return ExitStatus::done;
     complain("standard output", std::strerror(error));
-    return exitStatus::failed;
+    return ExitStatus::failed;
 }
 
 } // namespace tool

@@ -2,6 +2,7 @@
 #include "tools/zef/ExitStatus.h"
 #include "tools/zef/Interruption.h"
 #include "tools/zef/Output.h"
+#include "tools/zef/Serve/ServeCommand.h"
 #include "tools/zef/Watch/WatchCommand.h"
 
 #include <exception>
@@ -19,7 +20,7 @@ int statusOfParsing(const CLI::App& program, const CLI::ParseError& error)
     if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::Success)) {
         complain(error.what());
         complain("see zef --help and zef COMMAND --help");
-        return exitStatus::wrongUsage;
+        return ExitStatus::wrongUsage;
     }
     std::ostringstream text;
     program.exit(error, text, text);
@@ -45,10 +46,11 @@ int runProgram(int argumentCount, char** arguments)
     program.require_subcommand(1);
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(std::make_unique<WatchCommand>(program));
+    commands.push_back(std::make_unique<ServeCommand>(program));
 
     if (namesNoCommand(program, argumentCount, arguments)) {
         complain("there is no command " + std::string(arguments[1]));
-        return exitStatus::wrongUsage;
+        return ExitStatus::wrongUsage;
     }
     try {
         program.parse(argumentCount, arguments);
@@ -59,7 +61,7 @@ int runProgram(int argumentCount, char** arguments)
         if (command->isChosen())
             return command->run();
     }
-    return exitStatus::wrongUsage;
+    return ExitStatus::wrongUsage;
 }
 
 } // namespace
@@ -73,6 +75,6 @@ int main(int argumentCount, char** arguments)
         return tool::runProgram(argumentCount, arguments);
     } catch (const std::exception& error) {
         tool::complain(error.what());
-        return tool::exitStatus::failed;
+        return tool::ExitStatus::failed;
     }
 }

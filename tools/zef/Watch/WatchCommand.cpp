@@ -95,7 +95,7 @@ int WatchCommand::watch(FolderWatcher& watcher) const
             zef::RunLoop::current().perform();
     }
     complain("nothing left to watch");
-    return exitStatus::failed;
+    return ExitStatus::failed;
 }
 
 } // namespace tool

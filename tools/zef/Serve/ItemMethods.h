@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tools/zef/Serve/MethodTable.h"
+
+#include <cstdint>
+#include <unordered_map>
+
+namespace tool {
+
+/// The methods about single files, and the references that clients hold.
+class ItemMethods {
+public:
+    /// The table must not outlive this object.
+    void addTo(MethodTable&);
+
+private:
+    void addAccess(MethodTable&);
+    static void addQuestions(MethodTable&);
+    static void addObservation(MethodTable&);
+
+    JSON fileItem(const Parameters&);
+    JSON releaseItem(const Parameters&);
+
+    std::unordered_map<std::uint64_t, zef::Ref<ZEFFileItem>> _held;
+};
+
+} // namespace tool

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include "tools/zef/Serve/ManagerMethods.h"
+
+#include "tools/zef/NumberedFileItem.h"
+
+namespace tool {
+namespace {
+
+ZEFFileManager& manager()
+{
+    return *ZEFFileManager::defaultFileManager();
+}
+
+const ZEFFileItemClass& fileClassNamed(const std::string& name)
+{
+    if (name == "ZEFBasicInfoFileItem")
+        Parameters::refuse("the file class ZEFBasicInfoFileItem is not available");
+    if (name != NumberedFileItem::classObject.name)
+        Parameters::refuse("there is no file class \"" + name + '"');
+    return NumberedFileItem::classObject;
+}
+
+// Everything is looked at before anything is set, so that a wrong parameter changes nothing.
+JSON applySettings(const Parameters& parameters)
+{
+    std::vector<std::pair<const char*, std::function<bool()>>> changes;
+    if (parameters.has("fileClass")) {
+        const auto& fileClass = fileClassNamed(parameters.text("fileClass"));
+        changes.emplace_back("fileClass", [&] { return manager().setFileClass(&fileClass); });
+    }
+    if (parameters.has("asynchronous")) {
+        const bool asynchronous = parameters.boolean("asynchronous");
+        changes.emplace_back(
+            "asynchronous", [=] { return manager().setAsynchronous(asynchronous); });
+    }
+    if (parameters.has("pollingInterval")) {
+        const double seconds = parameters.seconds("pollingInterval");
+        changes.emplace_back("pollingInterval", [=] {
+            manager().setPollingInterval(seconds);
+            return true;
+        });
+    }
+    if (parameters.has("paused")) {
+        const bool paused = parameters.boolean("paused");
+        changes.emplace_back("paused", [=] {
+            manager().setPaused(paused);
+            return true;
+        });
+    }
+    auto accepted = JSON::object();
+    for (const auto& [name, apply] : changes)
+        accepted[name] = apply();
+    return accepted;
+}
+
+JSON settings(const Parameters& parameters)
+{
+    auto accepted = applySettings(parameters);
+    return {
+        { "accepted", std::move(accepted) },
+        { "fileClass", manager().fileClass()->name },
+        { "asynchronous", manager().asynchronous() },
+        { "pollingInterval", manager().pollingInterval() },
+        { "isPaused", manager().isPaused() },
+    };
+}
+
+} // namespace
+
+void ManagerMethods::addTo(MethodTable& table)
+{
+    table.add("settings", { "fileClass", "asynchronous", "pollingInterval", "paused" }, settings);
+    table.add("checkFilesystem", {}, [](const Parameters&) {
+        manager().checkFilesystem(nullptr);
+        return true;
+    });
+    table.add("shutdown", {}, [this](const Parameters&) { return _isShutDown = true; });
+}
+
+} // namespace tool

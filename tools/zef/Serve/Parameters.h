@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/ZEFFilesystemTools.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+
+namespace tool {
+
+class NumberedFileItem;
+
+/// The parameters of one request, by name. What is missing or wrong throws `RPCError`; null stands
+/// for left out.
+class Parameters {
+public:
+    /// `values` (borrowed) has to be an object without other names than `known`.
+    Parameters(const nlohmann::json& values, const std::vector<std::string>& known);
+
+    bool has(const std::string& name) const { return find(name); }
+    /// The one of these names that is there; empty when none is. Several are an error.
+    std::string choice(std::initializer_list<const char*> names) const;
+
+    std::string text(const std::string& name) const;
+    std::uint64_t number(const std::string& name) const;
+    double seconds(const std::string& name) const;
+    bool boolean(const std::string& name) const;
+    zef::FileURL url(const std::string& name) const;
+    /// The living item with this number.
+    zef::Ref<NumberedFileItem> item(const std::string& name) const;
+
+    [[noreturn]] static void refuse(const std::string& message);
+
+private:
+    const nlohmann::json* find(const std::string& name) const;
+    const nlohmann::json& value(const std::string& name) const;
+
+    const nlohmann::json& _values;
+};
+
+} // namespace tool

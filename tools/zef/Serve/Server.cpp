@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include "tools/zef/Serve/Server.h"
+
+#include "tools/zef/ExitStatus.h"
+#include "tools/zef/MainLoop.h"
+#include "tools/zef/NumberedFileItem.h"
+#include "tools/zef/Output.h"
+#include "tools/zef/Serve/Message.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include <unistd.h>
+
+namespace tool {
+namespace {
+
+constexpr std::size_t longestLine = std::size_t{ 64 } * 1024 * 1024;
+
+} // namespace
+
+Server::Server()
+    : _lines(longestLine)
+{
+    zef::setLogSink([](std::string_view line) {
+        sendNotification("log", { { "message", std::string(line) } });
+    });
+    ZEFFileManager::defaultFileManager()->setFileClass(&NumberedFileItem::classObject);
+    _items.addTo(_methods);
+    _subscriptions.addTo(_methods);
+    _manager.addTo(_methods);
+}
+
+// Subscriptions die first: they still know the subscribers.
+Server::~Server()
+{
+    _subscriptions.forgetAll();
+    ZEFFileManager::defaultFileManager()->shutdown();
+}
+
+int Server::run()
+{
+    while (!isDone()) {
+        const auto wakeUp = waitForWork(STDIN_FILENO);
+        if (wakeUp.hasInput) {
+            readInput();
+        } else if (wakeUp.runLoopIsDue) {
+            zef::RunLoop::current().perform();
+            _subscriptions.forgetDropped();
+        }
+    }
+    return mustEnd() ? statusOfEnd() : ExitStatus::done;
+}
+
+bool Server::isDone() const
+{
+    return _inputHasEnded || _manager.isShutDown() || mustEnd();
+}
+
+void Server::readInput()
+{
+    char bytes[65536];
+    const auto count = read(STDIN_FILENO, bytes, sizeof bytes);
+    if (count < 0 && (errno == EINTR || errno == EAGAIN))
+        return;
+    if (count < 0)
+        complain("standard input", std::strerror(errno));
+    _inputHasEnded = count <= 0;
+    if (_inputHasEnded)
+        _lines.finish();
+    else
+        _lines.append({ bytes, static_cast<std::size_t>(count) });
+    answerLines();
+}
+
+void Server::answerLines()
+{
+    while (!_manager.isShutDown() && !mustEnd()) {
+        const auto line = _lines.takeLine();
+        if (!line)
+            return;
+        answer(*line);
+    }
+}
+
+void Server::answer(const LineReader::Line& line)
+{
+    if (!line.isTooLong)
+        return answer(line.text);
+    sendError("null",
+        RPCError(
+            RPCError::parseError, "a line of more than " + std::to_string(longestLine) + " bytes"));
+}
+
+void Server::answer(const std::string& line)
+{
+    Request request;
+    const auto refuse = [&](const RPCError& error) {
+        if (!request.isNotification)
+            sendError(request.id, error);
+    };
+    try {
+        readRequest(line, request);
+        const auto result = _methods.call(request);
+        if (!request.isNotification)
+            sendResult(request.id, result);
+    } catch (const RPCError& error) {
+        refuse(error);
+    } catch (const std::exception& error) {
+        refuse(RPCError(RPCError::internalError, error.what()));
+    }
+}
+
+} // namespace tool

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tools/zef/Serve/ItemMethods.h"
+#include "tools/zef/Serve/LineReader.h"
+#include "tools/zef/Serve/ManagerMethods.h"
+#include "tools/zef/Serve/MethodTable.h"
+#include "tools/zef/Serve/SubscriptionMethods.h"
+
+#include <string>
+
+namespace tool {
+
+/// Answers the requests of one client on standard input and output. The run loop turns while no
+/// request is waiting.
+class Server {
+public:
+    Server();
+    ~Server();
+    Server(const Server&) = delete;
+    Server& operator=(const Server&) = delete;
+
+    /// Serves until the input ends, a client or a signal asks for the end, or nobody reads any
+    /// more; then the file manager is shut down. Returns the program's exit status.
+    int run();
+
+private:
+    bool isDone() const;
+    void readInput();
+    void answerLines();
+    void answer(const LineReader::Line&);
+    void answer(const std::string& line);
+
+    ItemMethods _items;
+    SubscriptionMethods _subscriptions;
+    ManagerMethods _manager;
+    MethodTable _methods;
+    LineReader _lines;
+    bool _inputHasEnded = false;
+};
+
+} // namespace tool
