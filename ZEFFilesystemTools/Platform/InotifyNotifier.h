@@ -47,7 +47,6 @@ private:
     Placement place(int number, const FSRef&, const FileURL&);
 
     // With the lock held:
-    bool hasRoomForWatch() const;
     int addWatchFor(const VnodeToken&, const char* path, bool isFolder);
     void compareStamps(VnodeToken&, const FileStamps&, StampClock);
     void giveUp(int watch);

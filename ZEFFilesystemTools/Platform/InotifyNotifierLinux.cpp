@@ -134,8 +134,6 @@ int InotifyNotifier::openUnverified(const FSRef& ref, const char* path)
     if (_devices.kind(ref.device(), path) != DeviceKind::local)
         return 0;
     std::lock_guard lock(_mutex);
-    if (!hasRoomForWatch())
-        return 0;
     const int number = _tokens.add();
     auto* token = _tokens.find(number);
     if (!token)
@@ -239,14 +237,9 @@ InotifyNotifier::Placement InotifyNotifier::place(int number, const FSRef& ref, 
     return Placement::moved;
 }
 
-bool InotifyNotifier::hasRoomForWatch() const
-{
-    return _tokens.watchCount() < _watchLimit;
-}
-
 int InotifyNotifier::addWatchFor(const VnodeToken& token, const char* path, bool isFolder)
 {
-    if (token.watch < 0 && !hasRoomForWatch())
+    if (token.watch < 0 && _tokens.watchCount() >= _watchLimit)
         return -1;
     const int watch = _queue.add(path, isFolder);
     if (watch < 0 || watch == token.watch || !_tokens.isWatched(watch))

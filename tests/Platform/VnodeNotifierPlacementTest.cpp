@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <utility>
+
 namespace {
 
 // Where the watch really is when paths change hands.
@@ -136,6 +139,54 @@ TEST_F(VnodeNotifierPlacementTest, FindsAFolderWhosePathAFileTook)
     EXPECT_EQ(poll(watched), 0);
     folder.write("moved/new");
     EXPECT_EQ(poll(watched), 1);
+}
+
+// The system's files, which somebody changes right after the first look at one of them.
+class MeddledFileSystem final : public zef::FileSystem {
+public:
+    explicit MeddledFileSystem(std::function<void()> meddle)
+        : _meddle(std::move(meddle))
+    {
+        replaceShared(this);
+    }
+    ~MeddledFileSystem() override { replaceShared(nullptr); }
+
+    int statLink(const char* path, zef::Stat& stat) override
+    {
+        const int error = system().statLink(path, stat);
+        if (auto meddle = std::exchange(_meddle, nullptr))
+            meddle();
+        return error;
+    }
+
+    bool exists(const char* path) override { return system().exists(path); }
+    zef::FileHandle handle(const char* path) override { return system().handle(path); }
+
+private:
+    std::function<void()> _meddle;
+};
+
+TEST_F(VnodeNotifierPlacementTest, LooksAgainWhenThePathIsTakenDuringVerification)
+{
+    const auto file = openWhileSwapped();
+    folder.exchange("a", "b");
+    folder.write("c");
+    locator.setAnswer(folder.url("b"));
+    {
+        // The path leads to "a" at the look, and to "c" when the watch is made.
+        MeddledFileSystem meddled([this] {
+            folder.rename("a", "b");
+            folder.rename("c", "a");
+        });
+        EXPECT_EQ(poll(file), 1);
+    }
+
+    EXPECT_EQ(poll(file), 0);
+    folder.append("a", "more");
+    EXPECT_EQ(poll(file), 0);
+    folder.append("b", "more");
+    EXPECT_EQ(poll(file), 1);
+    EXPECT_FALSE(notifier.comparesStamps(file.token));
 }
 
 TEST_F(VnodeNotifierPlacementTest, LeavesTheWatchOfAFolderWholeThatTookAFilesPath)

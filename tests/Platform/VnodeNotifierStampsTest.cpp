@@ -2,6 +2,7 @@
 #include "ZEFFilesystemTools/Platform/TimeStamp.h"
 #include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
 
+#include "tests/support/FakeFileSystem.h"
 #include "tests/support/NotifierFixture.h"
 
 #include <gtest/gtest.h>
@@ -54,6 +55,29 @@ TEST_F(VnodeNotifierStampsTest, TakesNoUrlForADisappearance)
 
     EXPECT_EQ(poll(file), 1);
     EXPECT_EQ(poll(file), 0);
+}
+
+TEST_F(VnodeNotifierStampsTest, LooksAtNothingWithoutAUrl)
+{
+    folder.write("a");
+    auto file = openByStamps("a");
+    file.url = nullptr;
+    FakeFileSystem files;
+
+    poll(file);
+
+    EXPECT_EQ(files.statCount(), 0u);
+}
+
+TEST_F(VnodeNotifierStampsTest, LooksOnceAtEachPoll)
+{
+    folder.write("a");
+    const auto file = openByStamps("a");
+    FakeFileSystem files;
+
+    poll(file);
+
+    EXPECT_EQ(files.statCount(), 1u);
 }
 
 TEST_F(VnodeNotifierStampsTest, ReportsAnotherObjectInItsPlace)

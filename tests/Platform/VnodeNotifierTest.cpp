@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
 
+#include "tests/support/AllocationCounter.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/NotifierFixture.h"
 
@@ -311,6 +312,27 @@ TEST_F(VnodeNotifierTest, WatchesWhateverIsThereForAnEmptyReference)
     folder.append("a", "more");
     EXPECT_EQ(poll(file), 1);
     EXPECT_EQ(open(zef::FSRef(), folder.url("missing")).token, 0);
+}
+
+TEST_F(VnodeNotifierTest, TakesNoMemoryToReadEventsAndToAnswer)
+{
+    if (!AllocationCounter::isAvailable())
+        GTEST_SKIP() << "a sanitizer has the heap";
+    folder.write("a");
+    const auto file = openVerified("a");
+    int answers = 0;
+    const auto pollInRound = [&] {
+        folder.append("a", "more");
+        const AllocationCounter counter;
+        notifier.beginRound();
+        answers += poll(file);
+        notifier.endRound();
+        return counter.count();
+    };
+    pollInRound();
+
+    EXPECT_EQ(pollInRound(), 0u);
+    EXPECT_EQ(answers, 2);
 }
 
 // Lets no further system call but exit pass: the child dies of any other.

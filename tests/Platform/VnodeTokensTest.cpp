@@ -57,6 +57,23 @@ TEST_F(VnodeTokensTest, UsesSlotsAgain)
     EXPECT_LT(largestIndex, 2000);
 }
 
+TEST_F(VnodeTokensTest, TellsANumberFromALaterOneOfTheSameSlot)
+{
+    constexpr int indexMask = 0xffffff;
+    const int first = tokens.add();
+    tokens.remove(first);
+    int later = tokens.add();
+    while ((later & indexMask) != (first & indexMask)) {
+        tokens.remove(later);
+        later = tokens.add();
+    }
+
+    EXPECT_NE(later, first);
+    EXPECT_EQ(tokens.find(first), nullptr);
+    EXPECT_EQ(tokens.remove(first), -1);
+    EXPECT_NE(tokens.find(later), nullptr);
+}
+
 TEST_F(VnodeTokensTest, MarksAllTokensOfAWatchAndNoOthers)
 {
     const int first = addWatched(7);
