@@ -98,7 +98,7 @@ TEST_F(FolderIndexTest, FindsTheSameWhenItAsksEachEntry)
 
 TEST_F(FolderIndexTest, ReadsLargeFoldersWhole)
 {
-    constexpr int files = 3000;
+    constexpr int files = 600;
     for (int number = 0; number < files; ++number)
         folder.write("a rather long name so that one buffer does not hold all of them "
             + std::to_string(number));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/FolderIndexes.h"
 
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Locator.h"
 
 #include "tests/support/FewDescriptors.h"
 #include "tests/support/SteppedClock.h"
@@ -111,14 +111,22 @@ TEST_F(FolderIndexesTest, KeepsAsManyIndexesAsOneSearchMakes)
     EXPECT_EQ(first[0]->retainCount(), 1u);
 }
 
-TEST_F(FolderIndexesTest, ReadsAFolderWithoutADescriptorLeft)
+// No fixture: UndefinedBehaviorSanitizer looks at each object of a class with virtual functions by
+// a pipe when it first meets it, and here there is none to be had.
+TEST(FolderIndexesShortageTest, ReadsAFolderWithoutADescriptorLeft)
 {
+    TemporaryFolder folder;
     folder.write("file");
+    const auto url = folder.folderUrl();
+    zef::FolderIndexes indexes;
+    // All objects are met here first.
+    zef::Locator::shared().giveBackOneDescriptor();
+    zef::FolderIndexes().index(url, enough)->covers(enough);
     const FewDescriptors none(0);
 
-    const auto read = index();
+    const auto read = indexes.index(url, enough);
     ASSERT_TRUE(read);
-    EXPECT_EQ(read->count(), 1u);
+    EXPECT_TRUE(read->covers(enough));
 }
 
 } // namespace

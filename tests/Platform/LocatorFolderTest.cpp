@@ -2,6 +2,7 @@
 #include "ZEFFilesystemTools/Platform/Locator.h"
 
 #include "tests/support/LocatorFixture.h"
+#include "tests/support/WithoutPrivileges.h"
 
 #include <gtest/gtest.h>
 
@@ -166,13 +167,23 @@ TEST_P(LocatorFolderTest, FindsAFolderThatNobodyMayReadAndItsFileByDescriptor)
     EXPECT_EQ(locate(file), isFound ? folder.url("closed/other") : nullptr);
 }
 
-TEST_P(LocatorFolderTest, DoesNotFindAFileDeletedFromAFolderThatNobodyMaySearchAnyMore)
+TEST_P(LocatorFolderTest, FindsAFileInAFolderThatMayNotBeSearchedByDescriptorAlone)
 {
-    if (ignoresPermissions())
-        GTEST_SKIP() << "the process may search every folder";
+    const WithoutPrivileges none;
     folder.makeFolder("inner");
-    const auto file = track(folder.write("inner/file"));
+    const auto file = track(folder.write("inner/before"));
+    const auto renamed = folder.rename("inner/before", "inner/after");
+    folder.chmod("inner", 0);
+
+    EXPECT_EQ(locate(file), mayHold() ? renamed : nullptr);
+}
+
+TEST_P(LocatorFolderTest, DoesNotFindAFileDeletedFromAFolderThatMayNotBeSearched)
+{
+    const WithoutPrivileges none;
+    folder.makeFolder("inner");
     folder.makeFolder("elsewhere");
+    const auto file = track(folder.write("inner/file"));
     folder.link("inner/file", "elsewhere/other");
     folder.remove("inner/file");
     folder.chmod("inner", 0);
