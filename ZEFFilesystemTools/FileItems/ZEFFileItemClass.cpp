@@ -126,7 +126,13 @@ zef::Ref<ZEFFileItem> ZEFFileItemClass::newFileItemForFSRef(const zef::FSRef* re
 {
     if (!ref)
         return nullptr;
-    return newFileItemForURLFsRef(zef::Locator::shared().locate(*ref, nullptr), ref);
+    auto& locator = zef::Locator::shared();
+    auto place = locator.locate(*ref, nullptr);
+    // Without means to open a file by its reference the item that there is knows where to look.
+    const auto known = place ? nullptr : ZEFFileRegistry::item(ref->device(), ref->inode());
+    if (known)
+        place = locator.locate(*ref, known->url());
+    return newFileItemForURLFsRef(place, ref);
 }
 
 zef::Ref<ZEFFileItem> ZEFFileItemClass::ZEF_newFileItemForEntry(
