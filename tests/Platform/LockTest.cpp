@@ -14,6 +14,7 @@ TEST(LockTest, KeepsThreadsApart)
     auto lock = zef::makeRef<zef::Lock>();
     int count = 0;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([lock, &count] {
             for (int turn = 0; turn < 1000; ++turn) {

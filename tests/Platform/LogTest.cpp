@@ -146,6 +146,7 @@ TEST(LogTest, ManyThreadsMayLogWhileTheSinkChanges)
     constexpr int lineCount = 200;
     std::atomic<std::size_t> otherCount{ 0 };
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int thread = 0; thread < threadCount; ++thread) {
         threads.emplace_back([] {
             for (int line = 0; line < lineCount; ++line)

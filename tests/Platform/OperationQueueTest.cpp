@@ -189,6 +189,7 @@ TEST_F(OperationQueueTest, AResumedQueueGoesOn)
 {
     queue->setSuspended(true);
     std::vector<Ref<BlockOperation>> operations;
+    operations.reserve(10);
     for (int index = 0; index < 10; ++index)
         operations.push_back(add([] {}));
 
@@ -304,6 +305,7 @@ TEST_F(OperationQueueTest, ManyThreadsMayAddAtOnce)
     std::atomic<int> count{ 0 };
     queue->setMaxConcurrentOperationCount(4);
     std::vector<std::thread> adders;
+    adders.reserve(4);
     for (int index = 0; index < 4; ++index) {
         adders.emplace_back([&] {
             for (int added = 0; added < 100; ++added)

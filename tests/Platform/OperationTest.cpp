@@ -108,7 +108,7 @@ TEST(OperationTest, StaysAliveWhileItsMainGivesUpTheLastReference)
         aliveAfterwards = self.retainCount() > 0 && self.isExecuting();
     });
 
-    owner.get()->start();
+    owner->start();
 
     EXPECT_TRUE(aliveAfterwards);
 }

@@ -36,7 +36,8 @@ TEST(RefTest, CopyingRetainsAndDestroyingReleases)
 {
     auto object = makeRef<CountedObject>();
     {
-        auto copy = object;
+        Ref<CountedObject> copy;
+        copy = object;
         EXPECT_EQ(object->retainCount(), 2u);
         EXPECT_EQ(copy, object);
     }

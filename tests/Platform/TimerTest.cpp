@@ -24,7 +24,8 @@ using zef::Timer;
 
 class TimerTest : public testing::Test {
 protected:
-    Ref<Timer> add(double firstDelay, double interval, Repeats repeats, std::string name = "")
+    Ref<Timer> add(
+        double firstDelay, double interval, Repeats repeats, const std::string& name = "")
     {
         auto timer = makeRef<Timer>(
             firstDelay, interval, repeats, [this, name](Timer&) { fired.push_back(name); });

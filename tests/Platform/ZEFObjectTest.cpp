@@ -108,6 +108,7 @@ TEST(ZEFObjectTest, CountsRightWhenManyThreadsRetainAndRelease)
     const auto before = CountedObject::liveCount();
     auto object = makeRef<CountedObject>();
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([object] {
             for (int turn = 0; turn < 10000; ++turn) {

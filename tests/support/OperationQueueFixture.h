@@ -43,7 +43,7 @@ protected:
         return operation;
     }
 
-    zef::Ref<BlockOperation> addRecorder(std::string name, zef::QueuePriority priority)
+    zef::Ref<BlockOperation> addRecorder(const std::string& name, zef::QueuePriority priority)
     {
         return add([this, name] { order.push_back(name); }, priority);
     }

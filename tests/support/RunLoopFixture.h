@@ -26,14 +26,14 @@ protected:
 
     void note(std::string what) { order.push_back(std::move(what)); }
 
-    void post(std::string what)
+    void post(const std::string& what)
     {
         loop.post([this, what] { note(what); });
     }
 
     /// A one-shot timer for the next pass.
     zef::Ref<zef::Timer> schedule(
-        std::string what, zef::TimerModes modes = zef::TimerModes::defaultMode)
+        const std::string& what, zef::TimerModes modes = zef::TimerModes::defaultMode)
     {
         auto timer = zef::makeRef<zef::Timer>(
             0, 0, zef::Repeats::no, [this, what](zef::Timer&) { note(what); });
