@@ -106,7 +106,7 @@ bool ZEFFileItem::ZEF_isAnotherObject(const ZEFFileItem& other) const
 
 void ZEFFileItem::ZEF_keepReference()
 {
-    if (!refValid() || _state.testAndSet(referenceKeptState))
+    if (!refValid() || _state.has(referenceKeptState))
         return;
     auto reference = referenceCopy();
     zef::Locator::shared().retain(reference, url());
@@ -114,9 +114,11 @@ void ZEFFileItem::ZEF_keepReference()
         std::lock_guard lock(_locationLock);
         _fsRef = reference;
     }
-    // The item's own thread may have found the file lost meanwhile.
-    if (!_state.has(referenceKeptState))
+    // Meanwhile another thread may have done the same, or the item's own have found the file lost.
+    if (_state.testAndSet(referenceKeptState))
         zef::Locator::shared().release(reference);
+    else if (!isValid())
+        giveUpReference();
 }
 
 bool ZEFFileItem::ZEF_copyReference(zef::FSRef& reference) const
@@ -180,10 +182,8 @@ void ZEFFileItem::becomeLost()
 
 void ZEFFileItem::giveUpReference()
 {
-    if (!_state.has(referenceKeptState))
-        return;
-    zef::Locator::shared().release(referenceCopy());
-    _state.clear(referenceKeptState);
+    if (_state.testAndClear(referenceKeptState))
+        zef::Locator::shared().release(referenceCopy());
 }
 
 void ZEFFileItem::makeOwnPath()

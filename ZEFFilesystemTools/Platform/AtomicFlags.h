@@ -15,13 +15,17 @@ public:
     /// Sets the flag; YES when it was set before.
     bool testAndSet(Flag flag) { return _bits.fetch_or(flag, std::memory_order_acq_rel) & flag; }
 
-    void clear(Flag flag)
+    void clear(Flag flag) { testAndClear(flag); }
+
+    /// Clears the flag; YES when it was set before.
+    bool testAndClear(Flag flag)
     {
-        _bits.fetch_and(static_cast<std::uint8_t>(~flag), std::memory_order_acq_rel);
+        const auto others = static_cast<std::uint8_t>(~flag);
+        return _bits.fetch_and(others, std::memory_order_acq_rel) & flag;
     }
 
 private:
-    std::atomic<std::uint8_t> _bits { 0 };
+    std::atomic<std::uint8_t> _bits{ 0 };
 };
 
 } // namespace zef

@@ -143,4 +143,51 @@ TEST_F(ZEFFileItemLifeTest, GivesUpItsReferenceOnceWhenItIsLost)
     EXPECT_EQ(locator.uses(ref), 0);
 }
 
+TEST_F(ZEFFileItemLifeTest, GivesUpItsReferenceOnceWhenItIsLostWhileItIsTaken)
+{
+    const auto stat = files.addFile("/file");
+    const zef::FSRef ref(stat);
+    auto file = ZEFFileItem::classObject.ZEF_newFileItemForEntry(url("/file"), ref, stat);
+    files.remove("/file");
+    locator.setBeforeRetain([&] { file->currentURL(); });
+
+    file->ZEF_keepReference();
+
+    EXPECT_FALSE(file->isValid());
+    EXPECT_EQ(locator.uses(ref), 0);
+    file = nullptr;
+    EXPECT_EQ(locator.uses(ref), 0);
+}
+
+TEST_F(ZEFFileItemLifeTest, TakesItsReferenceOnceWhenTwoTakeItAtTheSameTime)
+{
+    const auto stat = files.addFile("/file");
+    const zef::FSRef ref(stat);
+    auto file = ZEFFileItem::classObject.ZEF_newFileItemForEntry(url("/file"), ref, stat);
+    locator.setBeforeRetain([&] {
+        locator.setBeforeRetain(nullptr);
+        file->ZEF_keepReference();
+    });
+
+    file->ZEF_keepReference();
+
+    EXPECT_EQ(locator.uses(ref), 1);
+    file = nullptr;
+    EXPECT_EQ(locator.uses(ref), 0);
+}
+
+TEST_F(ZEFFileItemLifeTest, TakesNoReferenceOnceItIsLost)
+{
+    const auto stat = files.addFile("/file");
+    const zef::FSRef ref(stat);
+    const auto file = ZEFFileItem::classObject.ZEF_newFileItemForEntry(url("/file"), ref, stat);
+    files.remove("/file");
+    file->currentURL();
+
+    file->ZEF_keepReference();
+    file->registerFileObserver(observer.get());
+
+    EXPECT_EQ(locator.uses(ref), 0);
+}
+
 } // namespace

@@ -135,4 +135,27 @@ TEST_F(ZEFFileRegistryConcurrencyTest, AnswersOtherThreadsWhileItsOwnFollowsIt)
     EXPECT_FALSE(file->isValid());
 }
 
+// A listing's thread takes the reference while the item's own thread finds the file lost.
+TEST_F(ZEFFileRegistryConcurrencyTest, KeepsNoReferenceOfAnItemThatIsLostMeanwhile)
+{
+    constexpr int rounds = 500;
+    for (int round = 0; round < rounds; ++round) {
+        const auto stat = files.addFile(path(round));
+        const zef::FSRef reference(stat);
+        auto file = ZEFFileItem::classObject.ZEF_newFileItemForEntry(
+            url(path(round)), reference, stat);
+        files.remove(path(round));
+        onThreads(3, [&](int thread) {
+            if (thread == 0)
+                file->currentURL();
+            else
+                file->ZEF_keepReference();
+        });
+        ASSERT_FALSE(file->isValid());
+        ASSERT_EQ(locator.uses(reference), 0);
+        file = nullptr;
+        ASSERT_EQ(locator.uses(reference), 0);
+    }
+}
+
 } // namespace

@@ -38,6 +38,9 @@ TEST(AtomicFlagsTest, TellsWhetherAFlagWasSetBefore)
 
     EXPECT_FALSE(flags.testAndSet(one));
     EXPECT_TRUE(flags.testAndSet(one));
+    EXPECT_TRUE(flags.testAndClear(one));
+    EXPECT_FALSE(flags.testAndClear(one));
+    EXPECT_TRUE(flags.has(two));
 }
 
 TEST(AtomicFlagsTest, LetsOneOfManyConcurrentThreadsSetAFlagFirst)

@@ -34,6 +34,8 @@ void FakeLocator::retain(zef::FSRef& ref, const zef::FileURL&)
 {
     if (ref.isEmpty())
         return;
+    if (const auto hook = _beforeRetain) // which may set another one
+        hook();
     ++_retainCount;
     std::lock_guard lock(_mutex);
     ++_objects[zef::ObjectNumbers::of(ref)].uses;

@@ -28,6 +28,9 @@ public:
     /// What happens when a descriptor is wanted back; says whether there is one.
     void setGiveBack(std::function<bool()> giveBack) { _giveBack = std::move(giveBack); }
 
+    /// What happens, with no lock held, before an object is retained.
+    void setBeforeRetain(std::function<void()> hook) { _beforeRetain = std::move(hook); }
+
     /// How often it was asked where an object is.
     int locateCount() const { return _locateCount; }
     int retainCount() const { return _retainCount; }
@@ -57,6 +60,7 @@ private:
     zef::FileURL _answer;
     std::unordered_map<zef::ObjectNumbers, Object, zef::ObjectNumbers::Hash> _objects;
     std::function<bool()> _giveBack;
+    std::function<void()> _beforeRetain;
     std::atomic<bool> _refusesReferences{ false };
     std::atomic<int> _locateCount{ 0 };
     std::atomic<int> _retainCount{ 0 };
