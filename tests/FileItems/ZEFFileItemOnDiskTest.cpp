@@ -137,6 +137,18 @@ TEST_P(ZEFFileItemOnDiskTest, IsTheLinkAndNotWhatItLeadsTo)
     EXPECT_EQ(link->changesForObserver(observer.get()), unchanged);
 }
 
+TEST_P(ZEFFileItemOnDiskTest, IsTheLinkToAFolderAlsoWhenAskedForByItsPath)
+{
+    folder.symlink("folder", "to folder");
+
+    const auto link = ZEFFileItem::classObject.newFileItemForPath(path("to folder/"));
+
+    EXPECT_TRUE(link->isSymlink());
+    EXPECT_FALSE(link->isBasicDirectory());
+    EXPECT_EQ(link->url(), folderURL("to folder"));
+    EXPECT_NE(link, item("folder"));
+}
+
 TEST_P(ZEFFileItemOnDiskTest, TakesASocketForABasicDirectory)
 {
     sockaddr_un address{};
