@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
+
+#include "tests/support/LoopFixture.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <limits>
+#include <string_view>
+
+/// A fresh file manager whose items report, and a loop that it runs on.
+class ManagerFixture : public LoopFixture {
+protected:
+    static constexpr double never = std::numeric_limits<double>::infinity();
+
+    ManagerFixture() { manager.setFileClass(&ReportingItem::classObject); }
+
+    /// The subscription of a folder.
+    ZEFDirectorySubscription* subscribe(
+        RecordingSubscriber& subscriber, std::string_view name = "watched")
+    {
+        return manager.subscribeForURL(&subscriber, folder.folderUrl(name));
+    }
+
+    /// Whether the manager keeps this very subscription.
+    bool keeps(const ZEFDirectorySubscription* subscription) const
+    {
+        const auto all = manager.subscriptions();
+        return std::find(all.begin(), all.end(), subscription) != all.end();
+    }
+
+    /// One poll.
+    void poll() { manager.checkFilesystem(nullptr); }
+
+    /// Makes folders with these names in the temporary folder.
+    void makeFolders(std::initializer_list<const char*> names)
+    {
+        for (const auto* name : names)
+            folder.makeFolder(name);
+    }
+
+    ZEFFileManager& manager = *ZEFFileManager::defaultFileManager();
+};

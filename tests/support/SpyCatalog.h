@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/Catalog.h"
+
+#include <atomic>
+#include <functional>
+#include <utility>
+
+/// The system's catalog, whose readers a test counts, holds up and lets fail; stands in for the
+/// shared one while it lives. Set the hooks while nobody reads; they are called on the readers'
+/// threads.
+class SpyCatalog final : public zef::Catalog {
+public:
+    SpyCatalog() { replaceShared(this); }
+    ~SpyCatalog() override { replaceShared(nullptr); }
+    SpyCatalog(const SpyCatalog&) = delete;
+    SpyCatalog& operator=(const SpyCatalog&) = delete;
+
+    /// Called before a folder is opened, counted, and before each batch is read from it.
+    std::function<void()> beforeOpening;
+    std::function<void()> beforeCounting;
+    std::function<void()> beforeBatch;
+
+    /// What opening and counting answer instead of asking the system; `noError` asks it.
+    std::atomic<std::int16_t> openResult{ zef::CatalogResult::noError };
+    std::atomic<std::int16_t> countResult{ zef::CatalogResult::noError };
+
+    /// How often folders were opened, and how many iterators live.
+    std::atomic<int> openCount{ 0 };
+    std::atomic<int> iteratorCount{ 0 };
+
+    std::int16_t openIterator(const zef::FSRef* ref, const zef::FileURL& folder,
+        std::unique_ptr<zef::CatalogIterator>& iterator) override
+    {
+        call(beforeOpening);
+        ++openCount;
+        if (openResult != zef::CatalogResult::noError)
+            return openResult;
+        const auto result = system().openIterator(ref, folder, iterator);
+        if (iterator)
+            iterator = std::make_unique<Iterator>(*this, std::move(iterator));
+        return result;
+    }
+
+    std::int16_t countEntries(
+        const zef::FSRef* ref, const zef::FileURL& folder, std::size_t& count) override
+    {
+        call(beforeCounting);
+        count = 0;
+        return countResult == zef::CatalogResult::noError
+            ? system().countEntries(ref, folder, count)
+            : countResult.load();
+    }
+
+private:
+    class Iterator final : public zef::CatalogIterator {
+    public:
+        Iterator(SpyCatalog& catalog, std::unique_ptr<zef::CatalogIterator> iterator)
+            : _catalog(catalog)
+            , _iterator(std::move(iterator))
+        {
+            ++_catalog.iteratorCount;
+        }
+
+        ~Iterator() override { --_catalog.iteratorCount; }
+
+        std::int16_t next(std::span<zef::CatalogEntry> entries, std::size_t& count) override
+        {
+            call(_catalog.beforeBatch);
+            return _iterator->next(entries, count);
+        }
+
+        void setKnownEntries(zef::KnownEntries* known) override
+        {
+            _iterator->setKnownEntries(known);
+        }
+
+    private:
+        SpyCatalog& _catalog;
+        std::unique_ptr<zef::CatalogIterator> _iterator;
+    };
+
+    static void call(const std::function<void()>& hook)
+    {
+        if (hook)
+            hook();
+    }
+};
