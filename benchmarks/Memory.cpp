@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include "benchmarks/Memory.h"
+
+#include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
+#include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
+#include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
+
+#include "benchmarks/support/BenchmarkFolders.h"
+#include "benchmarks/support/ProgramOutput.h"
+#include "benchmarks/support/WatchedFolders.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include <malloc.h>
+
+namespace {
+
+constexpr const char* memoryOption = "--memory";
+constexpr const char* alone = "alone";
+constexpr const char* observed = "observed";
+
+// With what the heap itself needs for each block.
+std::size_t bytesInUse()
+{
+    const auto information = ::mallinfo2();
+    return information.uordblks + information.hblkhd;
+}
+
+// With the registry's table, and without the array that keeps the items alive.
+double bytesForItems(const std::string& path, std::size_t count)
+{
+    const auto items = zef::makeRef<ZEFFileItemArray>(count);
+    const auto before = bytesInUse();
+    auto operation = zef::makeRef<ZEFFileLoadOperation>();
+    operation->setLoadingDirectory(ZEFFileItem::classObject.newFileItemForPath(path));
+    operation->setLoadingArray(items);
+    operation->start();
+    operation = nullptr;
+    const auto after = bytesInUse();
+    return items->count() == count ? static_cast<double>(after - before) : 0;
+}
+
+// After a first full check, in which every item got a record for its observer, and with all that
+// finds the files again after a move. What the process has once, for however many, is in it too.
+double bytesForObservedItems(const std::string& path, std::size_t count)
+{
+    const auto before = bytesInUse();
+    WatchedFolders watched({ path });
+    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+    watched.poll();
+    const auto after = bytesInUse();
+    const auto subscriptions = ZEFFileManager::defaultFileManager()->subscriptions();
+    if (subscriptions.size() != 1 || subscriptions[0]->files()->count() != count)
+        return 0;
+    return static_cast<double>(after - before);
+}
+
+void memory(benchmark::State& state, const char* circumstance)
+{
+    const auto count = static_cast<std::size_t>(state.range(0));
+    const auto& path = BenchmarkFolders::shared().withFiles(count);
+    std::string output;
+    for (auto _ : state)
+        output = outputOfThisProgram({ memoryOption, circumstance, std::to_string(count), path });
+    const double bytes = std::atof(output.c_str()) / static_cast<double>(count);
+    if (bytes <= 0)
+        state.SkipWithError("the memory could not be measured");
+    state.counters["bytes"] = bytes;
+}
+
+// Nothing varies from one run to the next, so one is enough.
+BENCHMARK_CAPTURE(memory, alone, alone)->Arg(10000)->Arg(100000)->Iterations(1)->Repetitions(1);
+BENCHMARK_CAPTURE(memory, observed, observed)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Iterations(1)
+    ->Repetitions(1);
+
+} // namespace
+
+std::optional<int> measureMemoryIfAsked(int argumentCount, char** arguments)
+{
+    if (argumentCount != 5 || std::strcmp(arguments[1], memoryOption) != 0)
+        return std::nullopt;
+    const auto count = static_cast<std::size_t>(std::strtoull(arguments[3], nullptr, 10));
+    const bool isAlone = std::strcmp(arguments[2], alone) == 0;
+    std::printf("%.0f\n",
+        isAlone ? bytesForItems(arguments[4], count) : bytesForObservedItems(arguments[4], count));
+    return EXIT_SUCCESS;
+}
