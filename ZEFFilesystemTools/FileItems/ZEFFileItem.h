@@ -83,8 +83,7 @@ public:
     bool removeFileObserver(const ZEFObject* observer);
     /// What happened since `observer` last asked; its first question registers it.
     ZEFFileChanges changesForObserver(const ZEFObject* observer);
-    /// Asks for a registered observer and, if something happened, sends `updateForEvent`; YES then.
-    /// NO also for one that is not registered.
+    /// Asks for a registered observer; YES, and `updateForEvent` is sent, if something happened.
     bool updateForObserver(const ZEFObject* observer);
     void eventOccurred(const ZEFChangeRecord*);
     /// For subclasses: something happened to the file.

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/CatalogEntry.h"
+#include "ZEFFilesystemTools/Platform/KnownEntries.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <string_view>
 
 namespace zef {
 
@@ -22,15 +22,6 @@ inline constexpr std::int16_t notAFolder = -1407;
 inline constexpr std::int16_t noMoreItems = -1417;
 inline constexpr std::int16_t accessDenied = -5000;
 } // namespace CatalogResult
-
-/// Says which entries of a folder its reader knows already.
-class KnownEntries {
-public:
-    virtual ~KnownEntries() = default;
-
-    /// Whether the entry needs no look at the disk, and none of its reader's attention.
-    virtual bool isKnown(std::string_view name, std::uint64_t inode) = 0;
-};
 
 /// Reads the entries of one folder, in the file system's order, without "." and "..".
 ///

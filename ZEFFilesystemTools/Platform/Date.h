@@ -24,8 +24,7 @@ public:
 
     static Date fromTimePoint(std::chrono::system_clock::time_point time)
     {
-        return withSecondsSince1970(
-            std::chrono::duration<double>(time.time_since_epoch()).count());
+        return withSecondsSince1970(std::chrono::duration<double>(time.time_since_epoch()).count());
     }
 
     constexpr double secondsSinceReferenceDate() const { return _seconds; }

@@ -31,11 +31,20 @@ FSRef::FSRef(const Stat& stat, std::uint64_t parentInode)
     _birthTime = stat.birthTime;
 }
 
-bool FSRef::isFolder() const { return _flags & folder; }
+bool FSRef::isFolder() const
+{
+    return _flags & folder;
+}
 
-bool FSRef::hasBirthTime() const { return _flags & birthTimeKnown; }
+bool FSRef::hasBirthTime() const
+{
+    return _flags & birthTimeKnown;
+}
 
-void FSRef::setParentInode(std::uint64_t inode) { _parentInode = inode; }
+void FSRef::setParentInode(std::uint64_t inode)
+{
+    _parentInode = inode;
+}
 
 FileHandle FSRef::handle() const
 {

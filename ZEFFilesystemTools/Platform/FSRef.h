@@ -53,7 +53,7 @@ private:
     std::uint64_t _inode = 0;
     std::int64_t _birthTime = 0;
     std::uint64_t _parentInode = 0;
-    std::array<std::byte, 40> _handle {};
+    std::array<std::byte, 40> _handle{};
 };
 
 static_assert(sizeof(FSRef) == 80 && std::is_trivially_copyable_v<FSRef>);

@@ -16,7 +16,7 @@ struct FileHandle {
     bool isDigest = false;
     /// Whether the file system can open the object by this handle.
     bool isDecodable = false;
-    std::array<std::byte, 40> bytes {};
+    std::array<std::byte, 40> bytes{};
 
     /// Whether there is a handle at all.
     bool isKnown() const { return length != 0; }

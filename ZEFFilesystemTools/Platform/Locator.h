@@ -33,9 +33,9 @@ public:
     /// when there can be none. Keeps nothing.
     virtual bool makeRef(const FileURL& url, const Stat& stat, FSRef& ref) = 0;
 
-    /// Takes what will find the object again after it was moved: completes `ref` with its handle and
-    /// its folder's number, and holds a descriptor while the budget lasts. `url` is where it was
-    /// last seen. Each call wants one `release`.
+    /// Takes what will find the object again after it was moved: completes `ref` with its handle
+    /// and its folder's number, and holds a descriptor while the budget lasts. `url` is where it
+    /// was last seen. Each call wants one `release`.
     virtual void retain(FSRef& ref, const FileURL& url) = 0;
 
     /// Gives up what one `retain` of this object took.

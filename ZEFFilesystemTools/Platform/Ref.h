@@ -34,13 +34,15 @@ public:
     }
 
     template <typename U>
-    requires std::is_convertible_v<U*, T*> Ref(const Ref<U>& other) noexcept
+    requires std::is_convertible_v<U*, T*> Ref(const Ref<U>& other)
+    noexcept
         : Ref(static_cast<T*>(other.get()))
     {
     }
 
     template <typename U>
-    requires std::is_convertible_v<U*, T*> Ref(Ref<U>&& other) noexcept
+    requires std::is_convertible_v<U*, T*> Ref(Ref<U>&& other)
+    noexcept
         : _object(other.leak())
     {
     }

@@ -30,7 +30,7 @@ protected:
     ~SharedService() = default;
 
 private:
-    inline static std::atomic<Service*> _replacement { nullptr };
+    inline static std::atomic<Service*> _replacement{ nullptr };
 };
 
 } // namespace zef

@@ -13,8 +13,8 @@ struct Stat {
     std::uint64_t inode = 0;
     std::uint64_t size = 0;
     std::uint64_t linkCount = 0;
-    std::timespec modificationTime {};
-    std::timespec statusChangeTime {};
+    std::timespec modificationTime{};
+    std::timespec statusChangeTime{};
 
     /// Nanoseconds since 1 January 1970; meaningful only with `hasBirthTime`.
     std::int64_t birthTime = 0;

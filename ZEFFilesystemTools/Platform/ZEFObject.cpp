@@ -11,7 +11,7 @@ constexpr auto immortalCount = std::numeric_limits<std::uint32_t>::max();
 
 } // namespace
 
-const zef::Class ZEFObject::classObject { "ZEFObject", nullptr };
+const zef::Class ZEFObject::classObject{ "ZEFObject", nullptr };
 
 ZEFObject::~ZEFObject() = default;
 
@@ -44,16 +44,25 @@ std::uint32_t ZEFObject::retainCount() const noexcept
     return _retainCount.load(std::memory_order_relaxed);
 }
 
-const zef::Class& ZEFObject::objectClass() const { return classObject; }
+const zef::Class& ZEFObject::objectClass() const
+{
+    return classObject;
+}
 
 bool ZEFObject::isKindOfClass(const zef::Class& other) const
 {
     return objectClass().isSubclassOf(other);
 }
 
-bool ZEFObject::isEqual(const ZEFObject* other) const { return this == other; }
+bool ZEFObject::isEqual(const ZEFObject* other) const
+{
+    return this == other;
+}
 
-std::size_t ZEFObject::hash() const { return std::hash<const void*> {}(this); }
+std::size_t ZEFObject::hash() const
+{
+    return std::hash<const void*>{}(this);
+}
 
 std::string ZEFObject::description() const
 {
@@ -62,9 +71,15 @@ std::string ZEFObject::description() const
     return std::string("<") + objectClass().name + ": " + address + ">";
 }
 
-zef::Ref<ZEFObject> ZEFObject::copy() { return nullptr; }
+zef::Ref<ZEFObject> ZEFObject::copy()
+{
+    return nullptr;
+}
 
-void ZEFObject::dealloc() noexcept { delete this; }
+void ZEFObject::dealloc() noexcept
+{
+    delete this;
+}
 
 void ZEFObject::makeImmortal() noexcept
 {

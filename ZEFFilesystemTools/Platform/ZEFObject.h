@@ -59,7 +59,7 @@ protected:
     void makeImmortal() noexcept;
 
 private:
-    mutable std::atomic<std::uint32_t> _retainCount { 1 };
+    mutable std::atomic<std::uint32_t> _retainCount{ 1 };
 };
 
 namespace zef {

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace zef {
+
+/// Says which entries of a folder its reader knows already.
+class KnownEntries {
+public:
+    virtual ~KnownEntries() = default;
+
+    /// Whether the entry needs no look at the disk, and none of its reader's attention.
+    virtual bool isKnown(std::string_view name, std::uint64_t inode) = 0;
+};
+
+} // namespace zef
