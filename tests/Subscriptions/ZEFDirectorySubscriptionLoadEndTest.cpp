@@ -134,9 +134,11 @@ TEST_F(ZEFDirectorySubscriptionLoadEndTest, ASubscriberMayEndTheLoad)
     writeFiles(100);
     begin();
     loadBatch();
-    subscriber.action = [&] { subscription->loadImmediately(); };
+    subscriber.action = [&] {
+        gate.open();
+        subscription->loadImmediately();
+    };
 
-    gate.open();
     step(0.1);
 
     EXPECT_THAT(sizes(), ElementsAre(40u, 60u));
