@@ -14,6 +14,7 @@ namespace zef {
 namespace {
 
 constexpr unsigned deepestSearch = 64;
+constexpr unsigned mostQuestions = 16;
 constexpr std::size_t mostOtherFolders = 32;
 constexpr std::size_t mostOtherEntries = 200000;
 constexpr auto allEntries = std::numeric_limits<std::size_t>::max();
@@ -141,23 +142,25 @@ void ObjectSearch::holdAgain(const FSRef& ref, Ref<ObjectDescriptor> object)
         _means.tables.hold({ ref, std::move(object), mountID });
 }
 
+// Asks again while the object is on the move: whoever looks for it must not lose it to that.
 FileURL ObjectSearch::verifiedPlace(
     const FSRef& ref, const ObjectDescriptor& object, const FileURL& lastKnown) const
 {
-    PathBytes path;
-    if (!object.currentPath(path))
-        return nullptr;
-    const auto place = FileURL::fromPath(path.view(), kindOf(ref));
-    switch (lookAt(place, ref)) {
-    case Sight::sameObject:
-        break;
-    case Sight::otherObject:
-        return nullptr;
-    case Sight::notAllowed:
-        if (path.view().ends_with(lostNameMark))
+    FileURL before;
+    for (unsigned question = 0; question < mostQuestions; ++question) {
+        PathBytes path;
+        if (!object.currentPath(path))
             return nullptr;
+        const auto place = FileURL::fromPath(path.view(), kindOf(ref));
+        if (place == before)
+            return nullptr;
+        const auto sight = lookAt(place, ref);
+        const bool hasLostName = path.view().ends_with(lostNameMark);
+        if (sight == Sight::sameObject || (sight == Sight::notAllowed && !hasLostName))
+            return spell(ref, place, lastKnown);
+        before = place;
     }
-    return spell(ref, place, lastKnown);
+    return nullptr;
 }
 
 FileURL ObjectSearch::lookInOwnFolder(const FSRef& ref, const FileURL& lastKnown)
