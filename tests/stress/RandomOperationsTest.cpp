@@ -65,9 +65,12 @@ TEST_P(RandomOperationsTest, PollsDuringChangesComeTogetherWithTheDiskAfterwards
     forEachSeed([this](std::uint64_t seed) {
         for (std::uint64_t round = 0; round < 6 && !HasFailure(); ++round) {
             _meddler->begin(seed * 1000 + round, 60);
-            for (int count = 0; count < 20; ++count)
+            for (int count = 0; count < 20; ++count) {
+                loadInBackground();
                 poll();
+            }
             _meddler->finish();
+            _queue->waitUntilAllOperationsAreFinished();
             pollAndCompare();
             watchSomeFolders();
             pollAndCompare();

@@ -23,7 +23,10 @@ StressFixture::StressFixture()
     _meddler = std::make_unique<Meddler>(_root);
 }
 
-StressFixture::~StressFixture() = default;
+StressFixture::~StressFixture()
+{
+    _queue->waitUntilAllOperationsAreFinished();
+}
 
 double StressFixture::secondsToRun()
 {
@@ -59,6 +62,15 @@ void StressFixture::watchSomeFolders()
             [&](auto& folder) { return folder->subscription().directoryFile() == item.get(); });
         if (item && item->isBasicDirectory() && !isWatched)
             _watched.push_back(zef::makeRef<WatchedFolder>(item));
+    }
+}
+
+void StressFixture::loadInBackground()
+{
+    for (const auto& folder : _watched) {
+        auto operation = zef::makeRef<ZEFFileLoadOperation>();
+        operation->setLoadingDirectory(folder->subscription().directoryFile());
+        _queue->addOperation(std::move(operation));
     }
 }
 

@@ -27,6 +27,9 @@ protected:
     /// Subscribes to a top folder that is not watched yet, as long as fewer than three are.
     void watchSomeFolders();
 
+    /// Lists every watched folder on other threads, at the same time as whatever the test does.
+    void loadInBackground();
+
     /// One poll as the file manager does it.
     void poll();
 
@@ -37,4 +40,5 @@ protected:
     std::string _root = _folder.path("root");
     std::unique_ptr<Meddler> _meddler;
     std::vector<zef::Ref<WatchedFolder>> _watched;
+    zef::Ref<zef::OperationQueue> _queue = zef::makeRef<zef::OperationQueue>();
 };
