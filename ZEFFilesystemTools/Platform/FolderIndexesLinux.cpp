@@ -61,9 +61,9 @@ Ref<const FolderIndex> FolderIndexes::find(const Stat& folder, std::size_t limit
 {
     std::lock_guard lock(_mutex);
     forgetOldLocked();
-    for (auto index = _indexes.rbegin(); index != _indexes.rend(); ++index) {
-        if ((*index)->isOf(folder) && (*index)->covers(limit))
-            return *index;
+    for (const auto& index : _indexes) {
+        if (index->isOf(folder) && index->covers(limit))
+            return index;
     }
     return nullptr;
 }

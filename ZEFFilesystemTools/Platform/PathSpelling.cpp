@@ -32,9 +32,10 @@ bool statFolder(const FileURL& folder, Stat& stat)
 // `folder` with the names of `below` appended, of which the first is the deepest.
 FileURL joined(FileURL folder, const std::vector<FileURL>& below)
 {
-    for (auto url = below.rbegin(); url != below.rend(); ++url)
+    std::for_each(below.rbegin(), below.rend(), [&](const FileURL& url) {
         folder = folder.appendingPathComponent(
-            url->name(), url->hasDirectoryPath() ? URLKind::folder : URLKind::file);
+            url.name(), url.hasDirectoryPath() ? URLKind::folder : URLKind::file);
+    });
     return folder;
 }
 

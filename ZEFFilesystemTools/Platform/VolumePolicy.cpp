@@ -20,14 +20,15 @@ bool isRemovable(const Mount& mount)
         || mount.isBelow("/mnt");
 }
 
-bool isOnRemovableVolume(const ObjectDescriptor& object, std::uint64_t mountID)
+bool isOnRemovableVolume(
+    const ObjectDescriptor& object, std::uint32_t device, std::uint64_t mountID)
 {
     if (isTypeOfRemovableMedia(fileSystemType(object.descriptor())))
         return true;
     const auto mounts = readMounts();
-    const auto mount = std::find_if(
-        mounts.begin(), mounts.end(), [&](const auto& each) { return each.id == mountID; });
-    return mount != mounts.end() && isRemovable(*mount);
+    return std::any_of(mounts.begin(), mounts.end(), [&](const auto& mount) {
+        return (mountID ? mount.id == mountID : mount.device == device) && isRemovable(mount);
+    });
 }
 
 } // namespace
@@ -57,7 +58,7 @@ bool VolumePolicy::mayHold(
         if (_policy == DescriptorPolicy::always)
             return true;
     }
-    const bool mayHold = !isOnRemovableVolume(object, mountID);
+    const bool mayHold = !isOnRemovableVolume(object, device, mountID);
     std::lock_guard lock(_mutex);
     // A bar that was set meanwhile comes first.
     if (const auto* verdict = find(device, mountID))
@@ -80,10 +81,11 @@ const VolumePolicy::Verdict* VolumePolicy::find(std::uint32_t device, std::uint6
     for (const auto& verdict : _verdicts) {
         if (now >= verdict.validUntil)
             continue;
-        const bool isOfMount = mountID && verdict.mountID == mountID;
-        if (verdict.isBar && (isOfMount || verdict.device == device))
+        const bool isOfDevice = verdict.device == device;
+        const bool isOfMount = verdict.mountID == mountID;
+        if (verdict.isBar && (isOfDevice || (isOfMount && mountID)))
             return &verdict;
-        if (isOfMount && verdict.device == device)
+        if (isOfDevice && isOfMount)
             found = &verdict;
     }
     return found;

@@ -212,6 +212,20 @@ TEST_F(HeldDescriptorsTest, GivesEveryObjectItsTurn)
     EXPECT_EQ(seen.size(), 40u);
 }
 
+TEST_F(HeldDescriptorsTest, GoesOnWithTheTurnsWhenTheNextObjectIsUsed)
+{
+    table.setBudget(8);
+    for (std::uint64_t inode = 1; inode <= 3; ++inode)
+        insert(folder(inode));
+    std::array<zef::HeldObject, 1> copies;
+    table.copyInTurn(copies);
+    ASSERT_EQ(copies[0].ref.inode(), 3u);
+    table.find(folder(2));
+    table.copyInTurn(copies);
+
+    EXPECT_EQ(copies[0].ref.inode(), 1u);
+}
+
 TEST_F(HeldDescriptorsTest, GivesTheFewObjectsThatThereAreOnceEach)
 {
     table.setBudget(8);

@@ -80,6 +80,7 @@ TEST_F(LocatorConcurrencyTest, FindsEachFileWhileOthersAreLookedForAndDescriptor
 {
     int failures[3] = {};
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int index = 0; index < 3; ++index)
         threads.emplace_back(
             [&, index] { failures[index] = followOneFile(std::to_string(index)); });
@@ -95,6 +96,7 @@ TEST_F(LocatorConcurrencyTest, FindsAFolderThatSeveralThreadsRetainAndRelease)
 {
     int failures[3] = {};
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int index = 0; index < 3; ++index)
         threads.emplace_back([&, index] { failures[index] = shareOneFolder(); });
     for (auto& thread : threads)

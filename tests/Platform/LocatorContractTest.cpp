@@ -49,7 +49,7 @@ public:
     zef::FileURL rename(const zef::FSRef& ref, const std::string&, const std::string& to)
     {
         const auto kind = ref.isFolder() ? zef::URLKind::folder : zef::URLKind::file;
-        const auto url = zef::FileURL::fromPath("/" + to, kind);
+        auto url = zef::FileURL::fromPath("/" + to, kind);
         _locator.setPlace(ref, url);
         return url;
     }
@@ -66,7 +66,7 @@ public:
 private:
     zef::FileURL add(const std::string& name, zef::URLKind kind)
     {
-        const auto url = zef::FileURL::fromPath("/" + name, kind);
+        auto url = zef::FileURL::fromPath("/" + name, kind);
         _locator.setPlace(zef::FSRef(stat(url)), url);
         return url;
     }

@@ -106,6 +106,33 @@ TEST_P(LocatorFolderTest, FindsAFileRenamedWhereAnotherFolderTookThePlaceOfItsOw
     EXPECT_EQ(locate(file), renamed);
 }
 
+TEST_P(LocatorFolderTest, FindsAFileInItsMovedFolderAmongVeryManyKnownOnes)
+{
+    track(folder.makeFolder("place"));
+    const auto file = track(folder.write("place/file"));
+    folder.rename("place", "moved");
+    folder.makeFolder("place");
+    const auto renamed = folder.rename("moved/file", "moved/other");
+    // More than the locator looks into.
+    for (int number = 0; number < 50; ++number)
+        track(folder.makeFolder(std::to_string(number)));
+
+    EXPECT_EQ(locate(file), renamed);
+}
+
+TEST_P(LocatorFolderTest, SearchesKnownFoldersThatAreGoneOnlyOnce)
+{
+    // Searched again for each other they would take longer than anybody waits.
+    for (int number = 0; number < 20; ++number)
+        track(folder.makeFolder(std::to_string(number)));
+    const auto file = track(folder.write("file"));
+    for (int number = 0; number < 20; ++number)
+        folder.remove(std::to_string(number));
+    folder.remove("file");
+
+    EXPECT_FALSE(locate(file));
+}
+
 TEST_P(LocatorFolderTest, FindsAFileInAFolderMovedToAKnownFolder)
 {
     track(folder.makeFolder("to"));

@@ -44,6 +44,13 @@ protected:
         return ref;
     }
 
+    static std::int64_t birthTime(const zef::FileURL& url)
+    {
+        zef::Stat stat;
+        zef::FileSystem::system().statLink(url.path().c_str(), stat);
+        return stat.birthTime;
+    }
+
     TemporaryFolder folder;
 };
 
@@ -90,6 +97,29 @@ TEST_F(LocatorMountsTest, DoesNotFindWhatIsCoveredByAMount)
         if (locator.locate(inner, url))
             return 1;
         return locator.locate(file, folder.url("inner/file")) ? 2 : 0;
+    });
+}
+
+TEST_F(LocatorMountsTest, FindsAFileWhoseBirthTimeChangedWhenOverlayfsCopiedIt)
+{
+    expectSuccess([this](PrivateMounts& mounts, zef::Locator& locator) {
+        for (const auto* name : { "volume/lower", "volume/upper", "volume/work", "volume/merged" })
+            folder.makeFolder(name);
+        folder.write("volume/lower/before");
+        if (!mounts.mountOverlay(folder.path("volume/lower"), folder.path("volume/upper"),
+                folder.path("volume/work"), folder.path("volume/merged")))
+            return noMounts;
+        const auto url = folder.url("volume/merged/before");
+        const auto file = retain(locator, url);
+        // Until the kernel's tick has gone by.
+        while (birthTime(folder.write("volume/clock")) == file.birthTime())
+            folder.remove("volume/clock");
+        folder.append("volume/merged/before", "more");
+        const auto renamed = folder.rename("volume/merged/before", "volume/merged/after");
+        if (locator.locate(file, url) != renamed)
+            return 1;
+        locator.setDescriptorBudget(0);
+        return locator.locate(file, url) == renamed ? 0 : 2;
     });
 }
 

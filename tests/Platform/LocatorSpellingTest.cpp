@@ -90,6 +90,29 @@ TEST_P(LocatorSpellingTest, SpellsAFileWithoutAnyLastPlaceAsItsKnownFolder)
     EXPECT_EQ(locate(file.ref, nullptr), folder.url("link/inner/file"));
 }
 
+TEST_P(LocatorSpellingTest, SpellsAFileWithoutAnyLastPlaceAsAFolderThatWasFoundFirst)
+{
+    const auto inner = track(folder.folderUrl("link/inner"));
+    folder.write("real/inner/file");
+    const auto file = track(folder.url("real/inner/file"));
+    folder.rename("real/inner", "real/other");
+    ASSERT_EQ(locate(inner), folder.folderUrl("link/other"));
+
+    EXPECT_EQ(locate(file.ref, nullptr), folder.url("link/other/file"));
+}
+
+TEST_P(LocatorSpellingTest, KeepsTheSpellingOfAFolderThatMovedBeforeItWasRetained)
+{
+    auto inner = ref(folder.folderUrl("link/inner"));
+    folder.rename("real/inner", "real/other");
+    locator.retain(inner, folder.folderUrl("link/inner"));
+    const auto file = track(folder.write("real/other/file"));
+
+    // The locator had to look for the folder, and knows it by the link.
+    EXPECT_EQ(locate(file.ref, nullptr), folder.url("link/other/file"));
+    locator.release(inner);
+}
+
 TEST_P(LocatorSpellingTest, IgnoresTheSpellingOfAFolderThatIsElsewhereNow)
 {
     track(folder.folderUrl("link/inner"));

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Locator.h"
 
+#include "ZEFFilesystemTools/Platform/FileSystem.h"
+
 #include "tests/support/LocatorFixture.h"
 
 #include <gtest/gtest.h>
@@ -80,6 +82,19 @@ TEST_P(LocatorTest, CompletesAReferenceToAnObjectThatWasRenamedBefore)
     // Without handle and folder it is looked for in the folder of its last URL.
     EXPECT_TRUE(late.hasHandle());
     EXPECT_EQ(late.parentInode(), stat(folder.folderUrl()).inode);
+    EXPECT_EQ(locate(late, url), renamed);
+    locator.release(late);
+}
+
+TEST_P(LocatorTest, CompletesAReferenceWhoseObjectGaveItsPlaceToAnother)
+{
+    const auto url = folder.write("before");
+    auto late = ref(url);
+    const auto renamed = folder.rename("before", "after");
+    folder.write("before");
+    locator.retain(late, url);
+
+    EXPECT_EQ(late.handle(), zef::FileSystem::system().handle(renamed.path().c_str()));
     EXPECT_EQ(locate(late, url), renamed);
     locator.release(late);
 }

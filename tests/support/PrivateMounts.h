@@ -35,6 +35,14 @@ public:
         return ::mount("memory", folder.c_str(), "tmpfs", 0, nullptr) == 0;
     }
 
+    /// Mounts `lower` seen through `upper` at `folder` (overlayfs); NO on failure.
+    bool mountOverlay(const std::string& lower, const std::string& upper, const std::string& work,
+        const std::string& folder)
+    {
+        const auto options = "lowerdir=" + lower + ",upperdir=" + upper + ",workdir=" + work;
+        return ::mount("overlay", folder.c_str(), "overlay", 0, options.c_str()) == 0;
+    }
+
     /// NO while anything on it is in use.
     bool unmount(const std::string& folder) { return ::umount(folder.c_str()) == 0; }
 
