@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/ZefProcess.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class CommandLineTest : public testing::Test {
+protected:
+    static bool contains(const std::string& text, const std::string& part)
+    {
+        return text.find(part) != std::string::npos;
+    }
+
+    /// Wrong usage says why on standard error and nothing else.
+    static void expectWrongUsage(
+        const std::vector<std::string>& arguments, const std::string& reason)
+    {
+        ZefProcess process(arguments);
+        EXPECT_EQ(process.rest(), "");
+        EXPECT_EQ(process.status(), 2);
+        EXPECT_EQ(process.errorText().rfind("zef: ", 0), 0u);
+        EXPECT_TRUE(contains(process.errorText(), reason)) << process.errorText();
+    }
+};
+
+TEST_F(CommandLineTest, TellsItsVersion)
+{
+    ZefProcess process({ "--version" });
+
+    EXPECT_EQ(process.rest(), "zef 2.0.0\n");
+    EXPECT_EQ(process.status(), 0);
+    EXPECT_EQ(process.errorText(), "");
+}
+
+TEST_F(CommandLineTest, HelpsWithTheProgramAndWithEachCommand)
+{
+    ZefProcess program({ "--help" });
+    const auto text = program.rest();
+    EXPECT_TRUE(contains(text, "watch") && contains(text, "serve") && contains(text, "--version"));
+    EXPECT_EQ(program.status(), 0);
+
+    ZefProcess watch({ "watch", "--help" });
+    const auto watchText = watch.rest();
+    for (const auto* option : { "--interval", "--async", "--plain", "--json", "FOLDER" })
+        EXPECT_TRUE(contains(watchText, option)) << option;
+    EXPECT_EQ(watch.status(), 0);
+
+    ZefProcess serve({ "serve", "--help" });
+    EXPECT_TRUE(contains(serve.rest(), "JSON-RPC"));
+    EXPECT_EQ(serve.status(), 0);
+}
+
+TEST_F(CommandLineTest, RefusesWrongUsage)
+{
+    expectWrongUsage({}, "subcommand");
+    expectWrongUsage({ "nonsense" }, "nonsense");
+    expectWrongUsage({ "" }, "command");
+    expectWrongUsage({ "--nonsense" }, "");
+    expectWrongUsage({ "watch" }, "FOLDER");
+    expectWrongUsage({ "watch", "--nonsense", "/tmp" }, "--nonsense");
+    expectWrongUsage({ "serve", "extra" }, "extra");
+}
+
+TEST_F(CommandLineTest, RefusesAnIntervalThatIsNoPositiveNumberOfSeconds)
+{
+    for (const auto* interval : { "0", "-1", "nan", "inf", "1e300", "1e-60", "", "x", "1x" })
+        expectWrongUsage({ "watch", "--interval", interval, "/tmp" }, "--interval");
+    expectWrongUsage({ "watch", "/tmp", "--interval" }, "--interval");
+}
+
+TEST_F(CommandLineTest, SaysWhenItsOutputCannotBeWritten)
+{
+    ZefProcess process({ "--version" }, { .closed = { 1 } });
+
+    EXPECT_EQ(process.status(), 1);
+    EXPECT_EQ(process.errorText(), "zef: standard output: Bad file descriptor\n");
+}
+
+} // namespace
