@@ -261,6 +261,22 @@ TEST_F(ZEFFileManagerSettingsTest, KeepsItsTimerForASecondSubscription)
     EXPECT_DOUBLE_EQ(untilNextPoll(), 2.0);
 }
 
+TEST_F(ZEFFileManagerSettingsTest, PollsOnTheLoopOfTheThreadThatSubscribesFirst)
+{
+    zef::RunLoop first(clock);
+    zef::RunLoop::replaceCurrent(&first);
+    subscribe(newSubscriber());
+    zef::RunLoop::replaceCurrent(&loop);
+    subscribe(newSubscriber(), "elsewhere");
+
+    EXPECT_DOUBLE_EQ(first.secondsUntilNextTimer(), 3.0);
+    EXPECT_EQ(untilNextPoll(), never);
+
+    manager.setPollingInterval(5);
+    EXPECT_EQ(first.secondsUntilNextTimer(), never);
+    EXPECT_DOUBLE_EQ(untilNextPoll(), 5.0);
+}
+
 TEST_F(ZEFFileManagerSettingsTest, PollsInTheDefaultModeOfTheRunLoopOnly)
 {
     auto& subscriber = newSubscriber();

@@ -150,6 +150,22 @@ TEST_F(ZEFFileLoadOperationTest, GivesEachItemWhatFindsItAgain)
     EXPECT_EQ(found->currentURL(), folder.url("loaded/b"));
 }
 
+TEST_F(ZEFFileLoadOperationTest, TellsWhereItSawAnItemThatWasMadeElsewhere)
+{
+    folder.write("a");
+    auto known = item("a");
+    folder.rename("a", "loaded/b");
+    folder.write("loaded/c");
+    auto unmoved = item("loaded/c");
+    run();
+
+    const auto sightings = load->takeSightings();
+    ASSERT_THAT(sightings, SizeIs(1));
+    EXPECT_EQ(sightings[0].item, known);
+    EXPECT_EQ(sightings[0].url, folder.url("loaded/b"));
+    EXPECT_THAT(load->takeSightings(), IsEmpty());
+}
+
 TEST_F(ZEFFileLoadOperationTest, DeliversWhatItsFilterTakes)
 {
     folder.write("loaded/_a");

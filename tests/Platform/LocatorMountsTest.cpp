@@ -111,6 +111,8 @@ TEST_F(LocatorMountsTest, FindsAFileWhoseBirthTimeChangedWhenOverlayfsCopiedIt)
             return noMounts;
         const auto url = folder.url("volume/merged/before");
         const auto file = retain(locator, url);
+        auto withoutHandle = file;
+        withoutHandle.setHandle({});
         // Until the kernel's tick has gone by.
         while (birthTime(folder.write("volume/clock")) == file.birthTime())
             folder.remove("volume/clock");
@@ -118,8 +120,11 @@ TEST_F(LocatorMountsTest, FindsAFileWhoseBirthTimeChangedWhenOverlayfsCopiedIt)
         const auto renamed = folder.rename("volume/merged/before", "volume/merged/after");
         if (locator.locate(file, url) != renamed)
             return 1;
+        // What is held knows the handle.
+        if (locator.locate(withoutHandle, url) != renamed)
+            return 2;
         locator.setDescriptorBudget(0);
-        return locator.locate(file, url) == renamed ? 0 : 2;
+        return locator.locate(file, url) == renamed ? 0 : 3;
     });
 }
 

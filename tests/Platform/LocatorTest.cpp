@@ -150,6 +150,19 @@ TEST_P(LocatorTest, FindsAFileRenamedTwiceInARow)
     EXPECT_EQ(locate(other), renamed);
 }
 
+TEST_P(LocatorTest, FindsANameThatIsNewerThanTheLastReadingOfItsFolder)
+{
+    const auto tracked = track(folder.write("one"));
+    const auto other = track(folder.write("other"));
+    folder.rename("other", "another");
+    ASSERT_EQ(locate(other), folder.url("another"));
+    // In the same tick this leaves a folder in memory with the same time stamps and size.
+    const auto linked = folder.link("one", "two");
+    folder.remove("one");
+
+    EXPECT_EQ(locate(tracked), linked);
+}
+
 TEST_P(LocatorTest, FindsAnObjectWhoseLastURLIsUnknownIfItMay)
 {
     const auto tracked = track(folder.write("file"));

@@ -3,6 +3,7 @@
 
 #include "tests/support/FewDescriptors.h"
 #include "tests/support/SubscriptionFixture.h"
+#include "tests/support/WithoutPrivileges.h"
 
 #include <algorithm>
 
@@ -159,6 +160,20 @@ TEST_F(ZEFDirectorySubscriptionListingTest, ListsWhileTheProcessHasNoDescriptorL
 
     log.clear();
     EXPECT_THAT(words, ElementsAre("updated watched", "appeared a"));
+}
+
+TEST_F(ZEFDirectorySubscriptionListingTest, FindsTheFilesOfAFolderThatBecomesReadable)
+{
+    folder.write("watched/a");
+    folder.chmod("watched", 0300);
+    const WithoutPrivileges user;
+    begin();
+    EXPECT_TRUE(subscription->files()->isEmpty());
+    ASSERT_THAT(check(*subscription), IsEmpty());
+
+    folder.chmod("watched", 0700);
+
+    EXPECT_THAT(check(*subscription), ElementsAre("updated watched", "appeared a"));
 }
 
 TEST_F(ZEFDirectorySubscriptionListingTest, TellsANewItemThatItAppeared)

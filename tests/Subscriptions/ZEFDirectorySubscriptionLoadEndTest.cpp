@@ -145,6 +145,37 @@ TEST_F(ZEFDirectorySubscriptionLoadEndTest, ASubscriberMayEndTheLoad)
     EXPECT_FALSE(subscription->isLoading());
 }
 
+TEST_F(ZEFDirectorySubscriptionLoadEndTest, ASubscriberMayEndALoadThatHasFinished)
+{
+    writeFiles(100);
+    begin();
+    finishLoad();
+    subscriber.action = [&] { subscription->loadImmediately(); };
+
+    step(0.1);
+
+    EXPECT_THAT(sizes(), ElementsAre(100u, 0u));
+    EXPECT_FALSE(subscription->isLoading());
+}
+
+TEST_F(ZEFDirectorySubscriptionLoadEndTest, ASubscriberMayEndALoadThatHasFinishedMeanwhile)
+{
+    writeFiles(60);
+    begin();
+    loadBatch();
+    int calls = 0;
+    subscriber.action = [&] {
+        if (++calls == 1)
+            finishLoad();
+        else
+            subscription->loadImmediately();
+    };
+
+    step(0.1);
+
+    EXPECT_THAT(sizes(), ElementsAre(40u, 20u, 0u));
+}
+
 TEST_F(ZEFDirectorySubscriptionLoadEndTest, AnItemsHookMayEndTheLoad)
 {
     writeFiles(100);

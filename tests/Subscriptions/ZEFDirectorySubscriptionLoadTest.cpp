@@ -6,9 +6,11 @@
 
 namespace {
 
+using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 using testing::SizeIs;
 using testing::StartsWith;
 using Access = ZEFDirectorySubscriptionTestAccess;
@@ -179,6 +181,32 @@ TEST_F(ZEFDirectorySubscriptionLoadTest, ReportsAnItemAsOftenAsItWasFound)
 
     EXPECT_THAT(sizes(), ElementsAre(2u, 0u));
     EXPECT_EQ(subscription->files()->count(), 1u);
+}
+
+TEST_F(ZEFDirectorySubscriptionLoadTest, TellsItemsThatWereMadeElsewhereWhereTheyAreNow)
+{
+    writeFiles(40);
+    for (const auto* name : { "a", "b" })
+        folder.write(std::string("elsewhere/") + name);
+    auto early = item("elsewhere/a");
+    auto late = item("elsewhere/b");
+    folder.rename("elsewhere/a", "watched/first");
+    folder.rename("elsewhere/b", "watched/second");
+    begin();
+    loadBatch();
+    subscriber.action = [&] {
+        subscriber.action = nullptr;
+        finishLoad();
+    };
+
+    step(0.1);
+
+    EXPECT_EQ(early->url(), folder.url("watched/first"));
+    EXPECT_EQ(late->url(), folder.url("watched/second"));
+    for (const auto& call : subscriber.calls) {
+        EXPECT_THAT(call.words, Not(Contains("appeared a")));
+        EXPECT_THAT(call.words, Not(Contains("appeared b")));
+    }
 }
 
 TEST_F(ZEFDirectorySubscriptionLoadTest, TakesInWhatCameAfterTheLockWasGivenBack)

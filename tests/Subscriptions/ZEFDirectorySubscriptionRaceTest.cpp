@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
+#include "tests/support/FakeVnodeNotifier.h"
 #include "tests/support/SubscriptionFixture.h"
 
 #include <stdexcept>
@@ -90,6 +91,20 @@ TEST_F(ZEFDirectorySubscriptionRaceTest, LosesNoSubfolderThatIsDeletedAfterTheFo
 
     EXPECT_THAT(check(*subscription), ElementsAre("updated " + first));
     EXPECT_THAT(check(*subscription), ElementsAre("updated watched", "removed " + second));
+}
+
+TEST_F(ZEFDirectorySubscriptionRaceTest, LosesNoSubfolderOfWhoseMoveTheFolderDoesNotKnow)
+{
+    FakeVnodeNotifier notifier;
+    zef::VnodeNotifier::replaceShared(&notifier);
+    beginWithSubfolders();
+    folder.rename("watched/" + second, "watched/new");
+
+    EXPECT_THAT(check(*subscription), IsEmpty());
+    EXPECT_THAT(check(*subscription), ElementsAre("renamed new"));
+    EXPECT_THAT(check(*subscription), IsEmpty());
+    subscription = nullptr;
+    zef::VnodeNotifier::replaceShared(nullptr);
 }
 
 TEST_F(ZEFDirectorySubscriptionRaceTest, LosesNoFileThatIsMadeAfterTheFolderWasAsked)

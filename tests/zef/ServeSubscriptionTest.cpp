@@ -1,49 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/ServeClient.h"
-#include "tests/support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/ServeSubscriptionFixture.h"
 
 namespace {
 
-using JSON = ServeClient::JSON;
-
-constexpr auto foundChanges = "directorySubscription.foundChanges";
-
-class ServeSubscriptionTest : public testing::Test {
-protected:
-    JSON subscribe(const std::string& subscriber, const std::string& name = {})
-    {
-        return client.call(
-            "subscribe", { { "subscriber", subscriber }, { "path", folder.path(name) } });
-    }
-
-    /// Polls, and returns what the subscribers were told.
-    std::vector<JSON> check()
-    {
-        client.call("checkFilesystem");
-        return client.takeNotifications(foundChanges);
-    }
-
-    JSON subscription(const JSON& number)
-    {
-        return client.call("subscription", { { "subscription", number } });
-    }
-
-    /// "event name" of each record.
-    static std::vector<std::string> events(const JSON& notification)
-    {
-        std::vector<std::string> result;
-        for (const auto& record : notification["changes"])
-            result.push_back(record["name"]);
-        return result;
-    }
-
-    using Texts = std::vector<std::string>;
-
-    TemporaryFolder folder;
-    ServeClient client;
-};
+class ServeSubscriptionTest : public ServeSubscriptionFixture { };
 
 TEST_F(ServeSubscriptionTest, NumbersASubscriptionAndSharesItBetweenSubscribers)
 {
@@ -379,61 +339,6 @@ TEST_F(ServeSubscriptionTest, RefusesNumbersThatAreNoSubscription)
         EXPECT_EQ(client.errorCode(method, { { "subscription", 1 } }), -32602);
         EXPECT_EQ(client.errorCode(method, { { "subscription", "1" } }), -32602);
     }
-}
-
-class ServeLoadingTest : public ServeSubscriptionTest {
-protected:
-    ServeLoadingTest()
-    {
-        client.call("settings", { { "asynchronous", true }, { "paused", true } });
-    }
-
-    // Both requests are waiting at once, so that no timer comes in between.
-    void subscribeAndLoadImmediately()
-    {
-        const auto first = client.request(
-            "subscribe", { { "subscriber", "s" }, { "path", folder.path() } });
-        client.sendLine(
-            first + '\n' + client.request("loadImmediately", { { "subscription", 1 } }));
-        EXPECT_EQ(client.nextAnswer()["result"]["isLoading"], true);
-        EXPECT_EQ(client.nextAnswer()["result"], true);
-    }
-};
-
-TEST_F(ServeLoadingTest, LoadsInTheBackgroundAndMarksTheEndWithOneMoreNotification)
-{
-    folder.write("a");
-    folder.write("b");
-
-    EXPECT_EQ(subscribe("s")["isLoading"], true);
-
-    const auto found = client.nextNotification(foundChanges);
-    EXPECT_EQ(events(found), Texts({ "appeared", "appeared" }));
-    EXPECT_EQ(client.nextNotification(foundChanges)["changes"], JSON::array());
-    EXPECT_EQ(subscription(1)["isLoading"], false);
-    EXPECT_EQ(subscription(1)["files"].size(), 2u);
-}
-
-TEST_F(ServeLoadingTest, LoadsImmediatelyWithExactlyOneNotification)
-{
-    folder.write("a");
-    subscribeAndLoadImmediately();
-
-    const auto told = client.takeNotifications(foundChanges);
-    ASSERT_EQ(told.size(), 1u);
-    EXPECT_EQ(events(told[0]), Texts({ "appeared" }));
-    EXPECT_EQ(subscription(1)["isLoading"], false);
-}
-
-TEST_F(ServeLoadingTest, LoadsAnEmptyFolderImmediatelyWithAnEmptyNotification)
-{
-    subscribeAndLoadImmediately();
-
-    const auto told = client.takeNotifications(foundChanges);
-    ASSERT_EQ(told.size(), 1u);
-    EXPECT_EQ(told[0]["changes"], JSON::array());
-    EXPECT_EQ(client.call("loadImmediately", { { "subscription", 1 } }), true);
-    EXPECT_TRUE(client.takeNotifications(foundChanges).empty());
 }
 
 } // namespace
