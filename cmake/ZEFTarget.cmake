@@ -24,12 +24,8 @@ function(zef_configure_target target)
   endif()
 endfunction()
 
-# A program made from the library and the given source files; none while there are no files yet.
+# A program made from the library and the given source files.
 function(zef_add_program target)
-  if(NOT ARGN)
-    message(STATUS "${target} has no source files yet")
-    return()
-  endif()
   add_executable(${target} ${ARGN})
   target_link_libraries(${target} PRIVATE ZEFFilesystemTools::ZEFFilesystemTools)
   zef_configure_target(${target})
