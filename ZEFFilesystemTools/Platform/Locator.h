@@ -46,8 +46,8 @@ public:
     /// ends in a slash, no other does.
     virtual FileURL locate(const FSRef& ref, const FileURL& lastKnown) = 0;
 
-    /// Closes every descriptor held on the volume that `path` is on, so that it can be unmounted, and
-    /// holds none there for the next minute (`setDescriptorPolicy` ends that).
+    /// Closes every descriptor held on the volume that `path` is on, so that it can be unmounted,
+    /// and holds none there for the next minute (`setDescriptorPolicy` ends that).
     virtual void releaseVolume(std::string_view path) = 0;
 
     /// Closes one held descriptor to make room for another use; NO when none is held.
