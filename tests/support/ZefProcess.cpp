@@ -89,9 +89,6 @@ public:
 
     [[noreturn]] void run()
     {
-        // Whoever runs the tests in the background has these ignored.
-        ::signal(SIGINT, SIG_DFL);
-        ::signal(SIGTERM, SIG_DFL);
         ::signal(SIGPIPE, SIG_DFL);
         for (const int descriptor : _settings.closed)
             ::close(descriptor);
@@ -148,10 +145,16 @@ ZefProcess::ZefProcess(const std::vector<std::string>& arguments, const Settings
 {
     // A program that ends early must not take the tests with it.
     ::signal(SIGPIPE, SIG_IGN);
+    // Whoever runs the tests in the background has these ignored; the child must not, not even for
+    // a moment, or a signal that a test sends it at once gets lost.
+    auto* const interruptAction = ::signal(SIGINT, SIG_DFL);
+    auto* const endAction = ::signal(SIGTERM, SIG_DFL);
     if (settings.streams == Streams::terminal)
         startOnTerminal(arguments, settings);
     else
         startOnPipes(arguments, settings);
+    ::signal(SIGINT, interruptAction);
+    ::signal(SIGTERM, endAction);
     ::fcntl(_input, F_SETFL, O_NONBLOCK);
 }
 
