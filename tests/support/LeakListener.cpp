@@ -94,7 +94,7 @@ private:
         for (const auto& [number, target] : descriptors) {
             const auto before = _descriptors.find(number);
             if (before == _descriptors.end() || before->second != target)
-                text += " " + number + " -> " + target;
+                text.append(" ").append(number).append(" -> ").append(target);
         }
         return text;
     }
