@@ -129,7 +129,7 @@ bool ZEFFileItem::ZEF_copyReference(zef::FSRef& reference) const
 
 zef::FileURL ZEFFileItem::ZEF_locate() const
 {
-    const auto place = url();
+    auto place = url();
     zef::PathBytes path;
     zef::FSRef reference;
     if (!isValid() || !place)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/CatalogEntry.h"
+#include "ZEFFilesystemTools/Platform/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/KnownEntries.h"
 
 #include <cstddef>
@@ -9,19 +10,6 @@
 #include <span>
 
 namespace zef {
-
-/// The results of reading a folder; others may occur.
-namespace CatalogResult {
-inline constexpr std::int16_t noError = 0;
-inline constexpr std::int16_t ioError = -36;
-inline constexpr std::int16_t tooManyOpenFiles = -42;
-inline constexpr std::int16_t notFound = -43;
-inline constexpr std::int16_t outOfMemory = -108;
-inline constexpr std::int16_t badReference = -1401;
-inline constexpr std::int16_t notAFolder = -1407;
-inline constexpr std::int16_t noMoreItems = -1417;
-inline constexpr std::int16_t accessDenied = -5000;
-} // namespace CatalogResult
 
 /// Reads the entries of one folder, in the file system's order, without "." and "..".
 ///

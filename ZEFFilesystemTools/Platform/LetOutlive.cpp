@@ -2,6 +2,7 @@
 #include "ZEFFilesystemTools/Platform/LetOutlive.h"
 
 // Present only in a program that was built with the leak checker.
+// NOLINTNEXTLINE(readability-identifier-naming): the name is the run-time library's
 extern "C" __attribute__((weak)) void __lsan_ignore_object(const void*);
 
 namespace zef {

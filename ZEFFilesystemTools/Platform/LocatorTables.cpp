@@ -71,6 +71,14 @@ void LocatorTables::hold(HeldObject object)
     sweep();
 }
 
+void LocatorTables::holdKnownFolder(HeldObject folder)
+{
+    Ref<ObjectDescriptor> removed;
+    std::lock_guard lock(_mutex);
+    if (_folders.find(ObjectNumbers::of(folder.ref)) && !_held.find(folder.ref))
+        removed = _held.insert(std::move(folder));
+}
+
 void LocatorTables::dropHeld(const FSRef& ref)
 {
     Ref<ObjectDescriptor> removed;

@@ -31,6 +31,8 @@ public:
     /// Holds the object if there is room. Looks whether a few others have lost their last name, and
     /// closes those.
     void hold(HeldObject object);
+    /// The same for a folder, if it is known and not held.
+    void holdKnownFolder(HeldObject folder);
     /// Closes the object's descriptor, however often it is used.
     void dropHeld(const FSRef& ref);
     /// Closes the descriptors for which `shouldDrop` (called with no lock held) says so.

@@ -15,6 +15,7 @@ namespace {
 
 constexpr unsigned deepestSearch = 64;
 constexpr unsigned mostQuestions = 16;
+constexpr unsigned mostReadings = 4;
 constexpr std::size_t mostOtherFolders = 32;
 constexpr std::size_t mostOtherEntries = 200000;
 constexpr auto allEntries = std::numeric_limits<std::size_t>::max();
@@ -22,18 +23,27 @@ constexpr auto allEntries = std::numeric_limits<std::size_t>::max();
 // What the kernel adds to the path of an object that has lost that name.
 constexpr std::string_view lostNameMark = " (deleted)";
 
-enum class Sight { sameObject, otherObject, notAllowed };
+enum class Sight {
+    sameObject,
+    /// Another object that has the number now.
+    successor,
+    /// Anything else, or nothing.
+    other,
+    notAllowed,
+};
 
 Sight lookAt(const FileURL& url, const FSRef& ref)
 {
     PathBytes path;
     Stat stat;
     if (!url.fileSystemRepresentation(path))
-        return Sight::otherObject;
+        return Sight::other;
     const int error = FileSystem::shared().statLink(path.text(), stat);
     if (error)
-        return error == EACCES ? Sight::notAllowed : Sight::otherObject;
-    return sameObject(stat, ref, path.text()) ? Sight::sameObject : Sight::otherObject;
+        return error == EACCES ? Sight::notAllowed : Sight::other;
+    if (sameObject(stat, ref, path.text()))
+        return Sight::sameObject;
+    return ref.hasNumbersOf(stat) ? Sight::successor : Sight::other;
 }
 
 bool leadsTo(const FileURL& url, const FSRef& ref)
@@ -67,7 +77,11 @@ FileURL ObjectSearch::find(FSRef ref, const FileURL& lastKnown)
     if (ref.isEmpty() || _depth == deepestSearch)
         return nullptr;
     ++_depth;
-    auto place = search(ref, lastKnown);
+    // Whoever asks with the reference alone may ask for a folder that others have in use.
+    KnownFolder known;
+    const bool isKnown = !lastKnown && ref.isFolder()
+        && _means.tables.findFolder(ObjectNumbers::of(ref), known);
+    auto place = search(ref, isKnown ? known.url : lastKnown);
     --_depth;
     if (place && ref.isFolder())
         _means.tables.learnFolder(ref, place);
@@ -139,7 +153,7 @@ void ObjectSearch::holdAgain(const FSRef& ref, Ref<ObjectDescriptor> object)
     Stat stat;
     std::uint64_t mountID = 0;
     if (object->stat(stat, mountID) == 0 && _means.policy.mayHold(*object, stat.device, mountID))
-        _means.tables.hold({ ref, std::move(object), mountID });
+        _means.tables.holdKnownFolder({ ref, std::move(object), mountID });
 }
 
 // Asks again while the object is on the move: whoever looks for it must not lose it to that.
@@ -152,12 +166,12 @@ FileURL ObjectSearch::verifiedPlace(
         if (!object.currentPath(path))
             return nullptr;
         const auto place = FileURL::fromPath(path.view(), kindOf(ref));
-        if (place == before)
-            return nullptr;
         const auto sight = lookAt(place, ref);
         const bool hasLostName = path.view().ends_with(lostNameMark);
         if (sight == Sight::sameObject || (sight == Sight::notAllowed && !hasLostName))
             return spell(ref, place, lastKnown);
+        if (place == before)
+            return nullptr;
         before = place;
     }
     return nullptr;
@@ -213,30 +227,39 @@ FileURL ObjectSearch::lookInFolder(const FSRef& ref, const FileURL& folder)
         return nullptr;
     const auto limit = _isInOtherFolders ? _entriesLeft : allEntries;
     auto index = _means.indexes.index(folder, limit);
-    if (!index)
-        return nullptr;
-    if (_isInOtherFolders) {
+    if (index && _isInOtherFolders) {
         --_foldersLeft;
         _entriesLeft -= std::min(_entriesLeft, index->count());
     }
-    auto place = lookInIndexedFolder(ref, folder, *index);
-    const bool isOfThisSearch = index->secondsWhenRead() > _secondsAtStart;
-    if (place || isOfThisSearch || !index->mayHaveMissedAChange())
-        return place;
-    index = _means.indexes.index(folder, limit, FolderIndexes::Freshness::readAgain);
-    return index ? lookInIndexedFolder(ref, folder, *index) : nullptr;
+    for (unsigned reading = 1; index; ++reading) {
+        bool isOnTheMove = false;
+        auto place = lookInIndexedFolder(ref, folder, *index, isOnTheMove);
+        if (place || reading == mostReadings || !(isOnTheMove || isOutdated(*index)))
+            return place;
+        index = _means.indexes.index(folder, limit, FolderIndexes::Freshness::readAgain);
+    }
+    return nullptr;
 }
 
+// Whether the folder may have changed before this search without the index telling so.
+bool ObjectSearch::isOutdated(const FolderIndex& index) const
+{
+    return index.secondsWhenRead() <= _secondsAtStart && index.mayHaveMissedAChange();
+}
+
+// Sets `isOnTheMove` if the object had a name there that it has lost since the folder was read.
 FileURL ObjectSearch::lookInIndexedFolder(
-    const FSRef& ref, const FileURL& folder, const FolderIndex& index) const
+    const FSRef& ref, const FileURL& folder, const FolderIndex& index, bool& isOnTheMove)
 {
     for (std::size_t position = 0;; ++position) {
         const auto name = index.name(ref.inode(), position);
         if (name.empty())
             return nullptr;
         auto place = folder.appendingPathComponent(name, kindOf(ref));
-        if (leadsTo(place, ref))
+        const auto sight = lookAt(place, ref);
+        if (sight == Sight::sameObject)
             return place;
+        isOnTheMove |= sight == Sight::other;
     }
 }
 
@@ -249,9 +272,10 @@ FileURL ObjectSearch::spell(const FSRef& ref, const FileURL& found, const FileUR
         return leadsTo(folder.url, FSRef(stat)) ? folder.url.withKind(URLKind::folder) : nullptr;
     });
     auto spelled = spelling.spell(found);
-    if (spelled == found || lookAt(spelled, ref) != Sight::otherObject)
-        return spelled;
-    return found;
+    if (spelled == found)
+        return found;
+    const auto sight = lookAt(spelled, ref);
+    return sight == Sight::sameObject || sight == Sight::notAllowed ? spelled : found;
 }
 
 } // namespace zef

@@ -42,8 +42,9 @@ private:
     FileURL findOwnFolder(const FSRef& ref);
     FileURL lookInOtherFolders(const FSRef& ref);
     FileURL lookInFolder(const FSRef& ref, const FileURL& folder);
-    FileURL lookInIndexedFolder(
-        const FSRef& ref, const FileURL& folder, const FolderIndex& index) const;
+    static FileURL lookInIndexedFolder(
+        const FSRef& ref, const FileURL& folder, const FolderIndex& index, bool& isOnTheMove);
+    bool isOutdated(const FolderIndex& index) const;
 
     FileURL spell(const FSRef& ref, const FileURL& found, const FileURL& lastKnown) const;
 

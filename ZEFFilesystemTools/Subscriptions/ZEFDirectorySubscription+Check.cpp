@@ -130,7 +130,7 @@ private:
             return;
         }
         if (!item.url().isDirectlyIn(_subscription._lastKnownURL))
-            _itemsWithOtherNames.push_back(&item);
+            _itemsWithOtherNames.emplace_back(&item);
         if (flags.modified)
             addAndTell(ZEFFileEvent::updated, item);
     }
@@ -147,12 +147,12 @@ private:
     {
         if (!exists) {
             add(ZEFFileEvent::removed, item);
-            _removals.push_back(&item);
+            _removals.emplace_back(&item);
             return;
         }
         if (!item.url().isDirectlyIn(_subscription._lastKnownURL)) {
             addAndTell(ZEFFileEvent::moved, item);
-            _removals.push_back(&item);
+            _removals.emplace_back(&item);
             return;
         }
         addAndTell(_folderMoved ? ZEFFileEvent::movedInParent : ZEFFileEvent::renamed, item);

@@ -158,11 +158,11 @@ void ZEFDirectorySubscription::ZEF_checkAsyncLoadingQueue()
     // Never waits for the loader; the timer comes again.
     if (!_asyncLoadingLock->tryLock())
         return;
-    auto items = _asyncLoadingQueue->takeAllObjects();
+    const auto items = _asyncLoadingQueue->takeAllObjects();
     const auto sightings = operation->takeSightings();
     _asyncLoadingLock->unlock();
     takeIn(sightings);
-    takeIn(std::move(items));
+    takeIn(items);
     // A subscriber may have ended the load meanwhile.
     if (_currentLoadOperation != operation || !operation->isFinished())
         return;
@@ -175,7 +175,7 @@ void ZEFDirectorySubscription::ZEF_checkAsyncLoadingQueue()
     notifyOfCheck();
 }
 
-void ZEFDirectorySubscription::takeIn(std::vector<zef::Ref<ZEFFileItem>> items)
+void ZEFDirectorySubscription::takeIn(const std::vector<zef::Ref<ZEFFileItem>>& items)
 {
     if (items.empty())
         return;

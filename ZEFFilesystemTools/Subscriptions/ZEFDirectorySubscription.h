@@ -92,7 +92,7 @@ private:
     void loadInBackground();
     void listNow(ZEFChangeArray* changes, Listing&);
     void takeInListed(ZEFFileItem&, ZEFChangeArray* changes);
-    void takeIn(std::vector<zef::Ref<ZEFFileItem>>);
+    void takeIn(const std::vector<zef::Ref<ZEFFileItem>>&);
     static void takeIn(const std::vector<ZEFFileLoadOperation::Sighting>&);
     static void reportAppeared(ZEFFileItem&, ZEFChangeArray&);
     void closeLoad();

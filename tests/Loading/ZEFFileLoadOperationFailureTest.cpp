@@ -15,7 +15,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using zef::makeRef;
 using zef::Ref;
-namespace CatalogResult = zef::CatalogResult;
+using CatalogResult = zef::CatalogResult;
 
 /// What a load makes of a folder that can't be listed, or not to its end.
 class ZEFFileLoadOperationFailureTest : public FileLoadFixture {

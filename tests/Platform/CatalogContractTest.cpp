@@ -14,7 +14,7 @@
 
 namespace {
 
-namespace Result = zef::CatalogResult;
+using Result = zef::CatalogResult;
 
 constexpr std::size_t batchSize = 40;
 

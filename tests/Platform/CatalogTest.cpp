@@ -14,7 +14,7 @@
 
 namespace {
 
-namespace Result = zef::CatalogResult;
+using Result = zef::CatalogResult;
 
 class CatalogTest : public testing::Test {
 protected:

@@ -10,7 +10,7 @@
 
 namespace {
 
-namespace Result = zef::CatalogResult;
+using Result = zef::CatalogResult;
 
 class FakeCatalogTest : public testing::Test {
 protected:

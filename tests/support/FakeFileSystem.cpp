@@ -231,7 +231,7 @@ FakeFileSystem::Found FakeFileSystem::step(const Node& folder,
     const bool isLast = index + 1 == names.size();
     if (node->stat.mode == linkMode && !(isLast && lastLink == LastLink::isMeant)) {
         std::string path = node->target.starts_with('/') ? "" : "/";
-        for (std::size_t before = 0; path.size() && before < index; ++before)
+        for (std::size_t before = 0; !path.empty() && before < index; ++before)
             path += names[before] + "/";
         path += node->target;
         for (std::size_t behind = index + 1; behind < names.size(); ++behind)

@@ -13,6 +13,7 @@ inline constexpr ZEFFileChanges lost{ .pathChanged = true };
 inline constexpr ZEFFileChanges nothingToTell{};
 
 /// What GoogleTest shows of an answer.
+// NOLINTNEXTLINE(readability-identifier-naming): the name is GoogleTest's
 inline void PrintTo(const ZEFFileChanges& changes, std::ostream* stream)
 {
     *stream << "{" << (changes.exists ? " exists" : "")
