@@ -184,9 +184,17 @@ TEST_F(ZEFFileManagerSubscribingTest, MakesNoSubscriptionForALostItem)
 /// The same on a disk that is made up, so that a number surely comes back.
 class ZEFFileManagerReusedNumberTest : public ManagerFixture {
 protected:
-    ZEFFileManagerReusedNumberTest() { makeFolder(); }
-    // While what was made up is still there.
-    ~ZEFFileManagerReusedNumberTest() override { ZEFFileManagerTestAccess::forgetInstance(); }
+    ZEFFileManagerReusedNumberTest()
+    {
+        zef::VnodeNotifier::replaceShared(&notifier);
+        makeFolder();
+    }
+
+    ~ZEFFileManagerReusedNumberTest() override
+    {
+        ZEFFileManagerTestAccess::forgetInstance();
+        zef::VnodeNotifier::replaceShared(nullptr);
+    }
 
     void makeFolder()
     {
