@@ -132,5 +132,7 @@ std::string ZEFFileItem::description() const
 
 void ZEFFileItem::ZEF_setContainer(ZEFFileTable* table)
 {
-    _container.store(table, std::memory_order_relaxed);
+    // Whoever sees it while the item dies frees the item, and must see all that was done to it
+    // before.
+    _container.store(table, std::memory_order_release);
 }

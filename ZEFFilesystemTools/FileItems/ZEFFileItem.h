@@ -91,7 +91,7 @@ public:
 
     // For the library.
     void ZEF_setContainer(ZEFFileTable*);
-    ZEFFileTable* ZEF_container() const { return _container.load(std::memory_order_relaxed); }
+    ZEFFileTable* ZEF_container() const { return _container.load(std::memory_order_acquire); }
     /// Whether `stat`, just taken at `where`, is of this very file. Any thread.
     bool ZEF_isSameObject(const zef::Stat& stat, const zef::FileURL& where) const;
     /// The same question as `changesForObserver`, but a change of the path is left for the
