@@ -17,12 +17,18 @@
 #include <filesystem>
 
 #include <malloc.h>
+#include <sys/resource.h>
 
 namespace {
 
 constexpr const char* memoryOption = "--memory";
 constexpr const char* alone = "alone";
 constexpr const char* observed = "observed";
+
+// The soft limit of most systems, and one with which the library holds as many descriptors as it
+// ever does.
+constexpr int usualDescriptors = 1024;
+constexpr int manyDescriptors = 16384;
 
 // With what the heap itself needs for each block.
 std::size_t bytesInUse()
@@ -66,18 +72,30 @@ void memory(benchmark::State& state, const char* circumstance)
     const auto& path = BenchmarkFolders::shared().withFiles(count);
     std::string output;
     for (auto _ : state)
-        output = outputOfThisProgram({ memoryOption, circumstance, std::to_string(count), path });
+        output = outputOfThisProgram({ memoryOption, circumstance, std::to_string(count), path,
+            std::to_string(state.range(1)) });
     const double bytes = std::atof(output.c_str()) / static_cast<double>(count);
     if (bytes <= 0)
         state.SkipWithError("the memory could not be measured");
     state.counters["bytes"] = bytes;
 }
 
+bool limitDescriptors(rlim_t count)
+{
+    rlimit limit{};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = count;
+    return ::setrlimit(RLIMIT_NOFILE, &limit) == 0;
+}
+
 // Nothing varies from one run to the next, so one is enough.
-BENCHMARK_CAPTURE(memory, alone, alone)->Arg(10000)->Arg(100000)->Iterations(1)->Repetitions(1);
+BENCHMARK_CAPTURE(memory, alone, alone)
+    ->Args({ 10000, usualDescriptors })
+    ->Args({ 100000, usualDescriptors })
+    ->Iterations(1)
+    ->Repetitions(1);
 BENCHMARK_CAPTURE(memory, observed, observed)
-    ->Arg(10000)
-    ->Arg(100000)
+    ->ArgsProduct({ { 10000, 100000 }, { usualDescriptors, manyDescriptors } })
     ->Iterations(1)
     ->Repetitions(1);
 
@@ -85,9 +103,11 @@ BENCHMARK_CAPTURE(memory, observed, observed)
 
 std::optional<int> measureMemoryIfAsked(int argumentCount, char** arguments)
 {
-    if (argumentCount != 5 || std::strcmp(arguments[1], memoryOption) != 0)
+    if (argumentCount != 6 || std::strcmp(arguments[1], memoryOption) != 0)
         return std::nullopt;
     const auto count = static_cast<std::size_t>(std::strtoull(arguments[3], nullptr, 10));
+    if (!limitDescriptors(std::strtoull(arguments[5], nullptr, 10)))
+        return EXIT_FAILURE;
     const bool isAlone = std::strcmp(arguments[2], alone) == 0;
     std::printf("%.0f\n",
         isAlone ? bytesForItems(arguments[4], count) : bytesForObservedItems(arguments[4], count));
