@@ -93,6 +93,23 @@ TEST_F(WatchFoldersTest, KeepsTheSpellingOfAPathBelowALink)
     EXPECT_EQ(process->nextLine(), "Watching " + folder.path("here/w") + " (0 files)");
 }
 
+TEST_F(WatchFoldersTest, TakesEveryNameAsItIs)
+{
+    const std::vector<std::string> names{ "[a,b]", "[]", "{}", "%%", "a=b", "watch", " ", "\"q\"",
+        "-x", "--json", "--" };
+    std::vector<std::string> arguments{ "w", "--" };
+    for (const auto& name : names) {
+        folder.makeFolder(name);
+        arguments.push_back(name);
+    }
+
+    start(arguments, { .folder = folder.path() });
+
+    EXPECT_EQ(process->nextLine(), "Watching " + folder.path("w") + " (0 files)");
+    for (const auto& name : names)
+        EXPECT_EQ(process->nextLine(), "Watching " + folder.path(name) + " (0 files)");
+}
+
 TEST_F(WatchFoldersTest, TakesRelativePaths)
 {
     for (const auto* path : { "w", "./w", "w/.", "w/../w" }) {

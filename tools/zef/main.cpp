@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: MIT
+#include "tools/zef/Arguments.h"
 #include "tools/zef/ExitStatus.h"
 #include "tools/zef/Interruption.h"
 #include "tools/zef/Output.h"
 #include "tools/zef/Serve/ServeCommand.h"
 #include "tools/zef/Watch/WatchCommand.h"
 
+#include <algorithm>
 #include <exception>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tool {
@@ -53,7 +56,9 @@ int runProgram(int argumentCount, char** arguments)
         return ExitStatus::wrongUsage;
     }
     try {
-        program.parse(argumentCount, arguments);
+        auto parsed = parserArguments(argumentCount, arguments);
+        std::reverse(parsed.begin(), parsed.end()); // as the parser wants them
+        program.parse(std::move(parsed));
     } catch (const CLI::ParseError& error) {
         return statusOfParsing(program, error);
     }
