@@ -3,6 +3,8 @@
 
 #include "tests/stress/Mischief.h"
 
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <stdexcept>
 #include <utility>
@@ -14,6 +16,12 @@ struct Meddler::Request {
     std::uint64_t seed;
     int count;
     bool stopsParent;
+};
+
+// Small enough for a pipe to take it whole.
+struct Meddler::Answer {
+    std::size_t count = 0;
+    std::array<std::uint64_t, 128> linkedFiles{};
 };
 
 Meddler::Meddler(std::string root)
@@ -61,9 +69,11 @@ void Meddler::send(const Request& request)
 
 void Meddler::finish()
 {
-    char answer = 0;
-    if (::read(_answers, &answer, 1) != 1)
+    Answer answer;
+    if (::read(_answers, &answer, sizeof answer) != sizeof answer)
         throw std::runtime_error("the meddler is gone");
+    _filesWithSeveralNames.insert(
+        answer.linkedFiles.data(), answer.linkedFiles.data() + answer.count);
 }
 
 void Meddler::work()
@@ -77,7 +87,10 @@ void Meddler::work()
             mischief.doSomething();
         if (request.stopsParent)
             ::kill(::getppid(), SIGCONT);
-        if (::write(_answers, "", 1) != 1)
+        Answer answer;
+        answer.count = std::min(mischief.linkedFiles().size(), answer.linkedFiles.size());
+        std::copy_n(mischief.linkedFiles().begin(), answer.count, answer.linkedFiles.begin());
+        if (::write(_answers, &answer, sizeof answer) != sizeof answer)
             break;
     }
     ::_exit(0);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
 
 #include <sys/types.h>
@@ -26,8 +27,14 @@ public:
     /// Waits until the operations that were begun are done.
     void finish();
 
+    /// The numbers of the files that ever had several names, even if only for a moment.
+    const std::set<std::uint64_t>& filesWithSeveralNames() const { return _filesWithSeveralNames; }
+    /// For a new tree.
+    void forgetFiles() { _filesWithSeveralNames.clear(); }
+
 private:
     struct Request;
+    struct Answer;
 
     void send(const Request&);
     [[noreturn]] void work();
@@ -36,4 +43,5 @@ private:
     pid_t _process = -1;
     int _requests = -1;
     int _answers = -1;
+    std::set<std::uint64_t> _filesWithSeveralNames;
 };

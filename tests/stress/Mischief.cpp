@@ -161,8 +161,11 @@ void Mischief::exchangeTwo()
 void Mischief::linkHard()
 {
     const auto file = anyFile();
-    if (!file.empty())
-        (void)::link(file.c_str(), freshPath().c_str());
+    struct stat stat;
+    if (file.empty() || ::link(file.c_str(), freshPath().c_str()) != 0)
+        return;
+    if (::lstat(file.c_str(), &stat) == 0)
+        _linkedFiles.push_back(stat.st_ino);
 }
 
 void Mischief::linkSymbolically()

@@ -18,6 +18,9 @@ public:
 
     void doSomething();
 
+    /// The numbers of the files that were given one more name.
+    const std::vector<std::uint64_t>& linkedFiles() const { return _linkedFiles; }
+
 private:
     std::uint64_t below(std::uint64_t bound) { return bound ? _random() % bound : 0; }
     std::string anyFolder();
@@ -45,4 +48,5 @@ private:
 
     std::string _root;
     std::mt19937_64 _random;
+    std::vector<std::uint64_t> _linkedFiles;
 };

@@ -41,6 +41,7 @@ std::uint64_t StressFixture::firstSeed()
 void StressFixture::makeTree()
 {
     _watched.clear();
+    _meddler->forgetFiles();
     _folder.remove("root");
     _folder.makeFolder("root");
     for (const std::string name : { "root/w0", "root/w1", "root/w2", "root/u0", "root/u1" }) {
@@ -61,7 +62,8 @@ void StressFixture::watchSomeFolders()
         const bool isWatched = std::any_of(_watched.begin(), _watched.end(),
             [&](auto& folder) { return folder->subscription().directoryFile() == item.get(); });
         if (item && item->isBasicDirectory() && !isWatched)
-            _watched.push_back(zef::makeRef<WatchedFolder>(item));
+            _watched.push_back(
+                zef::makeRef<WatchedFolder>(item, _meddler->filesWithSeveralNames()));
     }
 }
 

@@ -49,9 +49,11 @@ void traceChanges(const ZEFFileItem& folder, const ZEFChangeArray& changes)
 
 } // namespace
 
-WatchedFolder::WatchedFolder(zef::Ref<ZEFFileItem> folder)
+WatchedFolder::WatchedFolder(
+    zef::Ref<ZEFFileItem> folder, const std::set<std::uint64_t>& filesWithSeveralNames)
     : _folder(std::move(folder))
     , _subscription(ZEFDirectorySubscription::initForSubscriber(this, _folder.get()))
+    , _filesWithSeveralNames(filesWithSeveralNames)
 {
     const auto files = _subscription->files();
     for (const auto& item : *files)
@@ -138,13 +140,11 @@ WatchedFolder::Listing WatchedFolder::listing()
     Listing result;
     for (const auto& entry : std::filesystem::directory_iterator(_folder->url().path())) {
         const auto stat = statOf(entry.path().string());
-        // Once is enough: which name the item follows depends on which of them went first.
-        if (!stat.isFolder() && stat.linkCount > 1)
-            _filesWithSeveralNames.insert(stat.inode);
         result[{ stat.inode, stat.birthTime }] = { .item = nullptr,
             .name = entry.path().filename().string(),
             .modificationTime = zef::secondsOfTimeStamp(stat.modificationTime),
             .statusChangeTime = zef::secondsOfTimeStamp(stat.statusChangeTime),
+            // Once is enough: which name the item follows depends on which of them went first.
             .isSingleName = !_filesWithSeveralNames.contains(stat.inode),
             .isFolder = stat.isFolder() };
     }

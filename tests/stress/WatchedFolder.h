@@ -12,7 +12,10 @@
 /// anything, what is known against what is on disk.
 class WatchedFolder final : public ZEFObject, public ZEFDirectorySubscriptionProtocol {
 public:
-    explicit WatchedFolder(zef::Ref<ZEFFileItem> folder);
+    /// `filesWithSeveralNames` are the numbers of the files that have, or had, several names;
+    /// borrowed for as long as this lives.
+    WatchedFolder(
+        zef::Ref<ZEFFileItem> folder, const std::set<std::uint64_t>& filesWithSeveralNames);
 
     ZEFDirectorySubscription& subscription() { return *_subscription; }
     /// NO also when the subscription of the folder above found this one lost first; then this
@@ -62,6 +65,6 @@ private:
     std::map<const ZEFFileItem*, zef::Ref<ZEFFileItem>> _known;
     std::vector<zef::Ref<ZEFChangeRecord>> _lastRecords;
     Listing _lastListing;
-    std::set<std::uint64_t> _filesWithSeveralNames;
+    const std::set<std::uint64_t>& _filesWithSeveralNames;
     bool _sawFolderChange = false;
 };
