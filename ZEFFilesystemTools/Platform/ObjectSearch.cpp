@@ -15,7 +15,7 @@ namespace {
 
 constexpr unsigned deepestSearch = 64;
 constexpr unsigned mostQuestions = 16;
-constexpr unsigned mostReadings = 4;
+constexpr unsigned mostReadings = 16;
 constexpr std::size_t mostOtherFolders = 32;
 constexpr std::size_t mostOtherEntries = 200000;
 constexpr auto allEntries = std::numeric_limits<std::size_t>::max();

@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <string>
 #include <thread>
 #include <vector>
@@ -91,32 +90,6 @@ TEST_F(LocatorConcurrencyTest, FindsEachFileWhileOthersAreLookedForAndDescriptor
 
     EXPECT_EQ(failures[0] + failures[1] + failures[2], 0);
     EXPECT_EQ(locator.heldDescriptorCount(), 0u);
-}
-
-TEST_F(LocatorConcurrencyTest, FindsAFileThatIsRenamedAllTheTime)
-{
-    const auto url = folder.write("file");
-    for (const bool mayHold : { true, false }) {
-        locator.setDescriptorBudget(mayHold ? 64 : 0);
-        auto file = ref(url);
-        locator.retain(file, url);
-        std::atomic<bool> isDone{ false };
-        std::thread thread([&] {
-            while (!isDone) {
-                folder.rename("file", "other");
-                folder.rename("other", "file");
-            }
-        });
-        int found = 0;
-        for (int round = 0; round < rounds; ++round)
-            found += static_cast<bool>(locator.locate(file, folder.url("elsewhere")));
-        isDone = true;
-        thread.join();
-        locator.release(file);
-
-        // Renamed between each question and the look at its answer, an object can still be missed.
-        EXPECT_GT(found, rounds / 4) << (mayHold ? "held" : "not held");
-    }
 }
 
 TEST_F(LocatorConcurrencyTest, FindsAFolderThatSeveralThreadsRetainAndRelease)
