@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/FSRef.h"
+#include "ZEFFilesystemTools/Platform/FileURL.h"
+#include "ZEFFilesystemTools/Platform/SharedService.h"
+
+#include <cstdint>
+#include <string>
+
+namespace zef {
+
+/// What people are shown of a file: its type, its name, whether it is hidden, and where an alias
+/// leads.
+///
+/// It starts nothing, mounts nothing, waits for nobody, and reads small regular files alone. Errors
+/// are the numbers of `CatalogResult`. Any thread.
+class FileInformation : public SharedService<FileInformation> {
+public:
+    /// One object on disk, the link itself where it is one.
+    struct Object {
+        const FSRef& ref;
+        /// Where it was last seen; may be nil.
+        const FileURL& url;
+        bool isSymlink = false;
+    };
+
+    virtual ~FileInformation() = default;
+
+    static FileInformation& system();
+
+    /// Sets `type` to the object's type identifier. Answers by the name without a look at the disk
+    /// where that suffices, also for an object that is gone.
+    virtual std::int16_t copyContentType(const Object&, std::string& type) = 0;
+
+    /// Whether the object is hidden from people.
+    virtual std::int16_t copyInvisibility(const Object&, bool& isInvisible) = 0;
+    virtual std::int16_t copyInvisibilityAtURL(const FileURL& url, bool& isInvisible) = 0;
+
+    /// The name to show, valid UTF-8; empty when there is none.
+    virtual std::string copyDisplayName(const Object&) = 0;
+    virtual std::string copyDisplayNameAtPath(const std::string& path) = 0;
+
+    /// Follows alias files and links, one after the other, from the object that `ref` refers to
+    /// and that was last seen at `url`: both then are the target's. An object that is neither is
+    /// its own target. At most 16 steps; where it fails, all stay as they were.
+    virtual std::int16_t resolveAliasFile(
+        FSRef& ref, FileURL& url, bool& targetIsFolder, bool& wasAliased)
+        = 0;
+
+    /// Sets `ref` to the object that `url` leads to, links followed, and `target` to where that is.
+    virtual std::int16_t copyTargetOfURL(const FileURL& url, FSRef& ref, FileURL& target) = 0;
+};
+
+} // namespace zef

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/TypeIdentifiers.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zef {
+
+/// The types of files, by their names, and which of them is a kind of which other: an own small
+/// table, completed from the system's shared MIME database where that is installed.
+///
+/// Identifiers are compared without case. Immutable once made; any thread.
+class TypeTable {
+public:
+    /// The table of this system, loaded on the first call from the folders that `XDG_DATA_HOME`
+    /// and `XDG_DATA_DIRS` name, and never destroyed.
+    static const TypeTable& shared();
+
+    /// A table completed from the MIME databases in `mimeFolders`, the most important one first;
+    /// with none it is the own table alone.
+    explicit TypeTable(const std::vector<std::string>& mimeFolders);
+    ~TypeTable();
+    TypeTable(const TypeTable&) = delete;
+    TypeTable& operator=(const TypeTable&) = delete;
+
+    /// Whether `type` is `other` or a kind of it.
+    bool conforms(std::string_view type, std::string_view other) const;
+
+    /// The type of a file, or of a folder, that is called `name`; what its content decides (a
+    /// desktop entry's kind) is left open.
+    std::string typeOfFileNamed(std::string_view name) const;
+    std::string typeOfFolderNamed(std::string_view name) const;
+
+    /// The type for a file name's extension among those that conform to `conforming`, which is
+    /// `type::directory` or `type::data` and is also the answer for an empty extension.
+    std::string preferredTypeForExtension(
+        std::string_view extension, std::string_view conforming) const;
+
+private:
+    class Storage;
+
+    std::unique_ptr<const Storage> _storage;
+};
+
+} // namespace zef
