@@ -9,6 +9,13 @@
 #include "ZEFFilesystemTools/Platform/Log.h"
 #include "ZEFFilesystemTools/Platform/WideInode.h"
 
+namespace {
+
+// How often a file may change places while it is asked for.
+constexpr int mostLooks = 8;
+
+} // namespace
+
 // One call of the factory. What it lets go of, it lets go of after the registry is unlocked.
 class ZEFFileItemClass::Request {
 public:
@@ -31,10 +38,14 @@ public:
                 return nullptr;
             result = registeredItem();
         }
-        if (_replaced)
+        if (_replaced && !_isOutdated)
             tellReplacement();
         return result;
     }
+
+    /// Whether there was no item to give because the file has changed places since it was looked
+    /// at.
+    bool isOutdated() const { return _isOutdated; }
 
 private:
     zef::Ref<ZEFFileItem> registeredItem()
@@ -43,6 +54,8 @@ private:
         if (table) {
             if (auto found = usableItem(*table))
                 return found;
+            if (_isOutdated)
+                return nullptr;
             if (auto made = makeItem(*table))
                 return made;
         }
@@ -59,14 +72,28 @@ private:
         const bool isOfThisFile = found->ZEF_isSameObject(_stat, _url);
         if (isOfThisFile && found->isValid())
             return found;
+        _replaced = std::move(found);
+        // The look may be so old that the item is the one of the file that has the number now.
+        _isOutdated = !isStillThere();
+        if (_isOutdated)
+            return nullptr;
         // The number of a deleted file was given to this one: the old item must not, when it dies,
         // take out the entry of a file that is not its own.
         if (isOfThisFile)
             table.remove(_key);
         else
-            table.detach(found.get());
-        _replaced = std::move(found);
+            table.detach(_replaced.get());
         return nullptr;
+    }
+
+    bool isStillThere() const
+    {
+        zef::PathBytes path;
+        zef::Stat now;
+        return _url.fileSystemRepresentation(path)
+            && zef::FileSystem::shared().statLink(path.text(), now) == 0 && now.inode == _stat.inode
+            && now.device == _stat.device && now.hasBirthTime == _stat.hasBirthTime
+            && now.birthTime == _stat.birthTime;
     }
 
     zef::Ref<ZEFFileItem> makeItem(ZEFFileTable& table)
@@ -91,20 +118,27 @@ private:
     const zef::Stat& _stat;
     std::uint64_t _key;
     zef::Ref<ZEFFileItem> _replaced;
+    bool _isOutdated = false;
 };
 
 zef::Ref<ZEFFileItem> ZEFFileItemClass::newFileItemForURLFsRef(
     const zef::FileURL& url, const zef::FSRef* ref) const
 {
     zef::PathBytes path;
-    zef::Stat stat;
-    if (!url.fileSystemRepresentation(path)
-        || zef::FileSystem::shared().statLink(path.text(), stat) != 0)
+    if (!url.fileSystemRepresentation(path))
         return nullptr;
-    auto item = Request(*this, url, ref, stat).item();
-    if (item)
-        item->ZEF_keepReference();
-    return item;
+    zef::Stat stat;
+    for (int look = 0; look < mostLooks; ++look) {
+        if (zef::FileSystem::shared().statLink(path.text(), stat) != 0)
+            return nullptr;
+        Request request(*this, url, ref, stat);
+        auto item = request.item();
+        if (item)
+            item->ZEF_keepReference();
+        if (!request.isOutdated())
+            return item;
+    }
+    return nullptr;
 }
 
 zef::Ref<ZEFFileItem> ZEFFileItemClass::newFileItemForURL(const zef::FileURL& url) const

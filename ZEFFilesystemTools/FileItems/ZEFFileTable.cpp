@@ -78,7 +78,8 @@ void ZEFFileTable::removeDying(ZEFFileItem* item)
     if (!item->ZEF_container())
         return;
     const auto slot = slotOfKey(item->fileiNodeHash());
-    if (slot != noSlot)
+    // The number may meanwhile be another file's.
+    if (slot != noSlot && !item->ZEF_isAnotherObject(*_items[slot]))
         clearSlot(slot);
 }
 

@@ -32,8 +32,8 @@ public:
     /// Takes `item` out and lets it forget its table.
     void detach(ZEFFileItem* item);
 
-    /// For an item that dies: takes out whatever is entered under its key, unless the item has
-    /// forgotten its table.
+    /// For an item that dies: takes out whatever is entered under its key, unless that is another
+    /// file's or the item has forgotten its table.
     void removeDying(ZEFFileItem* item);
 
     std::size_t count() const;

@@ -94,6 +94,39 @@ TEST_F(ZEFFileItemReplacementTest, KeepsTheItemOfANumberThatCameBackWhenTheForme
     EXPECT_EQ(item("/file"), young);
 }
 
+TEST_F(ZEFFileItemReplacementTest, KeepsTheItemOfANumberThatCameBackWhenAFormerOnesReplacedItemDies)
+{
+    const auto stat = files.addFile("/file");
+    auto lost = item("/file");
+    hide("/file", "/hidden");
+    lost->currentURL();
+    const auto replacing = item("/hidden");
+    files.remove("/hidden");
+    files.setNextInode(stat.inode);
+    files.addFile("/young");
+    const auto young = item("/young");
+
+    lost = nullptr;
+
+    EXPECT_EQ(item("/young"), young);
+}
+
+TEST_F(ZEFFileItemReplacementTest, KeepsTheItemOfANumberThatCameBackAfterAnOlderLook)
+{
+    const auto old = files.addFile("/file");
+    files.remove("/file");
+    files.setNextInode(old.inode);
+    files.addFile("/young");
+    const auto young = item("/young");
+
+    const auto made = ZEFFileItem::classObject.ZEF_newFileItemForEntry(
+        url("/file"), zef::FSRef(old), old);
+
+    EXPECT_EQ(made, nullptr);
+    EXPECT_EQ(item("/young"), young);
+    EXPECT_TRUE(log.lines().empty());
+}
+
 TEST_F(ZEFFileItemReplacementTest, KeepsAnItemWhoseFileWasCopiedUpToAnotherLayer)
 {
     auto stat = files.addFile("/file");
