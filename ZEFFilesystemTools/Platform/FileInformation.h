@@ -33,12 +33,16 @@ public:
     /// where that suffices, also for an object that is gone.
     virtual std::int16_t copyContentType(const Object&, std::string& type) = 0;
 
-    /// Whether the object is hidden from people.
+    /// Whether the object is hidden from people: by a dot at the beginning of its name or by its
+    /// folder's ".hidden" list. -43 when it is gone.
     virtual std::int16_t copyInvisibility(const Object&, bool& isInvisible) = 0;
     virtual std::int16_t copyInvisibilityAtURL(const FileURL& url, bool& isInvisible) = 0;
 
-    /// The name to show, valid UTF-8; empty when there is none.
+    /// The name to show, valid UTF-8; empty when there is none. Ordinary names come from the URL
+    /// without a look at the disk, whether the object still has that name or not; a desktop entry
+    /// names itself, and then the name need not be true: the file's name is.
     virtual std::string copyDisplayName(const Object&) = 0;
+    /// The same for a path, which nothing need be at.
     virtual std::string copyDisplayNameAtPath(const std::string& path) = 0;
 
     /// Follows alias files and links, one after the other, from the object that `ref` refers to

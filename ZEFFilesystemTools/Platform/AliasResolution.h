@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/DesktopEntries.h"
+#include "ZEFFilesystemTools/Platform/ObjectPlace.h"
+
+#include <cstdint>
+
+namespace zef {
+
+/// Follows links, and alias files if wanted, from one place to the next until there is nothing
+/// more to follow. It only looks: nothing is started or mounted. One thread.
+class AliasResolution {
+public:
+    enum class Follows { links, linksAndAliasFiles };
+
+    /// `entries` is borrowed.
+    AliasResolution(DesktopEntries& entries, Follows follows)
+        : _entries(entries)
+        , _follows(follows)
+    {
+    }
+
+    /// Moves `place`, at which something was found, to the end of the way. A number of
+    /// `CatalogResult`: -43 when something on the way is missing, -36 when the way has more than 16
+    /// steps; `place` is undefined then.
+    std::int16_t follow(ObjectPlace& place);
+
+    /// Whether the last way had any step.
+    bool hasFollowed() const { return _steps; }
+
+private:
+    std::int16_t nextPlace(const ObjectPlace& place, FileURL& next) const;
+    static std::int16_t targetOfLink(const ObjectPlace& link, FileURL& target);
+    FileURL targetOfAliasFile(const ObjectPlace& file) const;
+
+    DesktopEntries& _entries;
+    Follows _follows;
+    unsigned _steps = 0;
+};
+
+} // namespace zef

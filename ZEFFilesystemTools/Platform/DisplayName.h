@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace zef {
+
+/// A file name's bytes as people are shown them: as they are, but each byte that is no part of
+/// valid UTF-8 becomes U+FFFD. Any thread.
+std::string displayNameOfBytes(std::string_view bytes);
+
+/// Whether a name that a file gives itself can be shown: valid UTF-8 without control characters,
+/// and something to see in it. Any thread.
+bool isDisplayable(std::string_view name);
+
+} // namespace zef

@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/FileInformation.h"
+
+#include "ZEFFilesystemTools/Platform/AliasResolution.h"
+#include "ZEFFilesystemTools/Platform/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/DisplayName.h"
+#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/LinuxFileInformation.h"
+#include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/ObjectPlace.h"
+#include "ZEFFilesystemTools/Platform/TypeIdentifiers.h"
+#include "ZEFFilesystemTools/Platform/TypeTable.h"
+
+#include <utility>
+
+namespace zef {
+namespace {
+
+std::string_view typeOfEntry(const DesktopEntry* entry)
+{
+    if (entry && entry->kind() == DesktopEntry::Kind::application)
+        return type::applicationEntry;
+    return entry && entry->isAlias() ? type::aliasFile : type::desktopEntry;
+}
+
+// Links and folders never are entries, whatever they are called.
+bool mayBeEntry(const FileInformation::Object& object, std::string_view name)
+{
+    return !object.isSymlink && !object.ref.isFolder() && DesktopEntries::isNameOfEntry(name);
+}
+
+std::string typeByName(const FSRef& ref, std::string_view name)
+{
+    const auto& types = TypeTable::shared();
+    return ref.isFolder() ? types.typeOfFolderNamed(name) : types.typeOfFileNamed(name);
+}
+
+// As the last component of a URL: "/" for the root.
+std::string_view nameAt(const FileURL& url)
+{
+    const auto name = url.name();
+    return name.empty() && url ? "/" : name;
+}
+
+// The last component of `path`, after `path` has lost the slashes at its end.
+std::string_view takeName(std::string_view& path)
+{
+    const auto end = path.find_last_not_of('/');
+    if (end == std::string_view::npos)
+        return path.substr(0, 1);
+    path = path.substr(0, end + 1);
+    const auto slash = path.rfind('/');
+    return slash == std::string_view::npos ? path : path.substr(slash + 1);
+}
+
+URLKind kindOf(const Stat& stat)
+{
+    return stat.isFolder() ? URLKind::folder : URLKind::file;
+}
+
+// The reference to what is at `place`, and where that is; neither changes on a failure.
+std::int16_t copyPlace(const ObjectPlace& place, FSRef& ref, FileURL& url)
+{
+    auto found = place.url().withKind(kindOf(place.stat()));
+    if (!Locator::shared().makeRef(found, place.stat(), ref))
+        return CatalogResult::badReference;
+    url = std::move(found);
+    return CatalogResult::noError;
+}
+
+} // namespace
+
+FileInformation& FileInformation::system()
+{
+    static auto& information = *new LinuxFileInformation; // never destroyed, for late threads
+    return information;
+}
+
+std::int16_t LinuxFileInformation::copyContentType(const Object& object, std::string& type)
+{
+    if (object.isSymlink) {
+        type = type::symlink;
+        return CatalogResult::noError;
+    }
+    if (!object.url || mayBeEntry(object, object.url.name()))
+        return copyTypeOfEntry(object, type);
+    type = typeByName(object.ref, object.url.name());
+    return CatalogResult::noError;
+}
+
+// Also of an object whose name isn't known yet.
+std::int16_t LinuxFileInformation::copyTypeOfEntry(const Object& object, std::string& type)
+{
+    ObjectPlace place;
+    const auto result = place.find(object.ref, object.url);
+    if (result != CatalogResult::noError)
+        return result;
+    if (mayBeEntry(object, place.url().name()))
+        type = typeOfEntry(_entries.entry(place.path(), place.stat()).get());
+    else
+        type = typeByName(object.ref, place.url().name());
+    return result;
+}
+
+std::int16_t LinuxFileInformation::copyInvisibility(const Object& object, bool& isInvisible)
+{
+    ObjectPlace place;
+    const auto result = place.find(object.ref, object.url);
+    if (result == CatalogResult::noError)
+        isInvisible = _hiddenLists.hides(place.url());
+    return result;
+}
+
+std::int16_t LinuxFileInformation::copyInvisibilityAtURL(const FileURL& url, bool& isInvisible)
+{
+    ObjectPlace place;
+    const auto result = place.lookAt(url);
+    if (result == CatalogResult::noError)
+        isInvisible = _hiddenLists.hides(url);
+    return result;
+}
+
+std::string LinuxFileInformation::copyDisplayName(const Object& object)
+{
+    if (object.url && !mayBeEntry(object, object.url.name()))
+        return displayNameOfBytes(nameAt(object.url));
+    ObjectPlace place;
+    if (place.find(object.ref, object.url) != CatalogResult::noError)
+        return {};
+    return nameToShow(nameAt(place.url()), place.path(), place.stat());
+}
+
+std::string LinuxFileInformation::copyDisplayNameAtPath(const std::string& path)
+{
+    std::string_view rest = path;
+    const auto name = takeName(rest);
+    PathBytes bytes;
+    Stat stat;
+    const bool mayBeRead = DesktopEntries::isNameOfEntry(name)
+        && path.find('\0') == std::string::npos && bytes.append(rest)
+        && FileSystem::shared().statLink(bytes.text(), stat) == 0;
+    return mayBeRead ? nameToShow(name, bytes.text(), stat) : displayNameOfBytes(name);
+}
+
+std::string LinuxFileInformation::nameToShow(
+    std::string_view name, const char* path, const Stat& stat)
+{
+    const auto entry = DesktopEntries::isNameOfEntry(name) ? _entries.entry(path, stat) : nullptr;
+    return entry && !entry->name().empty() ? entry->name() : displayNameOfBytes(name);
+}
+
+std::int16_t LinuxFileInformation::resolveAliasFile(
+    FSRef& ref, FileURL& url, bool& targetIsFolder, bool& wasAliased)
+{
+    ObjectPlace place;
+    auto result = place.find(ref, url);
+    if (result != CatalogResult::noError)
+        return result;
+    AliasResolution resolution(_entries, AliasResolution::Follows::linksAndAliasFiles);
+    result = resolution.follow(place);
+    if (result != CatalogResult::noError)
+        return result;
+    // The reference of an object that is its own target knows more than a new one would.
+    if (resolution.hasFollowed())
+        result = copyPlace(place, ref, url);
+    else
+        url = place.url().withKind(kindOf(place.stat()));
+    if (result != CatalogResult::noError)
+        return result;
+    targetIsFolder = place.stat().isFolder();
+    wasAliased = resolution.hasFollowed();
+    return result;
+}
+
+std::int16_t LinuxFileInformation::copyTargetOfURL(const FileURL& url, FSRef& ref, FileURL& target)
+{
+    ObjectPlace place;
+    auto result = place.lookAt(url);
+    if (result == CatalogResult::noError)
+        result = AliasResolution(_entries, AliasResolution::Follows::links).follow(place);
+    return result == CatalogResult::noError ? copyPlace(place, ref, target) : result;
+}
+
+} // namespace zef

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/FileURL.h"
+#include "ZEFFilesystemTools/Platform/HiddenList.h"
+#include "ZEFFilesystemTools/Platform/SmallFileCache.h"
+
+namespace zef {
+
+/// Knows which files their folders hide: those with a name that begins with a dot, and those that
+/// the folder's ".hidden" lists, so far as that is a regular file of at most 64 KiB that may be
+/// read.
+///
+/// The lists of the last few folders are kept; each question costs one look at the disk, for a name
+/// with a dot none. Any thread.
+class HiddenLists {
+public:
+    /// Whether the file at `url` is hidden, which need not be there; the root never is, nor is nil.
+    bool hides(const FileURL& url);
+
+private:
+    SmallFileCache<HiddenList, 8> _lists;
+};
+
+} // namespace zef

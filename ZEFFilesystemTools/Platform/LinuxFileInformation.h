@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/DesktopEntries.h"
+#include "ZEFFilesystemTools/Platform/FileInformation.h"
+#include "ZEFFilesystemTools/Platform/HiddenLists.h"
+
+#include <memory>
+#include <string_view>
+
+namespace zef {
+
+/// What Linux desktops have agreed upon: names and content of desktop entries, ".hidden" lists,
+/// symbolic links. Any thread.
+class LinuxFileInformation final : public FileInformation {
+public:
+    std::int16_t copyContentType(const Object&, std::string& type) override;
+    std::int16_t copyInvisibility(const Object&, bool& isInvisible) override;
+    std::int16_t copyInvisibilityAtURL(const FileURL& url, bool& isInvisible) override;
+    std::string copyDisplayName(const Object&) override;
+    std::string copyDisplayNameAtPath(const std::string& path) override;
+    std::int16_t resolveAliasFile(
+        FSRef& ref, FileURL& url, bool& targetIsFolder, bool& wasAliased) override;
+    std::int16_t copyTargetOfURL(const FileURL& url, FSRef& ref, FileURL& target) override;
+
+private:
+    std::int16_t copyTypeOfEntry(const Object&, std::string& type);
+    std::string nameToShow(std::string_view name, const char* path, const Stat& stat);
+
+    DesktopEntries _entries;
+    HiddenLists _hiddenLists;
+};
+
+} // namespace zef

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/FSRef.h"
+#include "ZEFFilesystemTools/Platform/FileURL.h"
+#include "ZEFFilesystemTools/Platform/PathBytes.h"
+#include "ZEFFilesystemTools/Platform/Stat.h"
+
+#include <cstdint>
+
+namespace zef {
+
+/// Where an object is, and what it is there. One thread.
+class ObjectPlace {
+public:
+    /// Finds the object that `ref` refers to, at `lastKnown` (may be nil) or wherever it was moved,
+    /// with one look at the disk where it was not moved. A number of `CatalogResult`: -43 when it
+    /// is gone.
+    std::int16_t find(const FSRef& ref, const FileURL& lastKnown);
+
+    /// Looks at what is at `url`, the link itself where it is one. A number of `CatalogResult`: -43
+    /// when there is nothing.
+    std::int16_t lookAt(const FileURL& url);
+
+    /// As it was spelled; all three mean something only after a success.
+    const FileURL& url() const { return _url; }
+    const char* path() const { return _path.text(); }
+    const Stat& stat() const { return _stat; }
+
+private:
+    std::int16_t lookFor(const FSRef& ref, const FileURL& url);
+
+    FileURL _url;
+    PathBytes _path;
+    Stat _stat;
+};
+
+} // namespace zef

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/Clock.h"
+#include "ZEFFilesystemTools/Platform/FileStamps.h"
+#include "ZEFFilesystemTools/Platform/SmallFile.h"
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+namespace zef {
+
+/// Remembers what the last few small files meant, for as long as their numbers, sizes and time
+/// stamps tell that nobody has written them. A file that was written in the last two seconds is
+/// read anew each time, because the next write might leave no trace. Any thread; no lock is held
+/// while the file system works.
+template <typename Meaning, std::size_t Capacity> class SmallFileCache {
+public:
+    /// What the file at `path`, which `seen` was just taken of, means: the result of
+    /// `parse(bytes)`. Null when it is no small file, can't be read or was replaced meanwhile.
+    template <typename Parse>
+    std::shared_ptr<const Meaning> read(const char* path, const Stat& seen, const Parse& parse)
+    {
+        if (!isSmallFile(seen))
+            return nullptr;
+        // The system's own clock, because the stamps come from it too.
+        const auto now = Clock::system().now();
+        if (auto known = find(seen.device, FileStamps(seen, now, StampClock::otherHosts)))
+            return known;
+        Stat stat;
+        std::string bytes;
+        if (readSmallFile(path, stat, bytes) != 0 || stat.device != seen.device
+            || stat.inode != seen.inode)
+            return nullptr;
+        auto meaning = std::make_shared<const Meaning>(parse(std::move(bytes)));
+        const FileStamps stamps(stat, now, StampClock::otherHosts);
+        const bool isSettled = !stamps.mayHaveChangedSince(stamps);
+        if (isSettled)
+            keep({ stat.device, stamps, meaning });
+        return meaning;
+    }
+
+    void forget()
+    {
+        std::lock_guard lock(_mutex);
+        _files = {};
+    }
+
+private:
+    struct File {
+        std::uint32_t device = 0;
+        FileStamps stamps;
+        std::shared_ptr<const Meaning> meaning;
+    };
+
+    std::shared_ptr<const Meaning> find(std::uint32_t device, const FileStamps& stamps)
+    {
+        std::lock_guard lock(_mutex);
+        for (const auto& file : _files) {
+            if (file.meaning && file.device == device && !stamps.mayHaveChangedSince(file.stamps))
+                return file.meaning;
+        }
+        return nullptr;
+    }
+
+    // In the place of the oldest, which dies outside of the lock.
+    void keep(File file)
+    {
+        std::lock_guard lock(_mutex);
+        std::swap(_files[_next], file);
+        _next = (_next + 1) % Capacity;
+    }
+
+    std::mutex _mutex;
+    std::array<File, Capacity> _files;
+    std::size_t _next = 0;
+};
+
+} // namespace zef
