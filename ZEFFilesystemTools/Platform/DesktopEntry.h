@@ -9,7 +9,7 @@
 
 namespace zef {
 
-/// What a desktop entry says of itself (Desktop Entry Specification 1.5): so far as it concerns
+/// What a desktop entry, as freedesktop.org describes them, says of itself so far as it concerns
 /// what a file is, is called, and leads to. It is never acted upon.
 ///
 /// Immutable; any thread.
