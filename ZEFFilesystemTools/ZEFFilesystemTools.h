@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"

@@ -18,9 +18,8 @@ class ZEFFileTable;
 /// The one canonical object of a file, folder or link on disk. It stays attached to its file while
 /// that is renamed or moved, and tells each observer what changed since it last asked.
 ///
-/// Items come from the factory methods of a class object. An item belongs to one thread at a time;
-/// any thread may ask for `isValid`, the numbers, the two marks, `url` and for copies of
-/// references.
+/// Items come from a class object. An item belongs to one thread at a time; any thread may ask for
+/// `isValid`, the numbers, the two marks, `url` and for copies of references.
 class ZEFFileItem : public ZEFObject {
 public:
     static const ZEFFileItemClass classObject;
@@ -31,7 +30,7 @@ public:
     ZEFFileItem(const zef::FileURL& url, const zef::FSRef* fsRef, const zef::FileURL& pathRep,
         const zef::Stat* statInfo);
 
-    // Identity, fixed when the item is made.
+    // Identity, fixed when the item is made; a copy is the item itself.
     std::size_t hash() const override;
     /// Whether `other` is an item of this one's class, or of a subclass, with the same numbers.
     bool isEqual(const ZEFObject* other) const override;
@@ -39,23 +38,20 @@ public:
     std::uint64_t fileiNode() const { return _iNode; }
     /// The item's key in the registry.
     std::uint64_t fileiNodeHash() const;
-    /// Whether mode bit 0x4000 was set: a folder, a package, a socket.
+    /// Whether mode bit 0x4000 was set: folders, packages, sockets.
     bool isBasicDirectory() const { return _marks & basicDirectoryMark; }
     bool isSymlink() const { return _marks & symlinkMark; }
-    /// The item itself.
     zef::Ref<ZEFObject> copy() override;
     std::string description() const override;
 
-    // As last seen, without a look at the disk.
+    // As last seen, without a look at the disk; nil for a lost file. Pointers are borrowed until
+    // the location changes.
     /// NO once the file was found lost; it never becomes valid again.
     bool isValid() const { return _state.has(validState); }
-    /// Nil for a lost file.
     zef::FileURL url() const;
-    /// Nil for a lost file. Borrowed until the location changes.
     const std::string* path();
-    /// Nil for a lost file and for a path longer than PATH_MAX allows.
+    /// Nil also for a path longer than PATH_MAX allows.
     zef::PathBuffer filesystemRepresentation();
-    /// Borrowed; null when there is none or the file is lost.
     const zef::FSRef* fsRef() const;
     bool refValid() const { return _state.has(refValidState); }
     /// The date last seen through the item itself, kept until a change is seen.
@@ -77,9 +73,8 @@ public:
     void ZEF_checkKQueue();
 
     // Observers: any objects, not retained, told apart by identity. Never the item itself.
-    /// NO when it is registered already.
+    /// Both say NO when it is, or is not, registered already.
     bool registerFileObserver(const ZEFObject* observer);
-    /// NO when it is not registered.
     bool removeFileObserver(const ZEFObject* observer);
     /// What happened since `observer` last asked; its first question registers it.
     ZEFFileChanges changesForObserver(const ZEFObject* observer);
@@ -89,13 +84,18 @@ public:
     /// For subclasses: something happened to the file.
     virtual void updateForEvent(const ZEFChangeRecord*);
 
+    // Archives; the class object reads them.
+    /// Leads a later run of the program to the file; nil when the item is lost or has no reference.
+    zef::Ref<ZEFArchiveDictionary> archiveDictionary();
+    /// For subclasses: adds the item's keys; called by `archiveDictionary`.
+    virtual void loadDataIntoArchive(ZEFArchiveDictionary* dictionary);
+
     // For the library.
     void ZEF_setContainer(ZEFFileTable*);
     ZEFFileTable* ZEF_container() const { return _container.load(std::memory_order_acquire); }
     /// Whether `stat`, just taken at `where`, is of this very file. Any thread.
     bool ZEF_isSameObject(const zef::Stat& stat, const zef::FileURL& where) const;
-    /// The same question as `changesForObserver`, but a change of the path is left for the
-    /// observer's next question.
+    /// The same as `changesForObserver`, but a change of the path is left for the next question.
     ZEFFileChanges ZEF_modificationForObserver(const ZEFObject* observer);
     /// The file was seen at `url`: takes that for its location when it is no longer at its own.
     void ZEF_seenAtURL(const zef::FileURL& url);

@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Array.h"
 #include "ZEFFilesystemTools/Platform/Class.h"
 #include "ZEFFilesystemTools/Platform/FSRef.h"
 #include "ZEFFilesystemTools/Platform/FileURL.h"
 #include "ZEFFilesystemTools/Platform/Ref.h"
+#include "ZEFFilesystemTools/Platform/ValueArray.h"
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
+class ZEFArchiveDictionary;
 class ZEFFileItem;
 
 /// A class of file items as a value: the factory of the one canonical item of each file.
@@ -24,10 +28,18 @@ public:
     using Initializer = zef::Ref<ZEFFileItem> (*)(const zef::FileURL& url, const zef::FSRef* fsRef,
         const zef::FileURL& pathRep, const zef::Stat* statInfo);
 
-    constexpr ZEFFileItemClass(
-        const char* className, const zef::Class* superclassObject, Initializer initWithURL)
+    /// Finds the file of an archive, for a class whose items keep keys of their own there. The item
+    /// comes from the factory of `receiver`, the class that was asked: the reader's own or a
+    /// subclass. May yield nil.
+    using ArchiveReader = zef::Ref<ZEFFileItem> (*)(
+        const ZEFFileItemClass& receiver, const ZEFArchiveDictionary& dictionary);
+
+    /// Without `archiveReader` the class reads archives as its superclass does.
+    constexpr ZEFFileItemClass(const char* className, const zef::Class* superclassObject,
+        Initializer initWithURL, ArchiveReader archiveReader = nullptr)
         : zef::Class{ className, superclassObject }
         , _initWithURL(initWithURL)
+        , _readArchive(archiveReader)
     {
     }
 
@@ -53,6 +65,33 @@ public:
     /// The item of the file that `ref` refers to; nil when that is gone or can't be found.
     zef::Ref<ZEFFileItem> newFileItemForFSRef(const zef::FSRef* ref) const;
 
+    /// The item of the file that `dictionary`, made by `archiveDictionary` in this run of the
+    /// program or an earlier one, leads to. Nil for nil, and when neither its data nor its path
+    /// leads to a file or the data are empty.
+    zef::Ref<ZEFFileItem> newFileItemForArchiveDictionary(
+        const ZEFArchiveDictionary* dictionary) const;
+    /// The same as this class reads archives, with `receiver` in the role of the class that was
+    /// asked: what a subclass's reader calls for its superclass's way.
+    zef::Ref<ZEFFileItem> readArchive(
+        const ZEFFileItemClass& receiver, const ZEFArchiveDictionary& dictionary) const;
+
+    // Whole arrays. Nil for nil; otherwise what the elements yield, in order, without those that
+    // yield nothing. `zef::MutationError` when the array is changed meanwhile.
+    zef::Ref<zef::Array<ZEFArchiveDictionary>> archiveDictionariesForFileItems(
+        const zef::Array<ZEFFileItem>* items) const;
+    zef::Ref<zef::Array<ZEFFileItem>> fileItemsForArchiveDictionaries(
+        const zef::Array<ZEFArchiveDictionary>* dictionaries) const;
+    /// As last seen, without a look at the disk.
+    zef::Ref<zef::ValueArray<zef::FileURL>> urlsForFileItems(
+        const zef::Array<ZEFFileItem>* items) const;
+    zef::Ref<zef::Array<ZEFFileItem>> fileItemsForURLs(
+        const zef::ValueArray<zef::FileURL>* urls) const;
+    /// As last seen, without a look at the disk.
+    zef::Ref<zef::ValueArray<std::string>> pathsForFileItems(
+        const zef::Array<ZEFFileItem>* items) const;
+    zef::Ref<zef::Array<ZEFFileItem>> fileItemsForPaths(
+        const zef::ValueArray<std::string>* paths) const;
+
     /// For listings, which have looked at the file already: the item of the file at `url` that
     /// `stat` describes, without a further look at the disk. It takes nothing that would find the
     /// file after a move; the item does so itself when somebody begins to follow it.
@@ -63,4 +102,5 @@ private:
     class Request;
 
     Initializer _initWithURL;
+    ArchiveReader _readArchive;
 };

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
+
+#include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
+#include "ZEFFilesystemTools/Platform/AliasData.h"
+#include "ZEFFilesystemTools/Platform/Log.h"
+
+namespace {
+
+constexpr std::size_t usualArchiveCapacity = 10;
+
+} // namespace
+
+zef::Ref<ZEFArchiveDictionary> ZEFFileItem::archiveDictionary()
+{
+    if (!refValid() || !isValid())
+        return nullptr;
+    auto dictionary = zef::makeRef<ZEFArchiveDictionary>(usualArchiveCapacity);
+    loadDataIntoArchive(dictionary.get());
+    return dictionary->isEmpty() ? nullptr : dictionary;
+}
+
+void ZEFFileItem::loadDataIntoArchive(ZEFArchiveDictionary* dictionary)
+{
+    if (const auto* lastPath = path())
+        dictionary->setStringForKey(*lastPath, ZEFArchivePathKey);
+
+    ZEF_keepReference();
+    zef::AliasData::Bytes bytes;
+    const int error = zef::AliasData::shared().make(referenceCopy(), _pathURL, bytes);
+    if (error) {
+        zef::log("Error %d creating aliasHandle to make aliashandledata for file %s", error,
+            zef::logText(_pathURL ? _pathURL.absoluteString().c_str() : nullptr));
+        return;
+    }
+    dictionary->setDataForKey(std::move(bytes), ZEFArchiveDataKey);
+}
