@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/KnownTypes.h"
+
+#include "ZEFFilesystemTools/Platform/CaseFolding.h"
+#include "ZEFFilesystemTools/Platform/OwnTypes.h"
+#include "ZEFFilesystemTools/Platform/TypeIdentifiers.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+
+namespace zef {
+namespace {
+
+constexpr unsigned usualWeight = 50;
+constexpr std::string_view mimePrefix = "mime:";
+constexpr std::string_view inodePrefix = "mime:inode/";
+
+struct Family {
+    std::string_view prefix;
+    std::string_view parent;
+};
+
+// What an identifier tells by its first part, the longer parts first. That every text is plain text
+// and all else that isn't an inode is data is a rule of the MIME database itself.
+constexpr auto families = std::to_array<Family>({
+    { inodePrefix, type::item },
+    { "mime:text/", "public.plain-text" },
+    { "mime:image/", "public.image" },
+    { "mime:audio/", "public.audio" },
+    { "mime:video/", "public.movie" },
+    { mimePrefix, type::data },
+    { "dyn.data.", type::data },
+    { "dyn.directory.", type::directory },
+});
+
+bool beginsWith(std::string_view text, std::string_view prefix)
+{
+    return equalsFolded(text.substr(0, prefix.size()), prefix);
+}
+
+std::string_view parentOfFamily(std::string_view identifier)
+{
+    for (const auto& family : families) {
+        if (beginsWith(identifier, family.prefix))
+            return family.parent;
+    }
+    return {};
+}
+
+std::string identifierOf(std::string_view mimeType)
+{
+    std::string identifier(mimePrefix);
+    identifier += mimeType;
+    return identifier;
+}
+
+struct FoldedLess {
+    bool operator()(std::string_view one, std::string_view other) const
+    {
+        return std::lexicographical_compare(one.begin(), one.end(), other.begin(), other.end(),
+            [](char a, char b) { return foldedCase(a) < foldedCase(b); });
+    }
+};
+
+using Aliases = std::map<std::string_view, std::string_view, FoldedLess>;
+
+// What the alias stands for in the end, or something on the way where there is no end.
+std::string_view endOfAliases(const Aliases& aliases, std::string_view name)
+{
+    constexpr auto mostSteps = 16;
+    for (auto step = 0; step < mostSteps; ++step) {
+        const auto found = aliases.find(name);
+        if (found == aliases.end())
+            break;
+        name = found->second;
+    }
+    return name;
+}
+
+} // namespace
+
+KnownTypes::KnownTypes(const std::vector<MimeDatabase>& databases)
+{
+    addOwnTypes();
+    addAliases(databases);
+    for (const auto& database : databases)
+        addSubclasses(database);
+    for (const auto& database : databases) {
+        for (const auto& glob : database.globs)
+            addMimeType(glob.type);
+    }
+    _graph.complete();
+    addGlobs(databases);
+    _globs.complete();
+}
+
+void KnownTypes::addOwnTypes()
+{
+    for (const auto& own : ownTypes()) {
+        const auto type = _graph.add(own.identifier);
+        for (auto list = own.parents; !list.empty();)
+            _graph.addParent(type, _graph.find(takeListedWord(list)));
+        for (auto list = own.mimeTypes; !list.empty();)
+            _graph.addName(identifierOf(takeListedWord(list)), type);
+        for (auto list = own.extensions; !list.empty();) {
+            const auto word = takeListedWord(list);
+            const bool heedsCase = word.starts_with('=');
+            _globs.add("*." + std::string(word.substr(heedsCase ? 1 : 0)), type, usualWeight,
+                heedsCase ? MimeGlobs::Case::heeded : MimeGlobs::Case::folded);
+        }
+    }
+    _globs.protect();
+    _ownCount = static_cast<Type>(_graph.size());
+}
+
+void KnownTypes::addAliases(const std::vector<MimeDatabase>& databases)
+{
+    Aliases aliases;
+    for (const auto& database : databases) {
+        for (const auto& [alias, type] : database.aliases)
+            aliases.emplace(alias, type);
+    }
+    for (const auto& [alias, type] : aliases)
+        _graph.addName(identifierOf(alias), addMimeType(endOfAliases(aliases, type)));
+}
+
+// The parents of its family come first, because a type has only so many.
+KnownTypes::Type KnownTypes::addMimeType(std::string_view name)
+{
+    const auto identifier = identifierOf(name);
+    const auto known = _graph.find(identifier);
+    if (known != TypeGraph::none)
+        return known;
+
+    const auto type = _graph.add(identifier);
+    _graph.addParent(type, _graph.find(parentOfFamily(identifier)));
+    if (!beginsWith(identifier, inodePrefix))
+        _graph.addParent(type, _graph.find(type::data));
+    _graph.addParent(type, _graph.find(type::item));
+    return type;
+}
+
+void KnownTypes::addSubclasses(const MimeDatabase& database)
+{
+    for (const auto& [name, parent] : database.subclasses) {
+        const auto type = addMimeType(name);
+        if (type >= _ownCount)
+            _graph.addParent(type, addMimeType(parent));
+    }
+}
+
+void KnownTypes::addGlobs(const std::vector<MimeDatabase>& databases)
+{
+    const auto data = _graph.find(type::data);
+    std::vector<bool> isClosed(_graph.size());
+    for (const auto& database : databases) {
+        for (const auto& glob : database.globs) {
+            const auto type = _graph.find(identifierOf(glob.type));
+            if (type == TypeGraph::none || isClosed[type] || !_graph.conforms(type, data)
+                || beginsWith(_graph.identifier(type), inodePrefix))
+                continue;
+            _globs.add(glob.glob, type, glob.weight,
+                glob.heedsCase ? MimeGlobs::Case::heeded : MimeGlobs::Case::folded);
+        }
+        for (const auto& name : database.typesWithoutOtherGlobs) {
+            const auto type = _graph.find(identifierOf(name));
+            if (type != TypeGraph::none)
+                isClosed[type] = true;
+        }
+    }
+}
+
+bool KnownTypes::conforms(std::string_view type, std::string_view other) const
+{
+    if (equalsFolded(type, other))
+        return true;
+    const auto otherType = _graph.find(other);
+    if (otherType == TypeGraph::none)
+        return false;
+    auto known = _graph.find(type);
+    if (known == TypeGraph::none)
+        known = _graph.find(parentOfFamily(type));
+    return known != TypeGraph::none && _graph.conforms(known, otherType);
+}
+
+std::string_view KnownTypes::typeOfName(std::string_view name) const
+{
+    const auto type = _globs.typeOfName(name);
+    return type == TypeGraph::none ? std::string_view() : _graph.identifier(type);
+}
+
+std::string_view KnownTypes::typeOfExtension(std::string_view extension) const
+{
+    const auto type = _globs.typeOfExtension(extension);
+    return type == TypeGraph::none ? std::string_view() : _graph.identifier(type);
+}
+
+} // namespace zef

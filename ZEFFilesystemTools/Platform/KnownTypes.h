@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/MimeDatabase.h"
+#include "ZEFFilesystemTools/Platform/MimeGlobs.h"
+#include "ZEFFilesystemTools/Platform/TypeGraph.h"
+
+#include <string_view>
+#include <vector>
+
+namespace zef {
+
+/// The own types and those of some MIME databases. A type `a/b` of a database is `mime:a/b` here,
+/// or another name of the own type that it stands for; what the own table says of its types and
+/// extensions holds whatever a database says. Immutable; any thread.
+class KnownTypes {
+public:
+    /// Takes in the databases, the most important one first.
+    explicit KnownTypes(const std::vector<MimeDatabase>& databases);
+
+    /// Whether `type` is `other` or a kind of it. A type that isn't known is a kind of what its
+    /// first part says, or of nothing.
+    bool conforms(std::string_view type, std::string_view other) const;
+
+    /// The type for a file's name, or for names with this extension; empty when none is known.
+    std::string_view typeOfName(std::string_view name) const;
+    std::string_view typeOfExtension(std::string_view extension) const;
+
+private:
+    using Type = TypeGraph::Type;
+
+    void addOwnTypes();
+    void addAliases(const std::vector<MimeDatabase>& databases);
+    void addSubclasses(const MimeDatabase& database);
+    void addGlobs(const std::vector<MimeDatabase>& databases);
+    Type addMimeType(std::string_view name);
+
+    TypeGraph _graph;
+    MimeGlobs _globs;
+    Type _ownCount = 0;
+};
+
+} // namespace zef

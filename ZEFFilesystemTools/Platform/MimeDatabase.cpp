@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/MimeDatabase.h"
+
+#include "ZEFFilesystemTools/Platform/Log.h"
+#include "ZEFFilesystemTools/Platform/MimeFile.h"
+#include "ZEFFilesystemTools/Platform/MimeGlobs.h"
+
+#include <algorithm>
+#include <charconv>
+#include <set>
+
+namespace zef {
+namespace {
+
+constexpr unsigned greatestWeight = 100;
+constexpr std::size_t longestType = 200;
+constexpr std::string_view noGlobs = "__NOGLOBS__";
+
+// Takes what stands before the next `separator` off `text`, and the separator.
+std::string_view take(std::string_view& text, char separator)
+{
+    const auto end = std::min(text.find(separator), text.size());
+    const auto part = text.substr(0, end);
+    text.remove_prefix(std::min(end + 1, text.size()));
+    return part;
+}
+
+// Calls `parse` for every line that says something and counts those that it refuses.
+template <typename Parser> std::size_t parseLines(std::string_view text, const Parser& parse)
+{
+    std::size_t refused = 0;
+    while (!text.empty()) {
+        auto line = take(text, '\n');
+        if (line.ends_with('\r'))
+            line.remove_suffix(1);
+        if (!line.empty() && line.front() != '#' && !parse(line))
+            ++refused;
+    }
+    return refused;
+}
+
+bool isGraphic(char character)
+{
+    return character > ' ' && character < 0x7f;
+}
+
+// "text/plain": two parts of graphic characters.
+bool isType(std::string_view text)
+{
+    const auto slash = text.find('/');
+    return slash != text.npos && slash > 0 && slash + 1 < text.size()
+        && text.find('/', slash + 1) == text.npos && text.size() <= longestType
+        && std::all_of(text.begin(), text.end(), isGraphic);
+}
+
+bool parseWeight(std::string_view text, unsigned& weight)
+{
+    const auto* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, weight);
+    return result.ec == std::errc() && result.ptr == end && weight <= greatestWeight;
+}
+
+bool parseGlob(std::string_view line, MimeDatabase::Glob& glob)
+{
+    if (!parseWeight(take(line, ':'), glob.weight))
+        return false;
+    glob.type = take(line, ':');
+    glob.glob = take(line, ':');
+    auto flags = take(line, ':');
+    while (!flags.empty())
+        glob.heedsCase |= take(flags, ',') == "cs";
+    return isType(glob.type) && !glob.glob.empty() && glob.glob.size() <= MimeGlobs::longestGlob
+        && glob.glob.find('\0') == std::string::npos;
+}
+
+bool parsePair(std::string_view line, MimeDatabase::Pair& pair)
+{
+    pair.first = take(line, ' ');
+    pair.second = line;
+    return isType(pair.first) && isType(pair.second);
+}
+
+std::size_t parsePairs(std::string_view text, std::vector<MimeDatabase::Pair>& pairs)
+{
+    return parseLines(text, [&](std::string_view line) {
+        MimeDatabase::Pair pair;
+        if (!parsePair(line, pair))
+            return false;
+        pairs.push_back(std::move(pair));
+        return true;
+    });
+}
+
+// A glob that heeds case is listed a second time without the flag, for readers that don't know it.
+void dropRepeatedGlobs(std::vector<MimeDatabase::Glob>& globs)
+{
+    std::set<std::pair<std::string_view, std::string_view>> heedingCase;
+    for (const auto& glob : globs) {
+        if (glob.heedsCase)
+            heedingCase.emplace(glob.type, glob.glob);
+    }
+    std::vector<bool> isRepeated(globs.size());
+    for (std::size_t index = 0; index < globs.size(); ++index) {
+        const auto& glob = globs[index];
+        isRepeated[index] = !glob.heedsCase && heedingCase.contains({ glob.type, glob.glob });
+    }
+    std::size_t index = 0;
+    std::erase_if(globs, [&](const auto&) { return isRepeated[index++]; });
+}
+
+} // namespace
+
+void MimeDatabase::parseGlobs(std::string_view text)
+{
+    brokenLines += parseLines(text, [&](std::string_view line) {
+        Glob glob;
+        if (!parseGlob(line, glob))
+            return false;
+        if (glob.glob == noGlobs)
+            typesWithoutOtherGlobs.push_back(std::move(glob.type));
+        else
+            globs.push_back(std::move(glob));
+        return true;
+    });
+    dropRepeatedGlobs(globs);
+}
+
+void MimeDatabase::parseSubclasses(std::string_view text)
+{
+    brokenLines += parsePairs(text, subclasses);
+}
+
+void MimeDatabase::parseAliases(std::string_view text)
+{
+    brokenLines += parsePairs(text, aliases);
+}
+
+MimeDatabase MimeDatabase::inFolder(const std::string& folder)
+{
+    MimeDatabase database;
+    std::string text;
+    std::string unusable;
+    const auto read = [&](const char* name) {
+        if (readMimeFile(folder + '/' + name, text) == MimeFileResult::unusable)
+            (unusable += unusable.empty() ? "" : ", ") += name;
+    };
+    read("globs2");
+    database.parseGlobs(text);
+    read("subclasses");
+    database.parseSubclasses(text);
+    read("aliases");
+    database.parseAliases(text);
+    if (!unusable.empty() || database.brokenLines)
+        log("MIME database in %s: %zu lines left out, files that can't be used: %s", folder.c_str(),
+            database.brokenLines, unusable.empty() ? "none" : unusable.c_str());
+    return database;
+}
+
+} // namespace zef
