@@ -2,9 +2,11 @@
 #pragma once
 
 #include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
+#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
+#include "ZEFFilesystemTools/Platform/LocalizedString.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
 #include "ZEFFilesystemTools/Platform/Log.h"
 #include "ZEFFilesystemTools/Platform/OperationQueue.h"

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
+#include "ZEFFilesystemTools/Platform/FileInformation.h"
+
+#include <optional>
+#include <string>
+
+/// What one basic info item has found out; it belongs to the item, and to its thread.
+struct ZEFBasicInfoDetails {
+    std::optional<std::string> fileName;
+    std::optional<std::string> displayName;
+    std::optional<std::string> uti;
+    std::optional<std::string> resolvedUTI;
+    std::optional<std::string> resolvedPath;
+    zef::FileURL resolvedURL;
+    /// Null for an item that is its own target, or while that isn't known.
+    zef::Ref<ZEFFileItem> resolvedFile;
+    bool isOwnTarget = false;
+    zef::FSRef resolvedFSRef;
+    /// Where that was when it was found.
+    zef::FileURL targetURL;
+};

@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/BasicInfo/ZEFTriState.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
+
+#include <memory>
+#include <string>
+
+/// A file item that knows what a file browser shows: names, type, whether it is a folder, a
+/// package, an application, an alias or invisible, and where an alias or a link leads.
+///
+/// Every answer is computed with the first question and kept; `updateForEvent` drops what an event
+/// may have changed. What a pointer or a URL leads to is borrowed until then. Like every item it
+/// belongs to one thread at a time; nothing here is locked.
+struct ZEFBasicInfoDetails;
+
+/// Boolean: whether the file is an alias or a link, which is found again by its path.
+extern const char* const ZEFArchiveIsAliasKey;
+
+class ZEFBasicInfoFileItem : public ZEFFileItem {
+public:
+    static const ZEFFileItemClass classObject;
+    const ZEFFileItemClass& objectClass() const override { return classObject; }
+
+    ZEFBasicInfoFileItem(const zef::FileURL& url, const zef::FSRef* fsRef,
+        const zef::FileURL& pathRep, const zef::Stat* statInfo);
+
+    /// The name in the folder, as bytes; the localised "Computer" for "/Volumes/". Nil for a lost
+    /// file whose name nobody asked for before.
+    const std::string* fileName();
+    /// The name to show, in the user's language where the file has one. It may say anything at
+    /// all, "report.pdf" too: `fileName` is the truth. Nil as for `fileName`.
+    const std::string* displayName();
+
+    /// The type identifier of the file itself.
+    const std::string* uti();
+    /// The type identifier of what an alias or a link leads to; otherwise of the file itself.
+    const std::string* resolvedUTI();
+
+    /// The target of an alias or a link, or the file itself. Null when it can't be found, except
+    /// for the call that finds that out.
+    const zef::FSRef* resolvedFSRef();
+    /// Where that is; the file's own URL when it can't be found. Nil for a lost file.
+    const zef::FileURL& resolvedURL();
+    const std::string* resolvedPath();
+    /// The item of the target, of this item's class; the item itself for a file that is neither
+    /// alias nor link. Nil when there is none.
+    ZEFFileItem* resolvedFile();
+
+    /// Whether it is, or leads to, a folder that is not a package.
+    bool isDirectory();
+    /// Whether it is a folder that people see as one file. A link to a package is none.
+    bool isPackage();
+    /// Whether it is, or leads to, an application.
+    bool isApplication();
+    /// Whether it is an alias file; a symbolic link is none.
+    bool isAlias();
+    /// Whether it is neither an alias file nor a symbolic link.
+    bool isRealFile();
+    /// Whether it is hidden from people. "/home/" and "/net/" always are.
+    bool isInvisible();
+    bool isRootDirectory();
+    bool isVolumesDirectory();
+
+    /// Lets everything that depends on an alias's target be found out anew, except names, types
+    /// and URLs. YES.
+    bool resetAliasStatus();
+
+    void updateForEvent(const ZEFChangeRecord*) override;
+    void loadDataIntoArchive(ZEFArchiveDictionary* dictionary) override;
+    /// Computes nothing: what isn't known yet shows as -1 or "(null)".
+    std::string description() const override;
+
+protected:
+    ~ZEFBasicInfoFileItem() override;
+
+private:
+    static zef::Ref<ZEFFileItem> itemForArchiveDictionary(
+        const ZEFFileItemClass& receiver, const ZEFArchiveDictionary&);
+
+    ZEFBasicInfoDetails& details();
+    std::string makeDisplayName();
+    std::string typeByName();
+    std::string typeOfTarget();
+    bool computeInvisibility();
+    void resolveTarget();
+    zef::FileURL findTarget();
+    void findKindOfFolder();
+    void setKindOfFolder(bool isPackage);
+    void forgetNamesAndTypes();
+    void forgetTarget();
+    void forgetKind();
+
+    // A listing of a large folder makes one of these an entry: what is known only after somebody
+    // has asked lies elsewhere.
+    std::unique_ptr<ZEFBasicInfoDetails> _details;
+    ZEFTriState _isApplication;
+    ZEFTriState _isVolumesDirectory;
+    ZEFTriState _isRootDirectory;
+    ZEFTriState _isDirectory;
+    ZEFTriState _isPackage;
+    ZEFTriState _isInvisible;
+    ZEFTriState _isAlias;
+    ZEFTriState _resolvedFSRefIsValid;
+    ZEFTriState _resolvedIsDirectory;
+};
