@@ -1,20 +1,34 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasData.h"
-
+#include "ZEFFilesystemTools/Platform/AliasMaker.h"
+#include "ZEFFilesystemTools/Platform/AliasResolver.h"
 #include "ZEFFilesystemTools/Platform/CatalogResult.h"
 
 namespace zef {
 namespace {
 
-// Knows no lasting references yet, so that archives lead to files by their paths alone.
 class KernelAliasData final : public AliasData {
 public:
-    std::int16_t make(const FSRef&, const FileURL&, Bytes&) override
+    std::int16_t make(const FSRef& ref, const FileURL& url, Bytes& bytes) override
     {
-        return CatalogResult::ioError;
+        AliasRecord record;
+        if (const auto error = AliasMaker(_evidences, record).make(ref, url))
+            return error;
+        bytes = record.encode();
+        return bytes.empty() ? CatalogResult::ioError : CatalogResult::noError;
     }
 
-    std::int16_t resolve(const Bytes&, FSRef&, FileURL&) override { return CatalogResult::ioError; }
+    std::int16_t resolve(const Bytes& bytes, FSRef& ref, FileURL& url) override
+    {
+        AliasRecord record;
+        if (!AliasRecord::decode(bytes, record))
+            return CatalogResult::ioError;
+        return AliasResolver({ _evidences, _folders, _opener }, record).resolve(ref, url);
+    }
+
+private:
+    VolumeEvidences _evidences;
+    AliasFolders _folders;
+    HandleOpener _opener;
 };
 
 } // namespace

@@ -37,6 +37,10 @@ public:
     /// more. Borrowed from the index.
     std::string_view name(std::uint64_t inode, std::size_t position = 0) const;
 
+    /// The name at `position` among those of the entries that are, or may be, folders, in the order
+    /// of the listing; empty when there are no more. Borrowed from the index.
+    std::string_view folderName(std::size_t position) const;
+
     std::size_t count() const { return _entries.size(); }
 
     /// Whether nothing would be gained by reading the folder with this limit.
@@ -62,13 +66,14 @@ private:
 
     FolderIndex(const Stat& folder, std::size_t limit);
     bool readEntries(int descriptor, std::size_t limit, bool askEach);
-    void add(std::uint64_t inode, std::string_view name);
+    void add(std::uint64_t inode, std::string_view name, bool mayBeFolder);
     void finish();
 
     Stat _folder;
     std::size_t _limit;
     bool _isComplete = false;
     std::vector<Entry> _entries;
+    std::vector<std::size_t> _folderNameOffsets;
     std::string _names;
     double _secondsWhenRead;
     bool _mayHaveMissedAChange;

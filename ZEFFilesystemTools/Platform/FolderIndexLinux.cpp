@@ -65,6 +65,13 @@ std::string_view FolderIndex::name(std::uint64_t inode, std::size_t position) co
     return _names.c_str() + entry->nameOffset;
 }
 
+std::string_view FolderIndex::folderName(std::size_t position) const
+{
+    if (position >= _folderNameOffsets.size())
+        return {};
+    return _names.c_str() + _folderNameOffsets[position];
+}
+
 bool FolderIndex::isOf(const Stat& stat) const
 {
     return stat.device == _folder.device && stat.inode == _folder.inode && stat.size == _folder.size
@@ -96,15 +103,17 @@ bool FolderIndex::readEntries(int descriptor, std::size_t limit, bool askEach)
                 return true;
             Stat stat;
             if (!askEach)
-                add(entry->d_ino, name);
+                add(entry->d_ino, name, entry->d_type == DT_DIR || entry->d_type == DT_UNKNOWN);
             else if (statAt(descriptor, entry->d_name, stat) == 0)
-                add(stat.inode, name);
+                add(stat.inode, name, stat.isFolder());
         }
     }
 }
 
-void FolderIndex::add(std::uint64_t inode, std::string_view name)
+void FolderIndex::add(std::uint64_t inode, std::string_view name, bool mayBeFolder)
 {
+    if (mayBeFolder)
+        _folderNameOffsets.push_back(_names.size());
     _entries.push_back({ inode, _names.size() });
     _names.append(name).push_back('\0');
 }
@@ -114,6 +123,7 @@ void FolderIndex::finish()
     std::stable_sort(_entries.begin(), _entries.end(),
         [](const Entry& one, const Entry& other) { return one.inode < other.inode; });
     _entries.shrink_to_fit();
+    _folderNameOffsets.shrink_to_fit();
     _names.shrink_to_fit();
 }
 

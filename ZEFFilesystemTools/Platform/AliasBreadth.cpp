@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/AliasBreadth.h"
+
+#include <algorithm>
+
+namespace zef {
+
+bool AliasBreadth::searchAround(std::string folder)
+{
+    for (_freeFolder = folder;;) {
+        if (searchBelow(folder))
+            return true;
+        if (_volume.budget().isUsedUp() || folder.size() <= _volume.mountPoint().size())
+            return false;
+        folder.resize(folder.rfind('/'));
+    }
+}
+
+bool AliasBreadth::searchBelow(const std::string& folder)
+{
+    _folders.assign(1, { 0, folder });
+    for (std::size_t number = 0; number < _folders.size(); ++number) {
+        if (_volume.budget().isUsedUp())
+            return false;
+        if (searchFolder(pathOf(number), number))
+            return true;
+    }
+    return false;
+}
+
+bool AliasBreadth::searchFolder(const std::string& path, std::size_t number)
+{
+    Stat stat;
+    if (!_volume.statFolder(path, stat) || !_seen.insert(stat.inode).second)
+        return false;
+    auto& entriesLeft = _volume.budget().entries;
+    const auto index = _volume.index(path, stat, entriesLeft);
+    if (!index)
+        return false;
+    if (path != _freeFolder)
+        entriesLeft -= std::min(entriesLeft, index->count());
+    if (_volume.lookIn(path, *index))
+        return true;
+    for (std::size_t position = 0;; ++position) {
+        const auto name = index->folderName(position);
+        if (name.empty())
+            return false;
+        _folders.push_back({ number, std::string(name) });
+    }
+}
+
+std::string AliasBreadth::pathOf(std::size_t number) const
+{
+    if (number == 0)
+        return _folders.front().name;
+    std::vector<const std::string*> names;
+    for (; number; number = _folders[number].parent)
+        names.push_back(&_folders[number].name);
+    auto path = _folders.front().name;
+    for (auto name = names.rbegin(); name != names.rend(); ++name)
+        path.append(1, '/').append(**name);
+    return path;
+}
+
+} // namespace zef

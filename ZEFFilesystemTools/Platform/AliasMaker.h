@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/AliasRecord.h"
+#include "ZEFFilesystemTools/Platform/FSRef.h"
+#include "ZEFFilesystemTools/Platform/FileURL.h"
+#include "ZEFFilesystemTools/Platform/VolumeEvidences.h"
+
+#include <cstdint>
+
+namespace zef {
+
+/// Makes the alias record of one object. One thread.
+class AliasMaker {
+public:
+    /// Both are borrowed.
+    AliasMaker(VolumeEvidences& evidences, AliasRecord& record)
+        : _evidences(evidences)
+        , _record(record)
+    {
+    }
+
+    /// Fills in the record for the object that `ref` refers to, last seen at `url` (may be nil). A
+    /// number of `CatalogResult`; the record is undefined unless it is 0.
+    std::int16_t make(const FSRef& ref, const FileURL& url);
+
+private:
+    void takeIdentity(const FSRef& ref, const char* path);
+    std::int16_t takeWay(const char* path);
+
+    VolumeEvidences& _evidences;
+    AliasRecord& _record;
+    std::uint32_t _device = 0;
+};
+
+} // namespace zef

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/AliasData.h"
+#include "ZEFFilesystemTools/Platform/FileHandle.h"
+#include "ZEFFilesystemTools/Platform/PathBytes.h"
+#include "ZEFFilesystemTools/Platform/VolumeEvidence.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace zef {
+
+/// What alias data say of an object: what it is, on which volume, and the way there.
+///
+/// As bytes, little-endian and without padding: "ZEFA", version 1, the body's length (32 bits) and
+/// its FNV-1a digest (64 bits), which finds damage, not forgery; then the body. Plain data.
+struct AliasRecord {
+    static constexpr std::size_t mostBytes = 65536;
+    static constexpr std::size_t mostComponents = 1024;
+
+    /// One folder on the way, or the object itself, which is the last.
+    struct Component {
+        std::uint64_t inode = 0;
+        std::string name;
+    };
+
+    std::uint64_t inode = 0;
+    /// Nanoseconds since 1 January 1970.
+    std::int64_t birthTime = 0;
+    bool hasBirthTime = false;
+    FileHandle handle;
+    VolumeEvidence volume;
+    /// From the mount point down; empty for the folder that the volume is mounted on.
+    std::vector<Component> chain;
+
+    /// No bytes when something in the record is longer than the form allows.
+    AliasData::Bytes encode() const;
+
+    /// NO, and an undefined record, for bytes that `encode` can't have made. Any bytes will do.
+    static bool decode(const AliasData::Bytes& bytes, AliasRecord& record);
+
+    /// Writes where the object was; NO when that is longer than PATH_MAX allows.
+    bool path(PathBytes& path) const;
+
+    /// The inode number of the object's folder, 0 when that is not on the volume.
+    std::uint64_t parentInode() const;
+
+    /// Whether more than the inode number tells the object from others.
+    bool hasStrongIdentity() const { return hasBirthTime || handle.isKnown(); }
+};
+
+/// The FNV-1a digest of `count` bytes.
+std::uint64_t fnvDigest(const std::byte* bytes, std::size_t count);
+
+} // namespace zef

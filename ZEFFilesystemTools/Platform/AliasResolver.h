@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/AliasVolume.h"
+#include "ZEFFilesystemTools/Platform/HandleOpener.h"
+#include "ZEFFilesystemTools/Platform/VolumeEvidences.h"
+
+#include <cstdint>
+#include <string>
+
+namespace zef {
+
+/// Finds the object of one alias record: where it was; else, on each mounted volume that may be its
+/// own, by its handle, along the way that was recorded, and by a search that 20,000 entries or 0.2
+/// seconds end. Every answer was looked at. One thread.
+class AliasResolver {
+public:
+    /// What all resolvers share, borrowed.
+    struct Means {
+        VolumeEvidences& evidences;
+        AliasFolders& folders;
+        HandleOpener& opener;
+    };
+
+    /// The record is borrowed.
+    AliasResolver(const Means&, const AliasRecord& record);
+
+    /// A number of `CatalogResult`: 0, -43 when the object is gone or can't be found.
+    std::int16_t resolve(FSRef& ref, FileURL& url);
+
+private:
+    enum class Progress { found, gone, open };
+
+    bool lookAtLastPlace();
+    bool isContradictedAt(const PathBytes& path) const;
+    Progress searchMounts();
+    Progress searchMount(const std::string& mountPoint);
+    Progress openHandle(const std::string& mountPoint, const Stat& stat, std::uint64_t mountID);
+    bool isSameVolume(const std::string& mountPoint, const Stat& stat, std::uint64_t mountID) const;
+
+    Means _means;
+    const AliasRecord& _record;
+    AliasTarget _target;
+    AliasBudget _budget;
+};
+
+} // namespace zef

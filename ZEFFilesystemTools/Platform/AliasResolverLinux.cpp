@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/AliasResolver.h"
+
+#include "ZEFFilesystemTools/Platform/AliasBreadth.h"
+#include "ZEFFilesystemTools/Platform/AliasChain.h"
+#include "ZEFFilesystemTools/Platform/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Clock.h"
+#include "ZEFFilesystemTools/Platform/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/MountTable.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+#include <fcntl.h>
+
+namespace zef {
+namespace {
+
+constexpr std::size_t mostEntries = 20000;
+constexpr double mostSeconds = 0.2;
+
+} // namespace
+
+AliasResolver::AliasResolver(const Means& means, const AliasRecord& record)
+    : _means(means)
+    , _record(record)
+    , _target(record)
+    , _budget{ .entries = mostEntries, .secondsAtStart = 0, .secondsAtEnd = 0 }
+{
+}
+
+std::int16_t AliasResolver::resolve(FSRef& ref, FileURL& url)
+{
+    if (lookAtLastPlace()) {
+        ref = _target.ref(_record.parentInode());
+        url = _target.url();
+        return CatalogResult::noError;
+    }
+    _budget.secondsAtStart = Clock::shared().monotonicSeconds();
+    _budget.secondsAtEnd = _budget.secondsAtStart + mostSeconds;
+    // Where numbers are all there is, only the place tells an object from others.
+    if (!_record.hasStrongIdentity() || searchMounts() != Progress::found)
+        return CatalogResult::notFound;
+    ref = _target.ref();
+    url = _target.url();
+    return CatalogResult::noError;
+}
+
+bool AliasResolver::lookAtLastPlace()
+{
+    PathBytes path;
+    return _record.path(path) && _target.lookAt(path.text()) && !isContradictedAt(path);
+}
+
+// The cheap question comes first and nearly always decides.
+bool AliasResolver::isContradictedAt(const PathBytes& path) const
+{
+    const auto& volume = _record.volume;
+    const auto isFolder = _target.stat().isFolder();
+    const std::string place(path.view());
+    const auto folder = isFolder || _record.chain.empty() ? place
+                                                          : place.substr(0, place.rfind('/') + 1);
+    const auto device = _target.stat().device;
+    if (volume.fileSystemID == _means.evidences.fileSystemID(folder.c_str(), device)
+        && _record.hasStrongIdentity())
+        return false;
+    Stat stat;
+    std::uint64_t mountID = 0;
+    return statAt(AT_FDCWD, volume.mountPoint.c_str(), stat, mountID) != 0
+        || !isSameVolume(volume.mountPoint, stat, mountID);
+}
+
+AliasResolver::Progress AliasResolver::searchMounts()
+{
+    auto progress = searchMount(_record.volume.mountPoint);
+    if (progress != Progress::open)
+        return progress;
+    std::unordered_set<std::string> seen{ _record.volume.mountPoint };
+    for (const auto& mount : readMounts()) {
+        if (mount.type != _record.volume.type || !seen.insert(mount.folder).second)
+            continue;
+        progress = searchMount(mount.folder);
+        if (progress != Progress::open)
+            return progress;
+    }
+    return Progress::open;
+}
+
+AliasResolver::Progress AliasResolver::searchMount(const std::string& mountPoint)
+{
+    Stat stat;
+    std::uint64_t mountID = 0;
+    if (statAt(AT_FDCWD, mountPoint.c_str(), stat, mountID) != 0
+        || !isSameVolume(mountPoint, stat, mountID))
+        return Progress::open;
+    const auto progress = openHandle(mountPoint, stat, mountID);
+    if (progress != Progress::open)
+        return progress;
+    const AliasVolume volume(_means.folders, _target, _budget, mountPoint, stat.device, mountID);
+    AliasChain chain(volume);
+    if (chain.follow())
+        return Progress::found;
+    if (_budget.isUsedUp() || !stat.isFolder())
+        return Progress::open;
+    return AliasBreadth(volume).searchAround(chain.folder()) ? Progress::found : Progress::open;
+}
+
+bool AliasResolver::isSameVolume(
+    const std::string& mountPoint, const Stat& stat, std::uint64_t mountID) const
+{
+    VolumeEvidence evidence;
+    return _means.evidences.evidence(mountPoint, stat.device, mountID, evidence)
+        && _record.volume.matches(evidence);
+}
+
+// Gone counts only where the handle was made, which the evidence says of this volume.
+AliasResolver::Progress AliasResolver::openHandle(
+    const std::string& mountPoint, const Stat& stat, std::uint64_t mountID)
+{
+    if (!_record.handle.isDecodable || !_means.opener.mayOpen())
+        return Progress::open;
+    Stat object;
+    object.device = stat.device;
+    object.inode = _record.inode;
+    FSRef ref(object);
+    ref.setHandle(_record.handle);
+    const auto near = FileURL::fromPath(mountPoint, URLKind::folder)
+                          .appendingPathComponent("object", URLKind::file);
+    Ref<ObjectDescriptor> descriptor;
+    switch (_means.opener.open(ref, near, descriptor)) {
+    case HandleOpener::Outcome::gone:
+        return Progress::gone;
+    case HandleOpener::Outcome::unknown:
+        return Progress::open;
+    case HandleOpener::Outcome::opened:
+        break;
+    }
+    PathBytes path;
+    const bool isThere = descriptor->currentPath(path) && _target.lookAt(path.text(), mountID);
+    return isThere ? Progress::found : Progress::open;
+}
+
+} // namespace zef

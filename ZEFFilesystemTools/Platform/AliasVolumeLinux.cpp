@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/AliasVolume.h"
+
+#include "ZEFFilesystemTools/Platform/Clock.h"
+#include "ZEFFilesystemTools/Platform/LinuxCalls.h"
+
+#include <fcntl.h>
+
+namespace zef {
+namespace {
+
+const char* systemPath(const std::string& path)
+{
+    return path.empty() ? "/" : path.c_str();
+}
+
+} // namespace
+
+bool AliasBudget::isUsedUp() const
+{
+    return entries == 0 || Clock::shared().monotonicSeconds() >= secondsAtEnd;
+}
+
+AliasVolume::AliasVolume(AliasFolders& folders, AliasTarget& target, AliasBudget& budget,
+    const std::string& mountPoint, std::uint32_t device, std::uint64_t mountID)
+    : _folders(folders)
+    , _target(target)
+    , _budget(budget)
+    , _mountPoint(mountPoint == "/" ? std::string() : mountPoint)
+    , _device(device)
+    , _mountID(mountID)
+{
+}
+
+bool AliasVolume::lookAt(const std::string& path) const
+{
+    return _target.lookAt(systemPath(path), _mountID);
+}
+
+bool AliasVolume::lookIn(const std::string& path, const FolderIndex& index) const
+{
+    for (std::size_t position = 0;; ++position) {
+        const auto name = index.name(record().inode, position);
+        if (name.empty())
+            return false;
+        if (lookAt(pathOfEntry(path, name)))
+            return true;
+    }
+}
+
+bool AliasVolume::statFolder(const std::string& path, Stat& stat) const
+{
+    std::uint64_t mountID = 0;
+    return statAt(AT_FDCWD, systemPath(path), stat, mountID) == 0 && stat.isFolder()
+        && stat.device == _device && (!_mountID || mountID == _mountID);
+}
+
+Ref<const FolderIndex> AliasVolume::index(
+    const std::string& path, const Stat& stat, std::size_t limit) const
+{
+    return _folders.index(systemPath(path), stat, limit, _budget.secondsAtStart);
+}
+
+std::string pathOfEntry(const std::string& path, std::string_view name)
+{
+    std::string result;
+    result.reserve(path.size() + 1 + name.size());
+    return result.append(path).append(1, '/').append(name);
+}
+
+} // namespace zef

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace zef {
+
+/// What tells a volume from others after it was unmounted, or the machine restarted.
+struct VolumeEvidence {
+    using UUID = std::array<std::uint8_t, 16>;
+
+    /// The file system's type as the mount table has it.
+    std::string type;
+    /// All zero: not known.
+    UUID uuid{};
+    /// What statfs(2) calls `f_fsid`; 0: not known, or of no use because it changes.
+    std::uint64_t fileSystemID = 0;
+    std::string mountPoint;
+
+    /// Whether the volume with the evidence `other` is this one: by the best that is known of both,
+    /// in the end by where they are mounted.
+    bool matches(const VolumeEvidence& other) const;
+};
+
+} // namespace zef

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/VolumeEvidences.h"
+
+#include "ZEFFilesystemTools/Platform/Clock.h"
+#include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/FileSystemType.h"
+#include "ZEFFilesystemTools/Platform/MountTable.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include <fcntl.h>
+#include <linux/btrfs.h>
+#include <linux/magic.h>
+#include <sys/ioctl.h>
+#include <sys/vfs.h>
+
+namespace zef {
+namespace {
+
+constexpr double secondsToTrust = 1;
+
+// FS_IOC_GETFSUUID of Linux 6.9, which older headers lack.
+struct FileSystemUUID {
+    std::uint8_t length;
+    std::uint8_t uuid[16];
+};
+constexpr unsigned long getFileSystemUUID = _IOR(0x15, 0, FileSystemUUID);
+
+VolumeEvidence::UUID askForUUID(int folder)
+{
+    VolumeEvidence::UUID uuid{};
+    FileSystemUUID answer{};
+    struct btrfs_ioctl_fs_info_args information;
+    std::memset(&information, 0, sizeof information);
+    if (::ioctl(folder, getFileSystemUUID, &answer) == 0 && answer.length == uuid.size())
+        std::copy_n(answer.uuid, uuid.size(), uuid.begin());
+    else if (fileSystemType(folder) == BTRFS_SUPER_MAGIC
+        && ::ioctl(folder, BTRFS_IOC_FS_INFO, &information) == 0)
+        std::copy_n(information.fsid, uuid.size(), uuid.begin());
+    return uuid;
+}
+
+// Unknown also for a folder that may not be read.
+VolumeEvidence::UUID uuidOfVolume(const char* mountPoint)
+{
+    auto& reserve = DescriptorReserve::shared();
+    const int folder = reserve.openAt(AT_FDCWD, mountPoint, O_RDONLY | O_DIRECTORY);
+    if (folder < 0)
+        return {};
+    const auto uuid = askForUUID(folder);
+    reserve.close(folder);
+    return uuid;
+}
+
+// The last one of those with the same number and place is the one that is seen.
+std::string typeOfMount(const std::string& mountPoint, std::uint64_t mountID)
+{
+    const auto mounts = readMounts();
+    const auto found = std::find_if(mounts.rbegin(), mounts.rend(), [&](const auto& mount) {
+        return mount.folder == mountPoint && (!mountID || mount.id == mountID);
+    });
+    return found == mounts.rend() ? std::string() : found->type;
+}
+
+// xfs and squashfs tell the device's number, which another start of the machine changes.
+std::uint64_t usefulFileSystemID(const struct statfs& status, std::uint32_t device)
+{
+    std::uint32_t words[2];
+    static_assert(sizeof words == sizeof status.f_fsid);
+    std::memcpy(words, &status.f_fsid, sizeof words);
+    return words[0] == device ? 0 : std::uint64_t{ words[1] } << 32 | words[0];
+}
+
+} // namespace
+
+bool VolumeEvidences::evidence(const std::string& mountPoint, std::uint32_t device,
+    std::uint64_t mountID, VolumeEvidence& evidence)
+{
+    if (find(mountPoint, device, mountID, evidence))
+        return true;
+    evidence.mountPoint = mountPoint;
+    evidence.type = typeOfMount(mountPoint, mountID);
+    if (evidence.type.empty())
+        return false;
+    evidence.uuid = uuidOfVolume(mountPoint.c_str());
+    evidence.fileSystemID = fileSystemID(mountPoint.c_str(), device);
+    const auto validUntil = Clock::shared().monotonicSeconds() + secondsToTrust;
+    std::lock_guard lock(_mutex);
+    _known.push_back({ device, mountID, evidence, validUntil });
+    return true;
+}
+
+bool VolumeEvidences::find(const std::string& mountPoint, std::uint32_t device,
+    std::uint64_t mountID, VolumeEvidence& evidence)
+{
+    const auto now = Clock::shared().monotonicSeconds();
+    std::lock_guard lock(_mutex);
+    std::erase_if(_known, [now](const auto& each) { return now >= each.validUntil; });
+    const auto found = std::find_if(_known.begin(), _known.end(), [&](const auto& each) {
+        return each.device == device && each.mountID == mountID
+            && each.evidence.mountPoint == mountPoint;
+    });
+    if (found == _known.end())
+        return false;
+    evidence = found->evidence;
+    return true;
+}
+
+std::uint64_t VolumeEvidences::fileSystemID(const char* path, std::uint32_t device)
+{
+    return numbers(path, device).fileSystemID;
+}
+
+bool VolumeEvidences::hasLastingNumbers(const char* path, std::uint32_t device)
+{
+    return zef::hasLastingNumbers(numbers(path, device).type);
+}
+
+VolumeEvidences::Numbers VolumeEvidences::numbers(const char* path, std::uint32_t device)
+{
+    const auto now = Clock::shared().monotonicSeconds();
+    {
+        std::lock_guard lock(_mutex);
+        std::erase_if(_numbers, [now](const auto& each) { return now >= each.validUntil; });
+        for (const auto& each : _numbers) {
+            if (each.device == device)
+                return each;
+        }
+    }
+    struct statfs status;
+    if (::statfs(path, &status) != 0)
+        return { device, 0, 0, 0 };
+    const Numbers numbers{ device, static_cast<std::uint32_t>(status.f_type),
+        usefulFileSystemID(status, device), now + secondsToTrust };
+    std::lock_guard lock(_mutex);
+    _numbers.push_back(numbers);
+    return numbers;
+}
+
+} // namespace zef
