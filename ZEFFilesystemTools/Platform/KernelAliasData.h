@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/AliasData.h"
+#include "ZEFFilesystemTools/Platform/AliasFolders.h"
+#include "ZEFFilesystemTools/Platform/HandleOpener.h"
+#include "ZEFFilesystemTools/Platform/VolumeEvidences.h"
+
+namespace zef {
+
+/// Alias data over the kernel's own means, in the form of `AliasRecord`. Keeps what it learned of
+/// volumes and folders for a moment; holds nothing open. Any thread.
+class KernelAliasData final : public AliasData {
+public:
+    std::int16_t make(const FSRef& ref, const FileURL& url, Bytes& bytes) override;
+    std::int16_t resolve(const Bytes& bytes, FSRef& ref, FileURL& url) override;
+
+private:
+    VolumeEvidences _evidences;
+    AliasFolders _folders;
+    HandleOpener _opener;
+};
+
+} // namespace zef
