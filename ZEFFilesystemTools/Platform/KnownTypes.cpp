@@ -121,6 +121,11 @@ void KnownTypes::addAliases(const std::vector<MimeDatabase>& databases)
         for (const auto& [alias, type] : database.aliases)
             aliases.emplace(alias, type);
     }
+    // A newer database may have made an alias of the name by which the own table knows a type.
+    for (const auto& [alias, type] : aliases) {
+        const auto known = _graph.find(identifierOf(alias));
+        _graph.addName(identifierOf(endOfAliases(aliases, type)), known);
+    }
     for (const auto& [alias, type] : aliases)
         _graph.addName(identifierOf(alias), addMimeType(endOfAliases(aliases, type)));
 }
