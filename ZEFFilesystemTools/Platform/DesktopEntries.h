@@ -14,6 +14,12 @@ namespace zef {
 /// follow one another about each. Any thread.
 class DesktopEntries {
 public:
+    /// `clock` is borrowed and should be the one that the files' stamps come from.
+    explicit DesktopEntries(Clock& clock = Clock::system())
+        : _entries(clock)
+    {
+    }
+
     /// Whether a file that is called `name` may be a desktop entry; no other is ever opened.
     static bool isNameOfEntry(std::string_view name);
 

@@ -15,6 +15,12 @@ namespace zef {
 /// with a dot none. Any thread.
 class HiddenLists {
 public:
+    /// `clock` is borrowed and should be the one that the files' stamps come from.
+    explicit HiddenLists(Clock& clock = Clock::system())
+        : _lists(clock)
+    {
+    }
+
     /// Whether the file at `url` is hidden, which need not be there; the root never is, nor is nil.
     bool hides(const FileURL& url);
 

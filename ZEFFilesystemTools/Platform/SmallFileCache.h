@@ -19,6 +19,12 @@ namespace zef {
 /// while the file system works.
 template <typename Meaning, std::size_t Capacity> class SmallFileCache {
 public:
+    /// `clock` is borrowed and should be the one that the files' stamps come from.
+    explicit SmallFileCache(Clock& clock = Clock::system())
+        : _clock(clock)
+    {
+    }
+
     /// What the file at `path`, which `seen` was just taken of, means: the result of
     /// `parse(bytes)`. Null when it is no small file, can't be read or was replaced meanwhile.
     template <typename Parse>
@@ -26,8 +32,7 @@ public:
     {
         if (!isSmallFile(seen))
             return nullptr;
-        // The system's own clock, because the stamps come from it too.
-        const auto now = Clock::system().now();
+        const auto now = _clock.now();
         if (auto known = find(seen.device, FileStamps(seen, now, StampClock::otherHosts)))
             return known;
         Stat stat;
@@ -74,6 +79,7 @@ private:
         _next = (_next + 1) % Capacity;
     }
 
+    Clock& _clock;
     std::mutex _mutex;
     std::array<File, Capacity> _files;
     std::size_t _next = 0;

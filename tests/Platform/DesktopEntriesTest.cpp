@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/DesktopEntries.h"
+
+#include "ZEFFilesystemTools/Platform/FileSystem.h"
+
+#include "tests/support/EnvironmentVariable.h"
+#include "tests/support/SteppedClock.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/WithoutPrivileges.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using zef::DesktopEntries;
+
+constexpr auto* twoLanguages = "[Desktop Entry]\nType=Link\nURL=/file\nName=File\nName[de]=Datei\n";
+
+class DesktopEntriesTest : public testing::Test {
+protected:
+    std::shared_ptr<const zef::DesktopEntry> entry(std::string_view name)
+    {
+        zef::Stat stat;
+        EXPECT_EQ(zef::FileSystem::system().statLink(folder.path(name).c_str(), stat), 0);
+        return entries.entry(folder.path(name).c_str(), stat);
+    }
+
+    TemporaryFolder folder;
+    EnvironmentVariable locale{ "LC_ALL", "C" };
+    // Years away from the files' stamps, so that every entry is remembered.
+    SteppedClock clock;
+    DesktopEntries entries{ clock };
+};
+
+TEST_F(DesktopEntriesTest, KnowsThemByTheirNames)
+{
+    for (const auto* name : { "a.desktop", "a.b.desktop", "..desktop", " .desktop" })
+        EXPECT_TRUE(DesktopEntries::isNameOfEntry(name)) << name;
+    for (const auto* name :
+        { "", ".desktop", "desktop", "a.DESKTOP", "a.desktop~", "a.desktop.txt" })
+        EXPECT_FALSE(DesktopEntries::isNameOfEntry(name)) << name;
+}
+
+TEST_F(DesktopEntriesTest, ReadsAnEntryOnce)
+{
+    folder.write("a.desktop", twoLanguages);
+
+    const auto read = entry("a.desktop");
+
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->name(), "File");
+    EXPECT_EQ(read->target(), "/file");
+    EXPECT_EQ(entry("a.desktop"), read);
+}
+
+TEST_F(DesktopEntriesTest, ReadsAnEntryAgainThatChanged)
+{
+    folder.write("a.desktop", twoLanguages);
+    entry("a.desktop");
+
+    folder.write("a.desktop", "[Desktop Entry]\nType=Application\n");
+
+    EXPECT_EQ(entry("a.desktop")->kind(), zef::DesktopEntry::Kind::application);
+}
+
+TEST_F(DesktopEntriesTest, GoesByTheLanguageOfTheMoment)
+{
+    folder.write("a.desktop", twoLanguages);
+    EXPECT_EQ(entry("a.desktop")->name(), "File");
+
+    locale.set("de_AT.UTF-8");
+    EXPECT_EQ(entry("a.desktop")->name(), "Datei");
+
+    locale.set("C");
+    EXPECT_EQ(entry("a.desktop")->name(), "File");
+}
+
+TEST_F(DesktopEntriesTest, ReadsNothingButSmallRegularFiles)
+{
+    folder.makeFolder("folder.desktop");
+    EXPECT_FALSE(entry("folder.desktop"));
+
+    ASSERT_EQ(::mkfifo(folder.path("fifo.desktop").c_str(), 0666), 0);
+    EXPECT_FALSE(entry("fifo.desktop"));
+
+    folder.write("a.desktop", twoLanguages);
+    folder.symlink("a.desktop", "link.desktop");
+    EXPECT_FALSE(entry("link.desktop"));
+
+    ASSERT_EQ(::truncate(folder.path("a.desktop").c_str(), 1 << 30), 0);
+    EXPECT_FALSE(entry("a.desktop"));
+}
+
+TEST_F(DesktopEntriesTest, ReadsNothingThatMayNotBeRead)
+{
+    folder.write("a.desktop", twoLanguages);
+    folder.chmod("a.desktop", 0);
+    const WithoutPrivileges plain;
+
+    EXPECT_FALSE(entry("a.desktop"));
+}
+
+} // namespace

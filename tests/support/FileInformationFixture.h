@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/LinuxFileInformation.h"
+#include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/TypeIdentifiers.h"
+#include "ZEFFilesystemTools/Platform/TypeTable.h"
+
+#include "tests/support/EnvironmentVariable.h"
+#include "tests/support/FakeLocator.h"
+#include "tests/support/LogRecorder.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/WithoutPrivileges.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <string_view>
+
+/// Real files and a service of their own to ask about them, which logs nothing.
+class FileInformationFixture : public testing::Test {
+protected:
+    /// An object as it was when it was last seen.
+    struct Seen {
+        zef::FSRef ref;
+        zef::FileURL url;
+        bool isSymlink = false;
+    };
+
+    ~FileInformationFixture() override { EXPECT_TRUE(log.lines().empty()); }
+
+    /// What is at a path now.
+    static Seen track(const std::string& path, std::string_view name)
+    {
+        const auto whole = name.empty() ? path : path + "/" + std::string(name);
+        zef::Stat stat;
+        EXPECT_EQ(zef::FileSystem::system().statLink(whole.c_str(), stat), 0) << whole;
+        const auto kind = stat.isFolder() ? zef::URLKind::folder : zef::URLKind::file;
+        return { zef::FSRef(stat), zef::FileURL::fromPath(whole, kind), stat.isSymlink() };
+    }
+
+    Seen track(std::string_view name) const { return track(folder.path(), name); }
+
+    void writeEntry(std::string_view name, const std::string& lines)
+    {
+        folder.write(name, "[Desktop Entry]\n" + lines);
+    }
+
+    std::string typeOf(const Seen& seen)
+    {
+        std::string type = "unchanged";
+        const auto result = information.copyContentType(
+            { seen.ref, seen.url, seen.isSymlink }, type);
+        return result == zef::CatalogResult::noError ? type
+                                                     : errorText(result, type == "unchanged");
+    }
+
+    std::string typeOf(std::string_view name) { return typeOf(track(name)); }
+
+    std::string displayNameOf(const Seen& seen)
+    {
+        return information.copyDisplayName({ seen.ref, seen.url, seen.isSymlink });
+    }
+
+    std::string displayNameOf(std::string_view name) { return displayNameOf(track(name)); }
+
+    /// "hidden", "visible" or the error.
+    std::string visibilityOf(const Seen& seen)
+    {
+        bool isInvisible = false;
+        const auto result = information.copyInvisibility(
+            { seen.ref, seen.url, seen.isSymlink }, isInvisible);
+        return visibility(result, isInvisible);
+    }
+
+    std::string visibilityOf(std::string_view name) { return visibilityOf(track(name)); }
+
+    std::string visibilityAt(const zef::FileURL& url)
+    {
+        bool isInvisible = false;
+        const auto result = information.copyInvisibilityAtURL(url, isInvisible);
+        return visibility(result, isInvisible);
+    }
+
+    TemporaryFolder folder;
+    /// Made first, because it logs what is wrong with the system's MIME database.
+    const zef::TypeTable& types = zef::TypeTable::shared();
+    LogRecorder log;
+    zef::LinuxFileInformation information;
+
+private:
+    static std::string errorText(std::int16_t error, bool isUnchanged)
+    {
+        return "error " + std::to_string(error) + (isUnchanged ? "" : " and a changed answer");
+    }
+
+    static std::string visibility(std::int16_t result, bool isInvisible)
+    {
+        if (result != zef::CatalogResult::noError)
+            return errorText(result, !isInvisible);
+        return isInvisible ? "hidden" : "visible";
+    }
+};
