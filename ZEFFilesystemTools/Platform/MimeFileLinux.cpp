@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -11,9 +12,9 @@
 namespace zef {
 namespace {
 
-// The largest file of a usual system's database has 40 KiB; four hundred times that bounds the
-// memory and the time that a broken or hostile one can take.
-constexpr std::size_t mostBytes = std::size_t{ 16 } << 20U;
+// The largest file of a usual system's database has 40 KiB; a hundred times that bounds the memory
+// and, to a second or two, the time that a broken or hostile one can take.
+constexpr std::size_t mostBytes = std::size_t{ 4 } << 20U;
 
 // One byte beyond what is allowed tells a file that grows meanwhile.
 bool readUpToLimit(int file, std::size_t expected, std::string& text)

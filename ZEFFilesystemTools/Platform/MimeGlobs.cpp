@@ -55,9 +55,10 @@ void MimeGlobs::add(std::string_view glob, Type type, unsigned weight, Case case
     const Glob record{ static_cast<std::uint32_t>(_texts.size()), type, rank };
     _texts += glob;
     const auto kind = kindOfGlob(glob);
-    if (kind == GlobKind::general)
-        _general.push_back(record);
-    else if (kind == GlobKind::literal)
+    if (kind == GlobKind::general) {
+        if (_general.size() < mostGeneralGlobs)
+            _general.push_back(record);
+    } else if (kind == GlobKind::literal)
         addKey(_literals, glob, record);
     else
         addKey(_endings, glob.substr(1), record);

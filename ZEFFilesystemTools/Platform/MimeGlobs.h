@@ -22,10 +22,13 @@ class MimeGlobs {
 public:
     using Type = TypeGraph::Type;
     static constexpr std::size_t longestGlob = 255;
+    static constexpr std::size_t mostGeneralGlobs = 1000;
 
     enum class Case : std::uint8_t { folded, heeded };
 
-    /// Gives the names that match `glob` to `type`. A glob that is empty or too long is left out.
+    /// Gives the names that match `glob` to `type`. A glob that is empty or too long is left
+    /// out, and so is one with wildcards after `mostGeneralGlobs` of them, each of which every name
+    /// is tried with.
     void add(std::string_view glob, Type type, unsigned weight, Case);
 
     /// What is added from now on takes no name from the whole names and endings added so far.

@@ -323,6 +323,31 @@ TEST_F(TypeTableMimeTest, AGiganticFileIsNotRead)
     EXPECT_EQ(log.count("files that can't be used: globs2"), 1u);
 }
 
+TEST_F(TypeTableMimeTest, TheLimitOfAFilesSizeIsExact)
+{
+    constexpr std::size_t limit = 4 << 20;
+    std::string text = "50:text/x-a:*.aaa\n";
+    text.resize(limit, '#');
+
+    folder.write("user/globs2", text);
+    EXPECT_EQ(typeOf("a.aaa"), "mime:text/x-a");
+    folder.write("user/globs2", text + '#');
+    EXPECT_EQ(typeOf("a.aaa"), "public.data");
+}
+
+TEST_F(TypeTableMimeTest, OnlySoManyGlobsAreTriedWithEveryName)
+{
+    std::string globs;
+    for (auto number = 1000; number < 3000; ++number)
+        globs += "50:text/x-a:" + std::to_string(number) + "*\n";
+    folder.write("system/globs2", globs + "50:text/x-b:*.bbb\n");
+    const auto types = table();
+
+    EXPECT_EQ(types.typeOfFileNamed("1999-x"), "mime:text/x-a");
+    EXPECT_EQ(types.typeOfFileNamed("2000-x"), "public.data");
+    EXPECT_EQ(types.typeOfFileNamed("2000-x.bbb"), "mime:text/x-b");
+}
+
 TEST_F(TypeTableMimeTest, AFileMayBeALink)
 {
     folder.write("elsewhere", "50:text/x-a:*.aaa\n");
