@@ -9,19 +9,17 @@
 namespace zef {
 namespace {
 
-bool isSameByte(char one, char other)
+constexpr std::string_view wildcards = "*?[]";
+
+// What every matching name must have in this place; 0 when that may be anything.
+char requiredByte(char character)
 {
-    return foldedCase(one) == foldedCase(other);
+    return wildcards.find(character) == wildcards.npos ? foldedCase(character) : '\0';
 }
 
-// Tells most names from most globs by one byte at either end.
-bool canMatch(std::string_view name, std::string_view glob)
+bool hasByte(char character, char required)
 {
-    constexpr std::string_view openings = "*?[";
-    constexpr std::string_view endings = "*?]";
-    return !name.empty()
-        && (openings.find(glob.front()) != openings.npos || isSameByte(name.front(), glob.front()))
-        && (endings.find(glob.back()) != endings.npos || isSameByte(name.back(), glob.back()));
+    return required == '\0' || foldedCase(character) == required;
 }
 
 } // namespace
@@ -40,7 +38,7 @@ bool MimeGlobs::isKey(const Glob& glob, std::string_view key) const
 
 bool MimeGlobs::matches(const Glob& glob, std::string_view name) const
 {
-    return canMatch(name, text(glob))
+    return hasByte(name.front(), glob.firstByte) && hasByte(name.back(), glob.lastByte)
         && matchesGlob(name, text(glob), glob.rank.caseOf == Case::folded);
 }
 
@@ -52,27 +50,27 @@ void MimeGlobs::add(std::string_view glob, Type type, unsigned weight, Case case
 
     const Rank rank{ static_cast<std::uint8_t>(std::min(weight, 255U)),
         static_cast<std::uint8_t>(glob.size()), caseOf };
-    const Glob record{ static_cast<std::uint32_t>(_texts.size()), type, rank };
+    const Glob record{ static_cast<std::uint32_t>(_texts.size()), type, rank,
+        requiredByte(glob.front()), requiredByte(glob.back()) };
     _texts += glob;
     const auto kind = kindOfGlob(glob);
     if (kind == GlobKind::general) {
         if (_general.size() < mostGeneralGlobs)
             _general.push_back(record);
     } else if (kind == GlobKind::literal)
-        addKey(_literals, glob, record);
-    else
-        addKey(_endings, glob.substr(1), record);
+        addKey(_literals, foldedHash(glob), glob, record);
+    else {
+        addKey(_endings, endingHash(glob.substr(1)), glob.substr(1), record);
+        _longestEnding = std::max(_longestEnding, glob.size() - 1);
+    }
 }
 
-void MimeGlobs::addKey(HashIndex& index, std::string_view key, const Glob& glob)
+void MimeGlobs::addKey(HashIndex& index, std::uint32_t hash, std::string_view key, const Glob& glob)
 {
-    const auto hash = foldedHash(key);
     if (replaces(index, hash, key, glob))
         return;
     index.insert(hash, static_cast<std::uint32_t>(_globs.size()));
     _globs.push_back(glob);
-    if (&index == &_endings)
-        _longestEnding = std::max(_longestEnding, key.size());
 }
 
 // Whether there is such a glob already, which then is the better of the two.
@@ -114,10 +112,10 @@ const MimeGlobs::Glob* MimeGlobs::best(
 const MimeGlobs::Glob* MimeGlobs::bestEnding(std::string_view name) const
 {
     const Glob* found = nullptr;
-    auto hash = emptyFoldedHash;
+    auto hash = emptyEndingHash;
     const auto first = name.size() - std::min(name.size() - 1, _longestEnding);
     for (auto index = name.size(); index-- > first;) {
-        hash = foldedHashBefore(name[index], hash);
+        hash = endingHash(name[index], hash);
         if (name[index] == '.')
             found = best(_endings, hash, name.substr(index), found);
     }
@@ -143,7 +141,7 @@ MimeGlobs::Type MimeGlobs::typeOfName(std::string_view name) const
 
 MimeGlobs::Type MimeGlobs::typeOfExtension(std::string_view extension) const
 {
-    const auto hash = foldedHashBefore('.', foldedHash(extension));
+    const auto hash = endingHash('.', endingHash(extension));
     const Glob* found = nullptr;
     _endings.find(hash, [&](std::uint32_t number) {
         const auto& glob = _globs[number];

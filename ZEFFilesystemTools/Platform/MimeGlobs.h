@@ -55,13 +55,15 @@ private:
         std::uint32_t offset;
         Type type;
         Rank rank;
+        char firstByte; // folded; 0 when it begins, or ends, with a wildcard
+        char lastByte;
     };
 
     std::string_view text(const Glob&) const;
     bool isKey(const Glob& glob, std::string_view key) const;
     bool matches(const Glob& glob, std::string_view name) const;
 
-    void addKey(HashIndex& index, std::string_view key, const Glob&);
+    void addKey(HashIndex& index, std::uint32_t hash, std::string_view key, const Glob&);
     bool replaces(const HashIndex& index, std::uint32_t hash, std::string_view key, const Glob&);
 
     const Glob* best(
