@@ -11,4 +11,5 @@
 #include "ZEFFilesystemTools/Platform/Log.h"
 #include "ZEFFilesystemTools/Platform/OperationQueue.h"
 #include "ZEFFilesystemTools/Platform/RunLoop.h"
+#include "ZEFFilesystemTools/Platform/TypeTable.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"

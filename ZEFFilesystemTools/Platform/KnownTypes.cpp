@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <map>
 
 namespace zef {
@@ -187,6 +188,32 @@ bool KnownTypes::conforms(std::string_view type, std::string_view other) const
     if (known == TypeGraph::none)
         known = _graph.find(parentOfFamily(type));
     return known != TypeGraph::none && _graph.conforms(known, otherType);
+}
+
+// A database's types come first, for nothing of our own is a kind of them; an own type stands
+// behind its parents in the table.
+std::vector<KnownTypes::Type> KnownTypes::nearestFirst(std::span<const Type> found) const
+{
+    std::vector<Type> types(found.begin(), found.end());
+    const auto own = std::stable_partition(
+        types.begin(), types.end(), [this](Type type) { return type >= _ownCount; });
+    std::sort(own, types.end(), std::greater<>());
+    return types;
+}
+
+std::vector<std::string_view> KnownTypes::conformances(std::string_view type) const
+{
+    std::vector<std::string_view> identifiers;
+    auto known = _graph.find(type);
+    if (known == TypeGraph::none) {
+        identifiers.push_back(type);
+        known = _graph.find(parentOfFamily(type));
+    }
+    if (known == TypeGraph::none)
+        return identifiers;
+    for (const auto one : nearestFirst(_graph.conformances(known)))
+        identifiers.push_back(_graph.identifier(one));
+    return identifiers;
 }
 
 std::string_view KnownTypes::typeOfName(std::string_view name) const

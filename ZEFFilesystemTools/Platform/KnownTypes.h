@@ -5,6 +5,7 @@
 #include "ZEFFilesystemTools/Platform/MimeGlobs.h"
 #include "ZEFFilesystemTools/Platform/TypeGraph.h"
 
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -22,6 +23,10 @@ public:
     /// first part says, or of nothing.
     bool conforms(std::string_view type, std::string_view other) const;
 
+    /// The type and everything that it conforms to, the nearest first; of one that isn't known the
+    /// type itself and what its first part says. Borrowed, the type itself from the caller.
+    std::vector<std::string_view> conformances(std::string_view type) const;
+
     /// The type for a file's name, or for names with this extension; empty when none is known.
     std::string_view typeOfName(std::string_view name) const;
     std::string_view typeOfExtension(std::string_view extension) const;
@@ -34,6 +39,7 @@ private:
     void addSubclasses(const MimeDatabase& database);
     void addGlobs(const std::vector<MimeDatabase>& databases);
     Type addMimeType(std::string_view name);
+    std::vector<Type> nearestFirst(std::span<const Type> found) const;
 
     TypeGraph _graph;
     MimeGlobs _globs;

@@ -108,9 +108,13 @@ void TypeGraph::appendAncestors(Type type, std::vector<Type>& lastSeenFrom)
 
 bool TypeGraph::conforms(Type type, Type other) const
 {
-    const auto first = _ancestors.begin() + _types[type].firstAncestor;
-    const auto last = first + _types[type].ancestorCount;
-    return std::find(first, last, other) != last;
+    const auto all = conformances(type);
+    return std::find(all.begin(), all.end(), other) != all.end();
+}
+
+std::span<const TypeGraph::Type> TypeGraph::conformances(Type type) const
+{
+    return std::span(_ancestors).subspan(_types[type].firstAncestor, _types[type].ancestorCount);
 }
 
 } // namespace zef

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -45,6 +46,9 @@ public:
 
     /// Whether `type` is `other` or a kind of it. Only of a completed graph.
     bool conforms(Type type, Type other) const;
+
+    /// The type itself, then what it is a kind of, the nearest first. Only of a completed graph.
+    std::span<const Type> conformances(Type type) const;
 
 private:
     static constexpr std::size_t mostAncestors = 64;

@@ -90,6 +90,12 @@ bool TypeTable::conforms(std::string_view type, std::string_view other) const
     return _storage->types.conforms(type, other);
 }
 
+std::vector<std::string> TypeTable::conformances(std::string_view type) const
+{
+    const auto found = _storage->types.conformances(type);
+    return { found.begin(), found.end() };
+}
+
 std::string TypeTable::typeOfFileNamed(std::string_view name) const
 {
     const auto known = _storage->types.typeOfName(name);

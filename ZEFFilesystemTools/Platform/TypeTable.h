@@ -30,6 +30,10 @@ public:
     /// Whether `type` is `other` or a kind of it.
     bool conforms(std::string_view type, std::string_view other) const;
 
+    /// `type` itself, as the table writes it, and everything that it is a kind of, the nearest
+    /// first.
+    std::vector<std::string> conformances(std::string_view type) const;
+
     /// The type of a file, or of a folder, that is called `name`; what its content decides (a
     /// desktop entry's kind) is left open.
     std::string typeOfFileNamed(std::string_view name) const;

@@ -31,6 +31,19 @@ protected:
     }
 };
 
+TEST_F(TypeTableTest, ListsWhatATypeIsAKindOfTheNearestFirst)
+{
+    using Types = std::vector<std::string>;
+
+    EXPECT_EQ(table.conformances("public.PNG"),
+        (Types{ "public.png", "public.image", "public.data", "public.item" }));
+    EXPECT_EQ(table.conformances("public.item"), Types{ "public.item" });
+    EXPECT_EQ(table.conformances("dyn.data.xyz"),
+        (Types{ "dyn.data.xyz", "public.data", "public.item" }));
+    EXPECT_EQ(table.conformances("never heard of"), Types{ "never heard of" });
+    EXPECT_EQ(table.conformances(""), Types{ "" });
+}
+
 TEST_F(TypeTableTest, KnowsWhatEachOwnTypeIsAKindOf)
 {
     const Rows kinds{
