@@ -222,6 +222,19 @@ TEST_F(TypeTableMimeTest, ConformsToWhatTheDatabaseSays)
     EXPECT_FALSE(types.conforms("mime:inode/x-mount", "public.data"));
 }
 
+TEST_F(TypeTableMimeTest, ListsTheDatabasesTypesBeforeOurOwn)
+{
+    folder.write("system/subclasses",
+        "application/x-child application/x-parent\n"
+        "application/x-child text/x-script\n"
+        "application/x-parent application/zip\n");
+
+    EXPECT_EQ(table().conformances("MIME:application/x-child"),
+        (std::vector<std::string>{ "mime:application/x-child", "mime:application/x-parent",
+            "mime:text/x-script", "public.zip-archive", "public.archive", "public.plain-text",
+            "public.data", "public.item" }));
+}
+
 TEST_F(TypeTableMimeTest, OwnTypesAreWhatTheOwnTableSays)
 {
     folder.write("user/subclasses", "image/jpeg application/x-mine\ntext/plain image/png\n");
