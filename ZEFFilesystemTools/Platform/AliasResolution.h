@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/AutomountPoints.h"
 #include "ZEFFilesystemTools/Platform/DesktopEntries.h"
 #include "ZEFFilesystemTools/Platform/ObjectPlace.h"
 
 #include <cstdint>
+#include <string>
 
 namespace zef {
 
@@ -14,16 +16,17 @@ class AliasResolution {
 public:
     enum class Follows { links, linksAndAliasFiles };
 
-    /// `entries` is borrowed.
-    AliasResolution(DesktopEntries& entries, Follows follows)
+    /// `entries` and `automountPoints` are borrowed.
+    AliasResolution(DesktopEntries& entries, AutomountPoints& automountPoints, Follows follows)
         : _entries(entries)
+        , _automountPoints(automountPoints)
         , _follows(follows)
     {
     }
 
     /// Moves `place`, at which something was found, to the end of the way. A number of
-    /// `CatalogResult`: -43 when something on the way is missing, -36 when the way has more than 16
-    /// steps; `place` is undefined then.
+    /// `CatalogResult`: -43 when something on the way is missing or not mounted, -36 when the way
+    /// has more than 16 steps; `place` is undefined then.
     std::int16_t follow(ObjectPlace& place);
 
     /// Whether the last way had any step.
@@ -31,10 +34,12 @@ public:
 
 private:
     std::int16_t nextPlace(const ObjectPlace& place, FileURL& next) const;
-    static std::int16_t targetOfLink(const ObjectPlace& link, FileURL& target);
-    FileURL targetOfAliasFile(const ObjectPlace& file) const;
+    std::int16_t targetOfLink(const ObjectPlace& link, FileURL& target) const;
+    std::int16_t targetOfAliasFile(const ObjectPlace& file, FileURL& target) const;
+    std::int16_t enter(std::string path, FileURL& target) const;
 
     DesktopEntries& _entries;
+    AutomountPoints& _automountPoints;
     Follows _follows;
     unsigned _steps = 0;
 };

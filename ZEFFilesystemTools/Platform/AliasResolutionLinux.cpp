@@ -10,6 +10,7 @@
 #include <climits>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <unistd.h>
 
@@ -40,12 +41,11 @@ std::int16_t AliasResolution::nextPlace(const ObjectPlace& place, FileURL& next)
 {
     if (place.stat().isSymlink())
         return targetOfLink(place, next);
-    if (_follows == Follows::linksAndAliasFiles)
-        next = targetOfAliasFile(place);
-    return CatalogResult::noError;
+    return _follows == Follows::linksAndAliasFiles ? targetOfAliasFile(place, next)
+                                                   : CatalogResult::noError;
 }
 
-std::int16_t AliasResolution::targetOfLink(const ObjectPlace& link, FileURL& target)
+std::int16_t AliasResolution::targetOfLink(const ObjectPlace& link, FileURL& target) const
 {
     std::array<char, PATH_MAX> bytes;
     const auto length = ::readlink(link.path(), bytes.data(), bytes.size());
@@ -55,18 +55,25 @@ std::int16_t AliasResolution::targetOfLink(const ObjectPlace& link, FileURL& tar
     std::string path;
     if (!text.starts_with('/'))
         path = link.url().parentFolder().bytes();
-    target = FileURL::fromPath(pathWithoutDots(path.append(text)), URLKind::file);
-    return target ? CatalogResult::noError : CatalogResult::notFound;
+    return enter(std::move(path.append(text)), target);
 }
 
-FileURL AliasResolution::targetOfAliasFile(const ObjectPlace& file) const
+std::int16_t AliasResolution::targetOfAliasFile(const ObjectPlace& file, FileURL& target) const
 {
     if (!DesktopEntries::isNameOfEntry(file.url().name()))
-        return nullptr;
+        return CatalogResult::noError;
     const auto entry = _entries.entry(file.path(), file.stat());
-    if (!entry || !entry->isAlias())
-        return nullptr;
-    return FileURL::fromPath(pathWithoutDots(entry->target()), URLKind::file);
+    return entry && entry->isAlias() ? enter(entry->target(), target) : CatalogResult::noError;
+}
+
+std::int16_t AliasResolution::enter(std::string path, FileURL& target) const
+{
+    // Asked before ".." is taken out as well, because that looks at folders.
+    if (_automountPoints.areAbove(path))
+        return CatalogResult::notFound;
+    target = FileURL::fromPath(pathWithoutDots(std::move(path)), URLKind::file);
+    const bool isThere = target && !_automountPoints.areAbove(target.path());
+    return isThere ? CatalogResult::noError : CatalogResult::notFound;
 }
 
 } // namespace zef

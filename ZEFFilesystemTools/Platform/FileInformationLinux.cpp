@@ -156,7 +156,8 @@ std::int16_t LinuxFileInformation::resolveAliasFile(
     auto result = place.find(ref, url);
     if (result != CatalogResult::noError)
         return result;
-    AliasResolution resolution(_entries, AliasResolution::Follows::linksAndAliasFiles);
+    AliasResolution resolution(
+        _entries, _automountPoints, AliasResolution::Follows::linksAndAliasFiles);
     result = resolution.follow(place);
     if (result != CatalogResult::noError)
         return result;
@@ -177,7 +178,8 @@ std::int16_t LinuxFileInformation::copyTargetOfURL(const FileURL& url, FSRef& re
     ObjectPlace place;
     auto result = place.lookAt(url);
     if (result == CatalogResult::noError)
-        result = AliasResolution(_entries, AliasResolution::Follows::links).follow(place);
+        result = AliasResolution(_entries, _automountPoints, AliasResolution::Follows::links)
+                     .follow(place);
     return result == CatalogResult::noError ? copyPlace(place, ref, target) : result;
 }
 

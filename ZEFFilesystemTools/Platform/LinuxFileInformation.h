@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/AutomountPoints.h"
 #include "ZEFFilesystemTools/Platform/DesktopEntries.h"
 #include "ZEFFilesystemTools/Platform/FileInformation.h"
 #include "ZEFFilesystemTools/Platform/HiddenLists.h"
 
-#include <memory>
 #include <string_view>
+#include <utility>
 
 namespace zef {
 
@@ -14,6 +15,11 @@ namespace zef {
 /// symbolic links. Any thread.
 class LinuxFileInformation final : public FileInformation {
 public:
+    explicit LinuxFileInformation(AutomountPoints::MountReader reader = readMounts)
+        : _automountPoints(std::move(reader))
+    {
+    }
+
     std::int16_t copyContentType(const Object&, std::string& type) override;
     std::int16_t copyInvisibility(const Object&, bool& isInvisible) override;
     std::int16_t copyInvisibilityAtURL(const FileURL& url, bool& isInvisible) override;
@@ -27,6 +33,7 @@ private:
     std::int16_t copyTypeOfEntry(const Object&, std::string& type);
     std::string nameToShow(std::string_view name, const char* path, const Stat& stat);
 
+    AutomountPoints _automountPoints;
     DesktopEntries _entries;
     HiddenLists _hiddenLists;
 };

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include <sys/stat.h>
 
@@ -25,7 +26,7 @@ protected:
     std::int16_t follow(std::string_view name, Follows follows = Follows::linksAndAliasFiles)
     {
         EXPECT_EQ(place.lookAt(folder.url(name)), Result::noError);
-        zef::AliasResolution resolution(entries, follows);
+        zef::AliasResolution resolution(entries, automountPoints, follows);
         const auto result = resolution.follow(place);
         hasFollowed = resolution.hasFollowed();
         return result;
@@ -57,6 +58,8 @@ protected:
     TemporaryFolder folder;
     LogRecorder log;
     zef::DesktopEntries entries;
+    std::vector<zef::Mount> mounts;
+    zef::AutomountPoints automountPoints{ [this] { return mounts; } };
     zef::ObjectPlace place;
     bool hasFollowed = false;
 };
@@ -244,6 +247,25 @@ TEST_F(AliasResolutionTest, FollowsNoTargetThatIsTooLong)
     writeAlias("alias.desktop", "/" + std::string(5000, 'x'));
 
     EXPECT_EQ(follow("alias.desktop"), Result::ioError);
+}
+
+TEST_F(AliasResolutionTest, LooksAtNothingThatWouldHaveToBeMounted)
+{
+    folder.makeFolder("net");
+    folder.makeFolder("net/host");
+    folder.write("net/host/file");
+    mounts = { { 1, 1, folder.path("net"), "autofs" } };
+    folder.symlink("net/host/file", "link");
+    folder.symlink("net/host/..", "climbing link");
+    folder.symlink("net", "link to the place itself");
+    writeAlias("alias.desktop", "file://" + folder.path("net/host"));
+
+    for (const auto* name : { "link", "climbing link", "alias.desktop" })
+        EXPECT_EQ(follow(name), Result::notFound) << name;
+    EXPECT_EQ(endOf("link to the place itself"), "net");
+
+    mounts.push_back({ 2, 2, folder.path("net/host"), "nfs4" });
+    EXPECT_EQ(endOf("link"), "net/host/file");
 }
 
 TEST_F(AliasResolutionTest, KeepsEveryByteOfATarget)

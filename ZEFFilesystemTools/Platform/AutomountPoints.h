@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/MountTable.h"
+
+#include <functional>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zef {
+
+/// Knows where a look at a path would make the system mount something (autofs), which may take as
+/// long as a server does.
+///
+/// The places are read at most once a second, the mounts below them each time. Any thread; no lock
+/// is held while the system is asked.
+class AutomountPoints {
+public:
+    using MountReader = std::function<std::vector<Mount>()>;
+
+    explicit AutomountPoints(MountReader = readMounts);
+
+    /// Whether looking at `path`, absolute and without "." and "..", would. Goes by the path as it
+    /// is spelled: what a link on the way leads to is not known without looking.
+    bool areAbove(std::string_view path);
+
+private:
+    std::vector<std::string> folders();
+
+    MountReader _readMounts;
+    std::mutex _mutex;
+    std::vector<std::string> _folders;
+    double _validUntil = 0;
+};
+
+} // namespace zef
