@@ -4,9 +4,16 @@
 #include <algorithm>
 #include <stdexcept>
 
-ServeClient::ServeClient()
-    : _process({ "serve" })
+ServeClient::ServeClient(const std::vector<std::string>& options)
+    : _process(commandLine(options))
 {
+}
+
+std::vector<std::string> ServeClient::commandLine(const std::vector<std::string>& options)
+{
+    std::vector<std::string> result{ "serve" };
+    result.insert(result.end(), options.begin(), options.end());
+    return result;
 }
 
 void ServeClient::sendLine(std::string_view line)

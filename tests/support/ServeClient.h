@@ -14,7 +14,8 @@ class ServeClient {
 public:
     using JSON = nlohmann::json;
 
-    ServeClient();
+    /// Starts the server with these options.
+    explicit ServeClient(const std::vector<std::string>& options = {});
 
     ZefProcess& process() { return _process; }
 
@@ -45,6 +46,8 @@ public:
     JSON nextNotification(const std::string& method);
 
 private:
+    static std::vector<std::string> commandLine(const std::vector<std::string>& options);
+
     ZefProcess _process;
     std::vector<JSON> _kept;
     int _lastId = 0;

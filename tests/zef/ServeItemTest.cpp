@@ -37,7 +37,7 @@ TEST_F(ServeItemTest, DescribesAFileWithEveryFieldOfAnItem)
     EXPECT_EQ(item,
         JSON({
             { "id", item["id"] },
-            { "class", "ZEFFileItem" },
+            { "class", "ZEFBasicInfoFileItem" },
             { "url", url.absoluteString() },
             { "path", folder.path("a") },
             { "device", item["device"] },
@@ -156,7 +156,7 @@ TEST_F(ServeItemTest, TellsMoreOfAnItemWithoutALookAtTheDisk)
     EXPECT_EQ(item["usingKQueue"], false);
     EXPECT_TRUE(item["hash"].is_number_unsigned());
     EXPECT_TRUE(item["fileiNodeHash"].is_number_unsigned());
-    EXPECT_EQ(item["description"].get<std::string>().rfind("<ZEFFileItem: 0x", 0), 0u);
+    EXPECT_EQ(item["description"].get<std::string>().rfind("<ZEFBasicInfoFileItem: 0x", 0), 0u);
 }
 
 TEST_F(ServeItemTest, ComputesTheTwoHashesFromTheNumbers)

@@ -119,8 +119,8 @@ TEST_F(ServeProtocolTest, KeepsTheIdOfAnInvalidRequestThatHasOne)
 
 TEST_F(ServeProtocolTest, DoesNotKnowMethodsThatAreNotThere)
 {
-    for (const auto* method : { "", "Subscriptions", "subscriptions ", "filesInDirectory",
-             "basicInfo", "archiveDictionary", "load", "rpc.discover" })
+    for (const auto* method :
+        { "", "Subscriptions", "subscriptions ", "filesInDirectory", "load", "rpc.discover" })
         EXPECT_EQ(client.errorCode(method), -32601) << method;
 }
 

@@ -19,7 +19,7 @@ TEST_F(ServeSettingsTest, TellsTheDefaults)
     EXPECT_EQ(client.call("settings"),
         JSON({
             { "accepted", JSON::object() },
-            { "fileClass", "ZEFFileItem" },
+            { "fileClass", "ZEFBasicInfoFileItem" },
             { "asynchronous", false },
             { "pollingInterval", 3.0 },
             { "isPaused", false },
@@ -68,9 +68,35 @@ TEST_F(ServeSettingsTest, RefusesAnIntervalThatIsNoPositiveNumberOfSeconds)
     EXPECT_EQ(client.call("settings")["pollingInterval"], 3.0);
 }
 
+TEST_F(ServeSettingsTest, MakesItemsOfTheChosenClass)
+{
+    folder.write("a");
+    folder.write("b");
+    const auto item = [this](const char* name) {
+        return client.call("fileItem", { { "path", folder.path(name) } });
+    };
+
+    EXPECT_EQ(
+        client.call("settings", { { "fileClass", "ZEFFileItem" } })["fileClass"], "ZEFFileItem");
+    const auto plain = item("a");
+    client.call("settings", { { "fileClass", "ZEFBasicInfoFileItem" } });
+
+    EXPECT_EQ(plain["class"], "ZEFFileItem");
+    EXPECT_EQ(item("b")["class"], "ZEFBasicInfoFileItem");
+    EXPECT_EQ(item("a"), plain);
+}
+
+TEST_F(ServeSettingsTest, BeginsWithPlainItemsWhenItIsStartedSo)
+{
+    ServeClient plain({ "--plain" });
+    folder.write("a");
+
+    EXPECT_EQ(plain.call("settings")["fileClass"], "ZEFFileItem");
+    EXPECT_EQ(plain.call("fileItem", { { "path", folder.path("a") } })["class"], "ZEFFileItem");
+}
+
 TEST_F(ServeSettingsTest, RefusesClassesThatAreNotThere)
 {
-    EXPECT_EQ(client.errorCode("settings", { { "fileClass", "ZEFBasicInfoFileItem" } }), -32602);
     EXPECT_EQ(client.errorCode("settings", { { "fileClass", "Nonsense" } }), -32602);
     EXPECT_EQ(client.errorCode("settings", { { "fileClass", 1 } }), -32602);
 }

@@ -56,7 +56,7 @@ TEST_F(WatchJSONTest, WritesOneObjectForEachNotification)
     EXPECT_EQ(record["name"], "appeared");
     const auto& file = record["file"];
     EXPECT_EQ(file.size(), 9u);
-    EXPECT_EQ(file["class"], "ZEFFileItem");
+    EXPECT_EQ(file["class"], "ZEFBasicInfoFileItem");
     EXPECT_EQ(file["url"], folder.url("w/a").absoluteString());
     EXPECT_EQ(file["path"], folder.path("w/a"));
     EXPECT_EQ(file["isValid"], true);

@@ -1,10 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/FileJSON.h"
 
-#include "tools/zef/NumberedFileItem.h"
+#include "tools/zef/NumberedItem.h"
 #include "tools/zef/Text.h"
 
 namespace tool {
+namespace {
+
+JSON jsonOfText(const std::optional<std::string>& text)
+{
+    return text ? JSON(validText(*text)) : JSON();
+}
+
+} // namespace
 
 const char* nameOfEvent(ZEFFileEvent event)
 {
@@ -40,6 +48,39 @@ JSON jsonOfItem(const ZEFFileItem* item)
         { "isValid", item->isValid() },
         { "isBasicDirectory", item->isBasicDirectory() },
         { "isSymlink", item->isSymlink() },
+    };
+}
+
+JSON jsonOfItemInFull(const ZEFFileItem& item)
+{
+    auto result = jsonOfItem(&item);
+    result["hash"] = item.hash();
+    result["fileiNodeHash"] = item.fileiNodeHash();
+    result["refValid"] = item.refValid();
+    result["usingKQueue"] = item.usingKQueue();
+    result["description"] = item.description();
+    return result;
+}
+
+// An answer may depend on those before it, so their order counts.
+JSON jsonOfBasicInfo(ZEFBasicInfoFileItem& item)
+{
+    return {
+        { "fileName", jsonOfText(item.fileName()) },
+        { "displayName", jsonOfText(item.displayName()) },
+        { "uti", jsonOfText(item.uti()) },
+        { "resolvedUTI", jsonOfText(item.resolvedUTI()) },
+        { "resolvedURL", jsonOfURL(item.resolvedURL()) },
+        { "resolvedPath", jsonOfText(item.resolvedPath()) },
+        { "resolvedFile", jsonOfItem(item.resolvedFile().get()) },
+        { "isDirectory", item.isDirectory() },
+        { "isPackage", item.isPackage() },
+        { "isApplication", item.isApplication() },
+        { "isAlias", item.isAlias() },
+        { "isRealFile", item.isRealFile() },
+        { "isInvisible", item.isInvisible() },
+        { "isRootDirectory", item.isRootDirectory() },
+        { "isVolumesDirectory", item.isVolumesDirectory() },
     };
 }
 

@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <optional>
 #include <string>
 
 namespace tool {
@@ -17,6 +18,10 @@ const char* nameOfEvent(ZEFFileEvent);
 
 /// The item as last seen, without a look at the disk; nil is null.
 JSON jsonOfItem(const ZEFFileItem*);
+/// The same with what is known of the item beside it, as last seen too.
+JSON jsonOfItemInFull(const ZEFFileItem&);
+/// What people are shown of the file; looks at the disk for what isn't known yet.
+JSON jsonOfBasicInfo(ZEFBasicInfoFileItem&);
 JSON jsonOfItems(const ZEFFileItemArray&);
 JSON jsonOfChanges(const ZEFChangeArray&);
 

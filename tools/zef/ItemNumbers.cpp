@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/ItemNumbers.h"
 
-#include "tools/zef/NumberedFileItem.h"
-
 namespace tool {
 
 ItemNumbers& ItemNumbers::shared()
@@ -11,7 +9,7 @@ ItemNumbers& ItemNumbers::shared()
     return numbers;
 }
 
-std::uint64_t ItemNumbers::add(NumberedFileItem& item)
+std::uint64_t ItemNumbers::add(ZEFFileItem& item)
 {
     const std::lock_guard lock(_mutex);
     _items.emplace(++_lastNumber, &item);
@@ -24,14 +22,14 @@ void ItemNumbers::remove(std::uint64_t number)
     _items.erase(number);
 }
 
-zef::Ref<NumberedFileItem> ItemNumbers::item(std::uint64_t number)
+zef::Ref<ZEFFileItem> ItemNumbers::item(std::uint64_t number)
 {
     const std::lock_guard lock(_mutex);
     const auto found = _items.find(number);
     // An item may be dying on another thread; its destructor waits for the lock.
     if (found == _items.end() || !found->second->retainIfAlive())
         return nullptr;
-    return zef::Ref<NumberedFileItem>::adopt(found->second);
+    return zef::Ref<ZEFFileItem>::adopt(found->second);
 }
 
 } // namespace tool

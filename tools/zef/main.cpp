@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include "tools/zef/Archive/ArchiveCommand.h"
 #include "tools/zef/Arguments.h"
 #include "tools/zef/ExitStatus.h"
+#include "tools/zef/Info/InfoCommand.h"
 #include "tools/zef/Interruption.h"
 #include "tools/zef/Output.h"
+#include "tools/zef/Resolve/ResolveCommand.h"
 #include "tools/zef/Serve/ServeCommand.h"
 #include "tools/zef/Watch/WatchCommand.h"
 
@@ -49,6 +52,9 @@ int runProgram(int argumentCount, char** arguments)
     program.require_subcommand(1);
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(std::make_unique<WatchCommand>(program));
+    commands.push_back(std::make_unique<InfoCommand>(program));
+    commands.push_back(std::make_unique<ArchiveCommand>(program));
+    commands.push_back(std::make_unique<ResolveCommand>(program));
     commands.push_back(std::make_unique<ServeCommand>(program));
 
     if (namesNoCommand(program, argumentCount, arguments)) {

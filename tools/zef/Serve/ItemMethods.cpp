@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/Serve/ItemMethods.h"
 
-#include "tools/zef/NumberedFileItem.h"
+#include "tools/zef/ArchiveJSON.h"
+#include "tools/zef/NumberedItem.h"
 #include "tools/zef/Text.h"
 
 namespace tool {
@@ -15,19 +16,14 @@ JSON jsonOfDate(const std::optional<zef::Date>& date)
 JSON item(const Parameters& parameters)
 {
     const auto item = parameters.item("id");
-    auto result = jsonOfItem(item.get());
-    result["hash"] = item->hash();
-    result["fileiNodeHash"] = item->fileiNodeHash();
-    result["refValid"] = item->refValid();
-    result["usingKQueue"] = item->usingKQueue();
-    result["description"] = item->description();
-    return result;
+    return jsonOfItemInFull(*item.get());
 }
 
 JSON changesForObserver(const Parameters& parameters)
 {
     const auto observer = parameters.text("observer");
-    const auto changes = parameters.item("id")->changesForObserverNamed(observer);
+    const auto item = parameters.item("id");
+    const auto changes = NumberedItem::of(*item).changesForObserverNamed(observer);
     return {
         { "exists", changes.exists },
         { "pathChanged", changes.pathChanged },
@@ -39,9 +35,10 @@ JSON updateForObserver(const Parameters& parameters)
 {
     const auto observer = parameters.text("observer");
     const auto item = parameters.item("id");
-    if (!item->hasObserverNamed(observer))
+    auto& numbered = NumberedItem::of(*item);
+    if (!numbered.hasObserverNamed(observer))
         Parameters::refuse("the observer is not registered");
-    const auto event = item->updateForObserverNamed(observer);
+    const auto event = numbered.updateForObserverNamed(observer);
     return {
         { "delivered", event.has_value() },
         { "event", event ? JSON(static_cast<int>(*event)) : JSON() },
@@ -61,6 +58,8 @@ void ItemMethods::addAccess(MethodTable& table)
 {
     table.add("fileItem", { "path", "url" },
         [this](const Parameters& parameters) { return fileItem(parameters); });
+    table.add("fileItemForArchiveDictionary", { "archive" },
+        [this](const Parameters& parameters) { return fileItemForArchiveDictionary(parameters); });
     table.add("releaseItem", { "id" },
         [this](const Parameters& parameters) { return releaseItem(parameters); });
 }
@@ -68,6 +67,10 @@ void ItemMethods::addAccess(MethodTable& table)
 void ItemMethods::addQuestions(MethodTable& table)
 {
     table.add("item", { "id" }, item);
+    table.add("archiveDictionary", { "id" }, [](const Parameters& parameters) {
+        const auto archive = parameters.item("id")->archiveDictionary();
+        return archive ? jsonOfArchive(*archive) : JSON();
+    });
     table.add("currentURL", { "id" }, [](const Parameters& parameters) {
         return jsonOfURL(parameters.item("id")->currentURL());
     });
@@ -86,10 +89,12 @@ void ItemMethods::addQuestions(MethodTable& table)
 void ItemMethods::addObservation(MethodTable& table)
 {
     table.add("registerFileObserver", { "id", "observer" }, [](const Parameters& parameters) {
-        return parameters.item("id")->registerObserverNamed(parameters.text("observer"));
+        const auto item = parameters.item("id");
+        return NumberedItem::of(*item).registerObserverNamed(parameters.text("observer"));
     });
     table.add("removeFileObserver", { "id", "observer" }, [](const Parameters& parameters) {
-        return parameters.item("id")->removeObserverNamed(parameters.text("observer"));
+        const auto item = parameters.item("id");
+        return NumberedItem::of(*item).removeObserverNamed(parameters.text("observer"));
     });
     table.add("changesForObserver", { "id", "observer" }, changesForObserver);
     table.add("updateForObserver", { "id", "observer" }, updateForObserver);
@@ -109,8 +114,20 @@ JSON ItemMethods::fileItem(const Parameters& parameters)
     if (given.empty())
         Parameters::refuse("path or url is missing");
     const auto& fileClass = *ZEFFileManager::defaultFileManager()->fileClass();
-    auto item = given == "path" ? fileClass.newFileItemForPath(parameters.text(given))
-                                : fileClass.newFileItemForURL(parameters.url(given));
+    const auto item = given == "path" ? fileClass.newFileItemForPath(parameters.text(given))
+                                      : fileClass.newFileItemForURL(parameters.url(given));
+    return hold(item);
+}
+
+JSON ItemMethods::fileItemForArchiveDictionary(const Parameters& parameters)
+{
+    const auto archive = parameters.archive("archive");
+    const auto& fileClass = *ZEFFileManager::defaultFileManager()->fileClass();
+    return hold(fileClass.newFileItemForArchiveDictionary(archive.get()));
+}
+
+JSON ItemMethods::hold(const zef::Ref<ZEFFileItem>& item)
+{
     auto result = jsonOfItem(item.get());
     if (item)
         _held[numberOf(*item)] = item;
@@ -120,7 +137,7 @@ JSON ItemMethods::fileItem(const Parameters& parameters)
 JSON ItemMethods::releaseItem(const Parameters& parameters)
 {
     const auto item = parameters.item("id");
-    _held.erase(item->number());
+    _held.erase(numberOf(*item));
     return true;
 }
 

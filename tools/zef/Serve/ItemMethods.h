@@ -20,7 +20,9 @@ private:
     static void addObservation(MethodTable&);
 
     JSON fileItem(const Parameters&);
+    JSON fileItemForArchiveDictionary(const Parameters&);
     JSON releaseItem(const Parameters&);
+    JSON hold(const zef::Ref<ZEFFileItem>& item);
 
     std::unordered_map<std::uint64_t, zef::Ref<ZEFFileItem>> _held;
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/Serve/ManagerMethods.h"
 
-#include "tools/zef/NumberedFileItem.h"
+#include "tools/zef/FileClasses.h"
 
 namespace tool {
 namespace {
@@ -13,11 +13,10 @@ ZEFFileManager& manager()
 
 const ZEFFileItemClass& fileClassNamed(const std::string& name)
 {
-    if (name == "ZEFBasicInfoFileItem")
-        Parameters::refuse("the file class ZEFBasicInfoFileItem is not available");
-    if (name != NumberedFileItem::classObject.name)
+    const auto* found = FileClasses::named(name);
+    if (!found)
         Parameters::refuse("there is no file class \"" + name + '"');
-    return NumberedFileItem::classObject;
+    return *found;
 }
 
 // Everything is looked at before anything is set, so that a wrong parameter changes nothing.

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/Serve/Parameters.h"
 
+#include "tools/zef/ArchiveJSON.h"
+#include "tools/zef/FileClasses.h"
 #include "tools/zef/ItemNumbers.h"
-#include "tools/zef/NumberedFileItem.h"
+#include "tools/zef/NumberedItem.h"
 #include "tools/zef/Serve/RPCError.h"
 
 #include <algorithm>
@@ -91,13 +93,31 @@ zef::FileURL Parameters::url(const std::string& name) const
     return result;
 }
 
-zef::Ref<NumberedFileItem> Parameters::item(const std::string& name) const
+zef::Ref<ZEFFileItem> Parameters::item(const std::string& name) const
 {
     const auto wanted = number(name);
     auto item = ItemNumbers::shared().item(wanted);
     if (!item)
         refuse("there is no file item " + std::to_string(wanted));
     return item;
+}
+
+zef::Ref<ZEFBasicInfoFileItem> Parameters::basicInfoItem(const std::string& name) const
+{
+    const auto found = item(name);
+    auto* withBasicInfo = FileClasses::basicInfoItem(*found);
+    if (!withBasicInfo)
+        refuse("file item " + std::to_string(numberOf(*found)) + " is a plain one");
+    return withBasicInfo;
+}
+
+zef::Ref<ZEFArchiveDictionary> Parameters::archive(const std::string& name) const
+{
+    try {
+        return archiveOfJSON(value(name));
+    } catch (const std::invalid_argument& error) {
+        refuse(error.what());
+    }
 }
 
 void Parameters::refuse(const std::string& message)

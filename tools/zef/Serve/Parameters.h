@@ -11,8 +11,6 @@
 
 namespace tool {
 
-class NumberedFileItem;
-
 /// The parameters of one request, by name. What is missing or wrong throws `RPCError`; null stands
 /// for left out.
 class Parameters {
@@ -30,7 +28,11 @@ public:
     bool boolean(const std::string& name) const;
     zef::FileURL url(const std::string& name) const;
     /// The living item with this number.
-    zef::Ref<NumberedFileItem> item(const std::string& name) const;
+    zef::Ref<ZEFFileItem> item(const std::string& name) const;
+    /// The same; a plain one is an error.
+    zef::Ref<ZEFBasicInfoFileItem> basicInfoItem(const std::string& name) const;
+
+    zef::Ref<ZEFArchiveDictionary> archive(const std::string& name) const;
 
     [[noreturn]] static void refuse(const std::string& message);
 

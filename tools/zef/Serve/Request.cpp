@@ -1,34 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/Serve/Request.h"
 
+#include "tools/zef/JSONText.h"
 #include "tools/zef/Serve/NumberText.h"
 #include "tools/zef/Serve/RPCError.h"
-#include "tools/zef/Serve/RequestText.h"
+
+#include <stdexcept>
 
 namespace tool {
 namespace {
 
 using nlohmann::json;
 
-constexpr std::size_t deepestNesting = 128;
-
-json parsed(const RequestText& text)
+json parsed(const JSONText& text)
 {
-    if (text.depth() > deepestNesting) {
-        throw RPCError(RPCError::parseError,
-            "nested deeper than " + std::to_string(deepestNesting) + " levels");
-    }
     try {
-        return json::parse(text.text());
-    } catch (const json::parse_error& error) {
-        const std::string message = error.what();
-        const auto begin = message.find("] "); // behind the library's own mark
-        throw RPCError(
-            RPCError::parseError, begin == std::string::npos ? message : message.substr(begin + 2));
+        return text.parsed();
+    } catch (const std::invalid_argument& error) {
+        throw RPCError(RPCError::parseError, error.what());
     }
 }
 
-std::string textOfId(const json& id, const RequestText& text)
+std::string textOfId(const json& id, const JSONText& text)
 {
     if (!id.is_string() && !id.is_number() && !id.is_null())
         throw RPCError(RPCError::invalidRequest, "the id is no text, number or null");
@@ -49,7 +42,7 @@ void checkVersion(const json& object)
 
 void readRequest(std::string_view line, Request& request)
 {
-    const RequestText text(line);
+    const JSONText text(line);
     auto object = parsed(text);
     if (object.is_array())
         throw RPCError(RPCError::invalidRequest, "batches are not supported");

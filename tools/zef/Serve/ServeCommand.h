@@ -11,6 +11,9 @@ public:
     explicit ServeCommand(CLI::App& program);
 
     int run() override;
+
+private:
+    bool _plain = false;
 };
 
 } // namespace tool

@@ -3,30 +3,22 @@
 
 #include "tools/zef/ExitStatus.h"
 #include "tools/zef/MainLoop.h"
-#include "tools/zef/NumberedFileItem.h"
 #include "tools/zef/Output.h"
+#include "tools/zef/Serve/BasicInfoMethods.h"
 #include "tools/zef/Serve/Message.h"
-
-#include <cerrno>
-#include <cstring>
 
 #include <unistd.h>
 
 namespace tool {
-namespace {
 
-constexpr std::size_t longestLine = std::size_t{ 64 } * 1024 * 1024;
-
-} // namespace
-
-Server::Server()
-    : _lines(longestLine)
+Server::Server(const ZEFFileItemClass& fileClass)
 {
     zef::setLogSink([](std::string_view line) {
         sendNotification("log", { { "message", std::string(line) } });
     });
-    ZEFFileManager::defaultFileManager()->setFileClass(&NumberedFileItem::classObject);
+    ZEFFileManager::defaultFileManager()->setFileClass(&fileClass);
     _items.addTo(_methods);
+    BasicInfoMethods::addTo(_methods);
     _subscriptions.addTo(_methods);
     _manager.addTo(_methods);
 }
@@ -43,7 +35,8 @@ int Server::run()
     while (!isDone()) {
         const auto wakeUp = waitForWork(STDIN_FILENO);
         if (wakeUp.hasInput) {
-            readInput();
+            _input.read();
+            answerLines();
         } else if (wakeUp.runLoopIsDue) {
             zef::RunLoop::current().perform();
             _subscriptions.forgetDropped();
@@ -54,29 +47,13 @@ int Server::run()
 
 bool Server::isDone() const
 {
-    return _inputHasEnded || _manager.isShutDown() || mustEnd();
-}
-
-void Server::readInput()
-{
-    char bytes[65536];
-    const auto count = read(STDIN_FILENO, bytes, sizeof bytes);
-    if (count < 0 && (errno == EINTR || errno == EAGAIN))
-        return;
-    if (count < 0)
-        complain("standard input", std::strerror(errno));
-    _inputHasEnded = count <= 0;
-    if (_inputHasEnded)
-        _lines.finish();
-    else
-        _lines.append({ bytes, static_cast<std::size_t>(count) });
-    answerLines();
+    return _input.hasEnded() || _manager.isShutDown() || mustEnd();
 }
 
 void Server::answerLines()
 {
     while (!_manager.isShutDown() && !mustEnd()) {
-        const auto line = _lines.takeLine();
+        const auto line = _input.takeLine();
         if (!line)
             return;
         answer(*line);
@@ -88,8 +65,8 @@ void Server::answer(const LineReader::Line& line)
     if (!line.isTooLong)
         return answer(line.text);
     sendError("null",
-        RPCError(
-            RPCError::parseError, "a line of more than " + std::to_string(longestLine) + " bytes"));
+        RPCError(RPCError::parseError,
+            "a line of more than " + std::to_string(LineInput::longestLine) + " bytes"));
 }
 
 void Server::answer(const std::string& line)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "tools/zef/LineInput.h"
 #include "tools/zef/Serve/ItemMethods.h"
-#include "tools/zef/Serve/LineReader.h"
 #include "tools/zef/Serve/ManagerMethods.h"
 #include "tools/zef/Serve/MethodTable.h"
 #include "tools/zef/Serve/SubscriptionMethods.h"
@@ -15,7 +15,8 @@ namespace tool {
 /// request is waiting.
 class Server {
 public:
-    Server();
+    /// `fileClass` is the class of the file items until a client chooses another.
+    explicit Server(const ZEFFileItemClass& fileClass);
     ~Server();
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
@@ -26,7 +27,6 @@ public:
 
 private:
     bool isDone() const;
-    void readInput();
     void answerLines();
     void answer(const LineReader::Line&);
     void answer(const std::string& line);
@@ -35,8 +35,7 @@ private:
     SubscriptionMethods _subscriptions;
     ManagerMethods _manager;
     MethodTable _methods;
-    LineReader _lines;
-    bool _inputHasEnded = false;
+    LineInput _input;
 };
 
 } // namespace tool

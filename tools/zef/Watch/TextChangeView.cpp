@@ -7,14 +7,6 @@
 namespace tool {
 namespace {
 
-constexpr auto bold = "\x1b[1m";
-constexpr auto red = "\x1b[31m";
-constexpr auto green = "\x1b[32m";
-constexpr auto yellow = "\x1b[33m";
-constexpr auto blue = "\x1b[34m";
-constexpr auto cyan = "\x1b[36m";
-constexpr auto plain = "\x1b[0m";
-
 constexpr std::string_view arrow = " \u2192 ";
 
 struct EventText {
@@ -26,19 +18,19 @@ EventText textOf(ZEFFileEvent event)
 {
     switch (event) {
     case ZEFFileEvent::moved:
-        return { "moved", blue };
+        return { "moved", Paint::blue };
     case ZEFFileEvent::renamed:
-        return { "renamed", cyan };
+        return { "renamed", Paint::cyan };
     case ZEFFileEvent::removed:
-        return { "removed", red };
+        return { "removed", Paint::red };
     case ZEFFileEvent::updated:
-        return { "updated", yellow };
+        return { "updated", Paint::yellow };
     case ZEFFileEvent::appeared:
-        return { "appeared", green };
+        return { "appeared", Paint::green };
     case ZEFFileEvent::movedInParent:
-        return { "moved in parent", cyan };
+        return { "moved in parent", Paint::cyan };
     }
-    return { "unknown", plain };
+    return { "unknown", Paint::plain };
 }
 
 constexpr std::size_t nameColumn = std::string_view("moved in parent").size() + 2;
@@ -84,7 +76,6 @@ std::string pathOf(const WatchedFolder& folder)
 
 TextChangeView::TextChangeView(bool showsHeadings)
     : _showsHeadings(showsHeadings)
-    , _showsColors(Output::standardOutput().showsColors())
 {
 }
 
@@ -118,19 +109,14 @@ void TextChangeView::setHeading(const WatchedFolder& folder, std::string& text)
     if (!_showsHeadings || heading == _heading)
         return;
     _heading = std::move(heading);
-    text += colored(bold, _heading) + '\n';
+    text += _paint(Paint::bold, _heading) + '\n';
 }
 
 std::string TextChangeView::line(const WatchedFolder& folder, const ZEFChangeRecord& record) const
 {
     const auto event = textOf(record.event());
-    return colored(event.color, std::string(event.name))
+    return _paint(event.color, std::string(event.name))
         + std::string(nameColumn - event.name.size(), ' ') + description(folder, record) + '\n';
-}
-
-std::string TextChangeView::colored(const char* color, const std::string& text) const
-{
-    return _showsColors ? color + text + plain : text;
 }
 
 } // namespace tool

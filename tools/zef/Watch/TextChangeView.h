@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "tools/zef/Paint.h"
 #include "tools/zef/Watch/ChangeView.h"
 
 #include <cstddef>
@@ -20,11 +21,10 @@ public:
 
 private:
     std::string line(const WatchedFolder&, const ZEFChangeRecord&) const;
-    std::string colored(const char* color, const std::string& text) const;
     void setHeading(const WatchedFolder&, std::string& text);
 
     bool _showsHeadings;
-    bool _showsColors;
+    Paint _paint;
     std::string _heading;
 };
 

@@ -2,9 +2,9 @@
 #include "tools/zef/Watch/WatchCommand.h"
 
 #include "tools/zef/ExitStatus.h"
+#include "tools/zef/FileClasses.h"
 #include "tools/zef/Interruption.h"
 #include "tools/zef/MainLoop.h"
-#include "tools/zef/NumberedFileItem.h"
 #include "tools/zef/Output.h"
 #include "tools/zef/Watch/FolderWatcher.h"
 #include "tools/zef/Watch/JSONChangeView.h"
@@ -75,7 +75,7 @@ int WatchCommand::run()
 void WatchCommand::prepareManager() const
 {
     auto& manager = *ZEFFileManager::defaultFileManager();
-    manager.setFileClass(&NumberedFileItem::classObject);
+    manager.setFileClass(&FileClasses::chosen(_plain));
     manager.setAsynchronous(_asynchronous);
     if (_interval)
         manager.setPollingInterval(*_interval);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/Watch/WatchedFolder.h"
 
-#include "tools/zef/NumberedFileItem.h"
+#include "tools/zef/NumberedItem.h"
 
 namespace tool {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tools/zef/Serve/LineReader.h"
+#include "tools/zef/LineReader.h"
 
 namespace tool {
 

@@ -1,25 +1,28 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <nlohmann/json.hpp>
+
 #include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace tool {
 
-/// The text of a request, looked through before it is parsed.
+/// A text in JSON from somewhere else, looked through before it is parsed.
 ///
 /// A string in it may hold what is no valid Unicode: bytes that are no UTF-8, or halves of
 /// surrogate pairs as escapes, which is how some languages write such bytes. That makes a wrong
-/// parameter and not unreadable JSON, so U+FFFD takes its place and a mark is set.
-class RequestText {
+/// value and not unreadable JSON, so U+FFFD takes its place and a mark is set.
+class JSONText {
 public:
-    explicit RequestText(std::string_view line);
+    explicit JSONText(std::string_view line);
 
     const std::string& text() const { return _text; }
     bool hasInvalidCharacters() const { return _hasInvalidCharacters; }
-    /// The deepest nesting of arrays and objects.
-    std::size_t depth() const { return _depth; }
+    /// Throws `std::invalid_argument`, which says what is wrong, for what is no JSON, and for what
+    /// is nested so deep that reading it would take the program down.
+    nlohmann::json parsed() const;
 
 private:
     void takeOutside(std::string_view& rest);

@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: MIT
-#include "tools/zef/Serve/RequestText.h"
+#include "tools/zef/JSONText.h"
 
 #include "tools/zef/Text.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <stdexcept>
 
 namespace tool {
 namespace {
 
+constexpr std::size_t deepestNesting = 128;
 constexpr std::size_t unicodeEscapeLength = 6;
 
 // The value of an escape \uXXXX at the start of `text`; 0 when there is none.
@@ -32,9 +34,21 @@ bool isSecondHalf(std::uint32_t value)
     return value >= 0xdc00 && value < 0xe000;
 }
 
+// Without the parser's own mark, and without the line, which is always the first.
+std::string reason(std::string message)
+{
+    const auto mark = message.find("] ");
+    if (mark != std::string::npos)
+        message.erase(0, mark + 2);
+    constexpr std::string_view place = "parse error at line 1, column ";
+    if (message.starts_with(place))
+        message.replace(0, place.size(), "no JSON at byte ");
+    return message;
+}
+
 } // namespace
 
-RequestText::RequestText(std::string_view line)
+JSONText::JSONText(std::string_view line)
 {
     _text.reserve(line.size());
     while (!line.empty()) {
@@ -45,7 +59,20 @@ RequestText::RequestText(std::string_view line)
     }
 }
 
-void RequestText::takeOutside(std::string_view& rest)
+nlohmann::json JSONText::parsed() const
+{
+    if (_depth > deepestNesting) {
+        throw std::invalid_argument(
+            "nested deeper than " + std::to_string(deepestNesting) + " levels");
+    }
+    try {
+        return nlohmann::json::parse(_text);
+    } catch (const nlohmann::json::exception& error) {
+        throw std::invalid_argument(reason(error.what()));
+    }
+}
+
+void JSONText::takeOutside(std::string_view& rest)
 {
     const char byte = rest.front();
     if (byte == '[' || byte == '{')
@@ -57,7 +84,7 @@ void RequestText::takeOutside(std::string_view& rest)
     take(rest, 1);
 }
 
-void RequestText::takeInString(std::string_view& rest)
+void JSONText::takeInString(std::string_view& rest)
 {
     if (rest.front() == '\\')
         return takeEscape(rest);
@@ -70,7 +97,7 @@ void RequestText::takeInString(std::string_view& rest)
         replace(rest, character.length);
 }
 
-void RequestText::takeEscape(std::string_view& rest)
+void JSONText::takeEscape(std::string_view& rest)
 {
     const auto value = unicodeEscape(rest);
     const auto next = rest.substr(std::min(rest.size(), unicodeEscapeLength));
@@ -82,13 +109,13 @@ void RequestText::takeEscape(std::string_view& rest)
         take(rest, std::min<std::size_t>(rest.size(), 2));
 }
 
-void RequestText::take(std::string_view& rest, std::size_t length)
+void JSONText::take(std::string_view& rest, std::size_t length)
 {
     _text += rest.substr(0, length);
     rest.remove_prefix(length);
 }
 
-void RequestText::replace(std::string_view& rest, std::size_t length)
+void JSONText::replace(std::string_view& rest, std::size_t length)
 {
     _text += "\xef\xbf\xbd";
     rest.remove_prefix(length);
