@@ -1,0 +1,323 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/KernelAliasData.h"
+
+#include "ZEFFilesystemTools/Platform/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Clock.h"
+#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Locator.h"
+
+#include "tests/support/AliasBytes.h"
+#include "tests/support/AliasFixture.h"
+#include "tests/support/Privileges.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+namespace {
+
+class KernelAliasDataTest : public AliasFixture {
+protected:
+    // Where the process may open files by their handles it knows at once that one is gone.
+    bool mayOpen() const { return mayOpenByHandle(folder.path()); }
+};
+
+INSTANTIATE_TEST_SUITE_P(
+    , KernelAliasDataTest, testing::ValuesIn(aliasCircumstances()), nameOfAliasCircumstance);
+
+TEST_P(KernelAliasDataTest, LeadsToAFileThatStayedWhereItWas)
+{
+    folder.makeFolder("folder");
+    const auto file = folder.write("folder/file");
+
+    EXPECT_EQ(resolve(aliasOf(file)), file);
+}
+
+TEST_P(KernelAliasDataTest, TellsAReferenceToTheFile)
+{
+    const auto file = folder.write("file");
+    const auto ref = resolvedRef(aliasOf(file));
+
+    EXPECT_TRUE(ref.hasNumbersOf(stat(file)));
+    EXPECT_EQ(ref.parentInode(), stat(folder.folderUrl()).inode);
+    EXPECT_EQ(ref.hasHandle(), zef::FileSystem::system().handle(file.path().c_str()).isKnown());
+}
+
+TEST_P(KernelAliasDataTest, LeadsToAFolderWithASlashAtTheEnd)
+{
+    const auto made = folder.makeFolder("folder");
+    const auto alias = aliasOf(made);
+    EXPECT_EQ(resolve(alias), folder.folderUrl("folder"));
+    folder.rename("folder", "renamed");
+
+    EXPECT_EQ(resolve(alias), folder.folderUrl("renamed"));
+}
+
+TEST_P(KernelAliasDataTest, FindsARenamedFile)
+{
+    const auto alias = aliasOf(folder.write("file"));
+    folder.write("another");
+
+    EXPECT_EQ(resolve(alias), folder.rename("file", "renamed"));
+}
+
+TEST_P(KernelAliasDataTest, FindsAFileAmongManyOthersAfterARename)
+{
+    for (int number = 0; number < 1000; ++number)
+        folder.write("file " + std::to_string(number));
+    const auto alias = aliasOf("file 500");
+
+    EXPECT_EQ(resolve(alias), folder.rename("file 500", "renamed"));
+}
+
+TEST_P(KernelAliasDataTest, FindsAFileWhoseNameIsAnyBytes)
+{
+    const auto alias = aliasOf(folder.write("line\nend \xff\xfe (deleted)"));
+
+    EXPECT_EQ(resolve(alias), folder.url("line\nend \xff\xfe (deleted)"));
+    EXPECT_EQ(resolve(alias), folder.rename("line\nend \xff\xfe (deleted)", "\xff\n"));
+}
+
+TEST_P(KernelAliasDataTest, FindsAFileThatWasMovedToAFolderNobodyKnows)
+{
+    folder.makeFolder("one");
+    folder.makeFolder("two");
+    folder.makeFolder("two/three");
+    const auto alias = aliasOf(folder.write("one/file"));
+
+    EXPECT_EQ(resolve(alias), folder.rename("one/file", "two/three/renamed"));
+}
+
+TEST_P(KernelAliasDataTest, FindsAFileWhoseFoldersWereRenamed)
+{
+    folder.makeFolder("one");
+    folder.makeFolder("one/two");
+    const auto alias = aliasOf(folder.write("one/two/file"));
+    folder.rename("one/two/file", "one/two/renamed");
+    folder.rename("one/two", "one/zwei");
+    folder.rename("one", "eins");
+
+    EXPECT_EQ(resolve(alias), folder.url("eins/zwei/renamed"));
+}
+
+TEST_P(KernelAliasDataTest, FindsAFileWhoseFolderWasMoved)
+{
+    folder.makeFolder("one");
+    folder.makeFolder("one/two");
+    folder.makeFolder("other");
+    const auto alias = aliasOf(folder.write("one/two/file"));
+    folder.rename("one/two", "other/two");
+
+    EXPECT_EQ(resolve(alias), folder.url("other/two/file"));
+}
+
+TEST_P(KernelAliasDataTest, FindsAFileWhoseFolderWasReplaced)
+{
+    folder.makeFolder("folder");
+    const auto alias = aliasOf(folder.write("folder/file"));
+    folder.rename("folder", "old");
+    folder.makeFolder("folder");
+    folder.rename("old/file", "folder/file");
+    folder.remove("old");
+
+    EXPECT_EQ(resolve(alias), folder.url("folder/file"));
+}
+
+TEST_P(KernelAliasDataTest, FindsTheNameThatIsLeftOfTwo)
+{
+    const auto alias = aliasOf(folder.write("file"));
+    const auto other = folder.link("file", "hard link");
+    folder.remove("file");
+
+    EXPECT_EQ(resolve(alias), other);
+}
+
+TEST_P(KernelAliasDataTest, LeadsToALinkItselfAlsoWhereThatLeadsNowhere)
+{
+    const auto alias = aliasOf(folder.symlink("nowhere", "link"));
+    EXPECT_EQ(resolve(alias), folder.url("link"));
+
+    EXPECT_EQ(resolve(alias), folder.rename("link", "renamed"));
+}
+
+TEST_P(KernelAliasDataTest, TellsThePlaceWithoutTheLinksOnTheWay)
+{
+    folder.makeFolder("folder");
+    const auto file = folder.write("folder/file");
+    folder.symlink("folder", "link");
+    const auto alias = aliasOf("link/file");
+    folder.remove("link");
+
+    EXPECT_EQ(resolve(alias), file);
+}
+
+TEST_P(KernelAliasDataTest, DoesNotFollowLinksOnItsSearch)
+{
+    TemporaryFolder elsewhere(GetParam().place);
+    elsewhere.makeFolder("folder");
+    folder.makeFolder("folder");
+    const auto alias = aliasOf(folder.write("folder/file"));
+    folder.rename("folder/file", "file");
+    folder.remove("folder");
+    folder.symlink(elsewhere.path("folder"), "folder");
+
+    EXPECT_EQ(resolve(alias), folder.url("file"));
+}
+
+TEST_P(KernelAliasDataTest, LeadsToTheRootOfTheFileSystem)
+{
+    EXPECT_EQ(resolve(aliasOf(zef::FileURL::fromPath("/", zef::URLKind::folder))),
+        zef::FileURL::fromPath("/", zef::URLKind::folder));
+}
+
+TEST_P(KernelAliasDataTest, SaysThatADeletedFileIsNotFound)
+{
+    const auto alias = aliasOf(folder.write("file"));
+    folder.remove("file");
+
+    EXPECT_EQ(resultOf(alias), zef::CatalogResult::notFound);
+}
+
+TEST_P(KernelAliasDataTest, NeverLeadsToTheFileThatTookThePlace)
+{
+    const auto alias = aliasOf(folder.write("file", "old"));
+    folder.write("new", "new");
+    folder.rename("new", "file");
+
+    EXPECT_EQ(resultOf(alias), zef::CatalogResult::notFound);
+}
+
+TEST_P(KernelAliasDataTest, NeverLeadsToTheFileThatTookTheNumber)
+{
+    const auto file = folder.write("file");
+    const auto old = stat(file);
+    const auto alias = aliasOf(file);
+    folder.remove("file");
+    bool isReused = false;
+    for (int number = 0; number < 100 && !isReused; ++number)
+        isReused = stat(folder.write("file " + std::to_string(number))).inode == old.inode;
+    if (!isReused)
+        GTEST_SKIP() << "the file system gives no number again";
+
+    EXPECT_EQ(resultOf(alias), zef::CatalogResult::notFound);
+}
+
+TEST_P(KernelAliasDataTest, NeverLeadsToTheFileThatTookPlaceAndNumber)
+{
+    const auto file = folder.write("file");
+    const auto old = stat(file);
+    const auto alias = aliasOf(file);
+    folder.remove("file");
+    if (stat(folder.write("file")).inode != old.inode)
+        GTEST_SKIP() << "the file system gives no number again";
+
+    EXPECT_EQ(resultOf(alias), zef::CatalogResult::notFound);
+}
+
+TEST_P(KernelAliasDataTest, FindsTheFileThatComesBackAfterItWasSearched)
+{
+    folder.makeFolder("folder");
+    const auto file = folder.write("file");
+    const auto alias = aliasOf(file);
+    zef::KernelAliasData aliases;
+    folder.link("file", "folder/link");
+    folder.remove("file");
+    zef::FSRef ref;
+    zef::FileURL url;
+    ASSERT_EQ(aliases.resolve(alias, ref, url), 0);
+    EXPECT_EQ(url, folder.url("folder/link"));
+    const auto back = folder.rename("folder/link", "back");
+
+    ASSERT_EQ(aliases.resolve(alias, ref, url), 0);
+    EXPECT_EQ(url, back);
+}
+
+TEST_P(KernelAliasDataTest, GivesUpWhenItsTimeIsUp)
+{
+    // Each look at this clock takes a second.
+    class HastyClock final : public zef::Clock {
+    public:
+        HastyClock() { replaceShared(this); }
+        ~HastyClock() override { replaceShared(nullptr); }
+        zef::Date now() override { return zef::Clock::system().now(); }
+        double monotonicSeconds() override { return _seconds += 1; }
+
+    private:
+        double _seconds = 1000;
+    };
+    if (mayOpen())
+        GTEST_SKIP() << "needs no search";
+    folder.makeFolder("one");
+    folder.makeFolder("two");
+    const auto alias = aliasOf(folder.write("one/file"));
+    const auto moved = folder.rename("one/file", "two/file");
+    ASSERT_EQ(resolve(alias), moved);
+    const HastyClock clock;
+
+    EXPECT_EQ(resultOf(alias), zef::CatalogResult::notFound);
+}
+
+TEST_P(KernelAliasDataTest, MakesNothingOfAFileThatIsGone)
+{
+    const auto file = folder.write("file");
+    const zef::FSRef ref(stat(file));
+    folder.remove("file");
+    zef::AliasData::Bytes bytes;
+
+    EXPECT_EQ(zef::KernelAliasData().make(ref, file, bytes), zef::CatalogResult::notFound);
+    EXPECT_TRUE(bytes.empty());
+}
+
+TEST_P(KernelAliasDataTest, MakesNothingOfAnEmptyReference)
+{
+    zef::AliasData::Bytes bytes;
+
+    EXPECT_EQ(zef::KernelAliasData().make(zef::FSRef(), folder.write("file"), bytes),
+        zef::CatalogResult::badReference);
+}
+
+TEST_P(KernelAliasDataTest, IsMadeOfAFileThatWasMovedMeanwhile)
+{
+    const auto file = folder.write("file");
+    zef::FSRef ref(stat(file));
+    zef::Locator::shared().retain(ref, file);
+    const auto renamed = folder.rename("file", "renamed");
+    zef::AliasData::Bytes bytes;
+    const auto result = zef::KernelAliasData().make(ref, file, bytes);
+    zef::Locator::shared().release(ref);
+
+    ASSERT_EQ(result, 0);
+    EXPECT_EQ(resolve(bytes), renamed);
+}
+
+TEST_P(KernelAliasDataTest, RefusesBytesOfNoMeaning)
+{
+    using Bytes = zef::AliasData::Bytes;
+
+    EXPECT_EQ(resultOf(Bytes()), zef::CatalogResult::ioError);
+    EXPECT_EQ(resultOf(Bytes(100)), zef::CatalogResult::ioError);
+    EXPECT_EQ(resultOf(Bytes(1000000)), zef::CatalogResult::ioError);
+}
+
+TEST_P(KernelAliasDataTest, LeadsNowhereElseWhateverTheBytesSay)
+{
+    const auto file = folder.write("file");
+    folder.write("another");
+    const auto alias = aliasOf(file);
+    zef::KernelAliasData aliases;
+    std::mt19937 random(1);
+
+    for (int round = 0; round < 60; ++round) {
+        auto bytes = alias;
+        bytes[random() % bytes.size()] = static_cast<std::byte>(random());
+        if (round % 2)
+            repairDigest(bytes);
+        zef::FSRef ref;
+        zef::FileURL url;
+        const bool isFound = aliases.resolve(bytes, ref, url) == 0;
+        EXPECT_TRUE(!isFound || url == file) << round;
+    }
+}
+
+} // namespace

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/AliasRecord.h"
+
+/// Makes the length and the digest in the head of alias data right again after a change; leaves
+/// bytes alone that are too short to have a head.
+inline void repairDigest(zef::AliasData::Bytes& bytes)
+{
+    constexpr std::size_t headLength = 17;
+    if (bytes.size() < headLength)
+        return;
+    const auto length = bytes.size() - headLength;
+    const auto digest = zef::fnvDigest(bytes.data() + headLength, length);
+    for (std::size_t index = 0; index < 4; ++index)
+        bytes[5 + index] = static_cast<std::byte>(length >> (8 * index));
+    for (std::size_t index = 0; index < 8; ++index)
+        bytes[9 + index] = static_cast<std::byte>(digest >> (8 * index));
+}
