@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Clock.h"
+#include "ZEFFilesystemTools/Platform/DeviceKinds.h"
 #include "ZEFFilesystemTools/Platform/FileStamps.h"
 #include "ZEFFilesystemTools/Platform/SmallFile.h"
 
@@ -14,9 +15,9 @@
 namespace zef {
 
 /// Remembers what the last few small files meant, for as long as their numbers, sizes and time
-/// stamps tell that nobody has written them. A file that was written in the last two seconds is
-/// read anew each time, because the next write might leave no trace. Any thread; no lock is held
-/// while the file system works.
+/// stamps tell that nobody has written them. A file that was written a moment ago (0.05 s, or 2 s
+/// where another host may write it) is read anew each time, because the next write might leave no
+/// trace. Any thread; no lock is held while the file system works.
 template <typename Meaning, std::size_t Capacity> class SmallFileCache {
 public:
     /// `clock` is borrowed and should be the one that the files' stamps come from.
@@ -41,7 +42,7 @@ public:
             || stat.inode != seen.inode)
             return nullptr;
         auto meaning = std::make_shared<const Meaning>(parse(std::move(bytes)));
-        const FileStamps stamps(stat, now, StampClock::otherHosts);
+        const FileStamps stamps(stat, now, stampClock(stat.device, path));
         const bool isSettled = !stamps.mayHaveChangedSince(stamps);
         if (isSettled)
             keep({ stat.device, stamps, meaning });
@@ -50,8 +51,9 @@ public:
 
     void forget()
     {
+        std::array<File, Capacity> forgotten; // dies outside of the lock
         std::lock_guard lock(_mutex);
-        _files = {};
+        std::swap(_files, forgotten);
     }
 
 private:
@@ -60,6 +62,12 @@ private:
         FileStamps stamps;
         std::shared_ptr<const Meaning> meaning;
     };
+
+    StampClock stampClock(std::uint32_t device, const char* path)
+    {
+        const bool isOurs = _deviceKinds.kind(device, path) == DeviceKind::local;
+        return isOurs ? StampClock::ours : StampClock::otherHosts;
+    }
 
     std::shared_ptr<const Meaning> find(std::uint32_t device, const FileStamps& stamps)
     {
@@ -80,6 +88,7 @@ private:
     }
 
     Clock& _clock;
+    DeviceKinds _deviceKinds;
     std::mutex _mutex;
     std::array<File, Capacity> _files;
     std::size_t _next = 0;
