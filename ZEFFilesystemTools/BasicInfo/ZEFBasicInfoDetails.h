@@ -7,14 +7,14 @@
 #include <optional>
 #include <string>
 
-/// What one basic info item has found out; it belongs to the item, and to its thread.
+/// What one basic info item has found out, beside its yeses and noes. Guarded by the item.
 struct ZEFBasicInfoDetails {
     std::optional<std::string> fileName;
     std::optional<std::string> displayName;
     std::optional<std::string> uti;
     std::optional<std::string> resolvedUTI;
     std::optional<std::string> resolvedPath;
-    zef::FileURL resolvedURL;
+    std::optional<zef::FileURL> resolvedURL;
     /// Null for an item that is its own target, or while that isn't known.
     zef::Ref<ZEFFileItem> resolvedFile;
     bool isOwnTarget = false;

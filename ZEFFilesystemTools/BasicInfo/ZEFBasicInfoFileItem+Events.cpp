@@ -8,20 +8,15 @@ const char* const ZEFArchiveIsAliasKey = "ZEFArchiveIsAliasKey";
 
 void ZEFBasicInfoFileItem::updateForEvent(const ZEFChangeRecord* record)
 {
-    const auto event = record ? record->event() : ZEFFileEvent{};
-    switch (event) {
+    switch (record ? record->event() : ZEFFileEvent::removed) {
     case ZEFFileEvent::moved:
     case ZEFFileEvent::renamed:
     case ZEFFileEvent::appeared:
-        forgetNamesAndTypes();
-        forgetTarget();
-        forgetKind();
+        forget(true);
         break;
     case ZEFFileEvent::updated:
-        if (isAlias()) {
-            forgetTarget();
-            forgetKind();
-        }
+        if (isAlias())
+            forget(false);
         break;
     case ZEFFileEvent::removed:
     case ZEFFileEvent::movedInParent:
@@ -30,27 +25,25 @@ void ZEFBasicInfoFileItem::updateForEvent(const ZEFChangeRecord* record)
     ZEFFileItem::updateForEvent(record);
 }
 
-void ZEFBasicInfoFileItem::forgetNamesAndTypes()
+// The target in any case; what the file is itself only where its name may have changed. Whether it
+// is an alias, and what the target was found to be, stays until `resetAliasStatus`.
+void ZEFBasicInfoFileItem::forget(bool withNamesAndTypes)
 {
-    auto& known = details();
-    known.displayName.reset();
-    known.fileName.reset();
-    known.uti.reset();
-    known.resolvedUTI.reset();
-}
-
-void ZEFBasicInfoFileItem::forgetTarget()
-{
-    auto& known = details();
-    known.resolvedPath.reset();
-    known.resolvedURL = nullptr;
-    known.isOwnTarget = false;
-    // Last: its death may call out.
-    const auto file = std::move(known.resolvedFile);
-}
-
-void ZEFBasicInfoFileItem::forgetKind()
-{
+    zef::Ref<ZEFFileItem> file; // let go of with nothing locked: its death may call out
+    std::lock_guard lock(_answersLock);
+    ++_generation;
+    if (_details) {
+        file = std::move(_details->resolvedFile);
+        _details->isOwnTarget = false;
+        _details->resolvedPath.reset();
+        _details->resolvedURL.reset();
+    }
+    if (_details && withNamesAndTypes) {
+        _details->displayName.reset();
+        _details->fileName.reset();
+        _details->uti.reset();
+        _details->resolvedUTI.reset();
+    }
     if (isBasicDirectory()) {
         _isApplication.forget();
         _isDirectory.forget();
@@ -78,14 +71,16 @@ zef::Ref<ZEFFileItem> ZEFBasicInfoFileItem::itemForArchiveDictionary(
 
 std::string ZEFBasicInfoFileItem::description() const
 {
-    const auto* known = _details.get();
-    const auto text = [](const std::string& value) { return value.empty() ? "(null)" : value; };
     const auto number = [](const ZEFTriState& value) { return std::to_string(value.rawValue()); };
-    return ZEFFileItem::description()
-        + ", resolved url: " + text(known ? known->resolvedURL.absoluteString() : std::string())
+    auto text = ZEFFileItem::description();
+    std::lock_guard lock(_answersLock);
+    const auto* known = _details.get();
+    const auto place = known ? known->resolvedURL.value_or(nullptr) : zef::FileURL();
+    text += ", resolved url: " + (place ? place.absoluteString() : "(null)")
         + ", resolvedIsDirectory: " + number(_resolvedIsDirectory)
         + ", isDirectory: " + number(_isDirectory) + ", isPackage: " + number(_isPackage)
         + ", isApplication: " + number(_isApplication) + ", isInvisible: " + number(_isInvisible)
         + ", isSymlink: " + std::to_string(isSymlink())
-        + ", UTI: " + text(known ? known->uti.value_or(std::string()) : std::string());
+        + ", UTI: " + (known ? known->uti.value_or("(null)") : "(null)");
+    return text;
 }

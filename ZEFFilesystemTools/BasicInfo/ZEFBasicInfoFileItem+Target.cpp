@@ -1,93 +1,119 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 
-#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoDetails.h"
+#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoAsking.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
 
-// The call that finds the target unusable still hands out the reference; later ones yield none.
-const zef::FSRef* ZEFBasicInfoFileItem::resolvedFSRef()
-{
-    if (_resolvedFSRefIsValid.isKnown() && !_resolvedFSRefIsValid.isYes())
-        return nullptr;
-    if (!_resolvedFSRefIsValid.isKnown())
-        resolveTarget();
-    return &details().resolvedFSRef;
-}
-
-void ZEFBasicInfoFileItem::resolveTarget()
-{
-    auto& information = zef::FileInformation::shared();
-    auto& ref = details().resolvedFSRef;
-    auto& target = details().targetURL;
-    target = url();
-    _resolvedIsDirectory.set(isBasicDirectory());
-    const bool isDangling = isSymlink() && information.copyTargetOfURL(url(), ref, target) != 0;
-    if (!isSymlink() && !ZEF_copyReference(ref))
-        ref = {};
-    if (!isDangling && !refValid()) {
-        _resolvedFSRefIsValid.set(false);
-        return;
-    }
+struct ZEFBasicInfoFileItem::Resolution {
+    zef::FSRef ref;
+    zef::FileURL url;
+    bool isUsable = false;
     bool targetIsFolder = false;
     bool wasAliased = false;
-    const auto error = information.resolveAliasFile(ref, target, targetIsFolder, wasAliased);
-    _resolvedFSRefIsValid.set(!error);
-    if (error)
-        return;
-    _isAlias.set(wasAliased);
-    _resolvedIsDirectory.set(targetIsFolder);
+};
+
+// The call that finds the target unusable still hands out the reference; later ones yield none.
+std::optional<zef::FSRef> ZEFBasicInfoFileItem::resolvedFSRef()
+{
+    Asking asking(*this);
+    std::optional<zef::FSRef> ref;
+    const bool isKnown = asking.find([&] {
+        if (_resolvedFSRefIsValid.isYes())
+            ref = asking.details().resolvedFSRef;
+        return _resolvedFSRefIsValid.isKnown();
+    });
+    if (isKnown)
+        return ref;
+    const auto resolution = resolveTarget();
+    asking.keep([&] {
+        asking.details().resolvedFSRef = resolution.ref;
+        asking.details().targetURL = resolution.url;
+        _resolvedFSRefIsValid.set(resolution.isUsable);
+        _resolvedIsDirectory.set(resolution.targetIsFolder);
+        if (resolution.isUsable)
+            _isAlias.set(resolution.wasAliased);
+    });
+    return resolution.ref;
 }
 
-const zef::FileURL& ZEFBasicInfoFileItem::resolvedURL()
+ZEFBasicInfoFileItem::Resolution ZEFBasicInfoFileItem::resolveTarget() const
 {
-    auto& place = details().resolvedURL;
-    if (!place && isValid()) {
-        place = findTarget();
-        if (!place)
-            place = url();
-    }
-    return place;
+    auto& information = zef::FileInformation::shared();
+    Resolution result;
+    result.url = url();
+    result.targetIsFolder = isBasicDirectory();
+    const bool isDangling = isSymlink()
+        && information.copyTargetOfURL(url(), result.ref, result.url) != 0;
+    if (!isSymlink() && !ZEF_copyReference(result.ref))
+        result.ref = {};
+    // Only a link that leads nowhere is looked into without a reference of its own.
+    if (!isDangling && !refValid())
+        return result;
+    result.isUsable = information.resolveAliasFile(
+                          result.ref, result.url, result.targetIsFolder, result.wasAliased)
+        == 0;
+    return result;
+}
+
+zef::FileURL ZEFBasicInfoFileItem::resolvedURL()
+{
+    const auto place = Asking(*this).know(&ZEFBasicInfoDetails::resolvedURL, [&] {
+        if (!isValid())
+            return std::optional<zef::FileURL>();
+        const auto target = findTarget();
+        return std::optional(target ? target : url());
+    });
+    return place.value_or(nullptr);
 }
 
 zef::FileURL ZEFBasicInfoFileItem::findTarget()
 {
-    const bool isLookedForNow = !_resolvedFSRefIsValid.isKnown();
-    const auto* ref = resolvedFSRef();
+    Asking asking(*this);
+    const bool wasKnown = asking.find([&] { return _resolvedFSRefIsValid.isKnown(); });
+    const auto ref = resolvedFSRef();
+    zef::FileURL target;
+    const bool isUsable = asking.find([&] {
+        target = asking.details().targetURL;
+        return _resolvedFSRefIsValid.isYes();
+    });
     // What was found in this moment need not be looked for again.
-    if (isLookedForNow && _resolvedFSRefIsValid.isYes())
-        return details().targetURL;
-    return ref ? zef::Locator::shared().locate(*ref, details().targetURL) : nullptr;
+    if (!wasKnown && isUsable)
+        return target;
+    return ref ? zef::Locator::shared().locate(*ref, target) : nullptr;
 }
 
-const std::string* ZEFBasicInfoFileItem::resolvedPath()
+std::optional<std::string> ZEFBasicInfoFileItem::resolvedPath()
 {
-    auto& path = details().resolvedPath;
-    if (!path) {
-        if (const auto& place = resolvedURL())
-            path = place.path();
-    }
-    return path ? &*path : nullptr;
+    return Asking(*this).know(&ZEFBasicInfoDetails::resolvedPath, [&] {
+        const auto place = resolvedURL();
+        return place ? std::optional(place.path()) : std::nullopt;
+    });
 }
 
-ZEFFileItem* ZEFBasicInfoFileItem::resolvedFile()
+zef::Ref<ZEFFileItem> ZEFBasicInfoFileItem::resolvedFile()
 {
-    auto& known = details();
-    if (known.isOwnTarget)
-        return this;
-    if (!known.resolvedFile) {
-        known.isOwnTarget = isRealFile();
-        auto made = known.isOwnTarget ? nullptr : objectClass().newFileItemForURL(resolvedURL());
+    Asking asking(*this);
+    zef::Ref<ZEFFileItem> file;
+    const bool isKnown = asking.find([&] {
+        file = asking.details().isOwnTarget ? this : asking.details().resolvedFile;
+        return static_cast<bool>(file);
+    });
+    if (isKnown)
+        return file;
+    file = isRealFile() ? this : objectClass().newFileItemForURL(resolvedURL());
+    asking.keep([&] {
         // An item that owned itself would never die.
-        known.isOwnTarget |= made.get() == this;
-        if (known.isOwnTarget)
-            return this;
-        known.resolvedFile = std::move(made);
-    }
-    return known.resolvedFile.get();
+        asking.details().isOwnTarget = file.get() == this;
+        if (file.get() != this)
+            asking.details().resolvedFile = file;
+    });
+    return file;
 }
 
 bool ZEFBasicInfoFileItem::resetAliasStatus()
 {
+    std::lock_guard lock(_answersLock);
+    ++_generation;
     _isDirectory.forget();
     _isPackage.forget();
     _isApplication.forget();

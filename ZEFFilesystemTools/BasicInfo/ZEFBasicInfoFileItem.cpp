@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 
-#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoDetails.h"
+#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoAsking.h"
 #include "ZEFFilesystemTools/Platform/LocalizedString.h"
 #include "ZEFFilesystemTools/Platform/Log.h"
 #include "ZEFFilesystemTools/Platform/TypeTable.h"
@@ -27,9 +27,9 @@ struct SharedURLs {
     }
 };
 
-bool conforms(const std::string* type, std::string_view other)
+bool conforms(const std::string& type, std::string_view other)
 {
-    return type && zef::TypeTable::shared().conforms(*type, other);
+    return zef::TypeTable::shared().conforms(type, other);
 }
 
 std::string_view extensionOf(std::string_view name)
@@ -41,17 +41,17 @@ std::string_view extensionOf(std::string_view name)
     return extension.find(' ') == std::string_view::npos ? extension : std::string_view();
 }
 
-const std::string* found(const std::optional<std::string>& text)
-{
-    return text ? &*text : nullptr;
-}
-
 std::string shown(const zef::FileURL& url)
 {
     return url ? url.absoluteString() : "(null)";
 }
 
 } // namespace
+
+struct ZEFBasicInfoFileItem::FolderKind {
+    bool isDirectory = false;
+    bool isPackage = false;
+};
 
 const ZEFFileItemClass ZEFBasicInfoFileItem::classObject("ZEFBasicInfoFileItem",
     &ZEFFileItem::classObject, ZEFFileItemClass::initializer<ZEFBasicInfoFileItem>,
@@ -65,105 +65,87 @@ ZEFBasicInfoFileItem::ZEFBasicInfoFileItem(const zef::FileURL& url, const zef::F
 
 ZEFBasicInfoFileItem::~ZEFBasicInfoFileItem() = default;
 
-ZEFBasicInfoDetails& ZEFBasicInfoFileItem::details()
+std::optional<std::string> ZEFBasicInfoFileItem::fileName()
 {
-    if (!_details)
-        _details = std::make_unique<ZEFBasicInfoDetails>();
-    return *_details;
+    return Asking(*this).know(&ZEFBasicInfoDetails::fileName, [&] { return makeFileName(); });
 }
 
-const std::string* ZEFBasicInfoFileItem::fileName()
+std::optional<std::string> ZEFBasicInfoFileItem::makeFileName()
 {
-    auto& name = details().fileName;
-    if (!name && isVolumesDirectory())
-        name = zef::localizedString("Computer");
-    if (!name) {
-        if (const auto place = url())
-            name = place.lastPathComponent();
-    }
-    return found(name);
+    if (isVolumesDirectory())
+        return zef::localizedString("Computer");
+    const auto place = url();
+    return place ? std::optional(place.lastPathComponent()) : std::nullopt;
 }
 
-const std::string* ZEFBasicInfoFileItem::displayName()
+std::optional<std::string> ZEFBasicInfoFileItem::displayName()
 {
-    auto& name = details().displayName;
-    if (name)
-        return found(name);
-    if (auto made = makeDisplayName(); !made.empty()) {
-        name = std::move(made);
-        return found(name);
-    }
-    zef::log("Error getting display name for item %s", description().c_str());
-    if (const auto* place = path())
-        name = zef::FileURL::fromPath(*place, zef::URLKind::file).lastPathComponent();
-    return found(name);
+    return Asking(*this).know(&ZEFBasicInfoDetails::displayName, [&] { return makeDisplayName(); });
 }
 
-std::string ZEFBasicInfoFileItem::makeDisplayName()
+std::optional<std::string> ZEFBasicInfoFileItem::makeDisplayName()
 {
     if (isVolumesDirectory())
         return zef::localizedString("Computer");
     auto& information = zef::FileInformation::shared();
-    if (const auto* ref = fsRef())
-        return information.copyDisplayName({ *ref, url(), isSymlink() });
-    const auto* place = path();
-    return place ? information.copyDisplayNameAtPath(*place) : std::string();
+    const auto place = url();
+    zef::FSRef ref;
+    std::string name;
+    if (ZEF_copyReference(ref))
+        name = information.copyDisplayName({ ref, place, isSymlink() });
+    else if (place)
+        name = information.copyDisplayNameAtPath(place.path());
+    if (!name.empty())
+        return name;
+    zef::log("Error getting display name for item %s", description().c_str());
+    return place ? std::optional(place.lastPathComponent()) : std::nullopt;
 }
 
-const std::string* ZEFBasicInfoFileItem::uti()
+std::string ZEFBasicInfoFileItem::uti()
 {
-    auto& type = details().uti;
-    if (type)
-        return found(type);
-    std::string made;
-    const auto* ref = fsRef();
-    const bool isTold = ref
-        && zef::FileInformation::shared().copyContentType({ *ref, url(), isSymlink() }, made) == 0
-        && !made.empty();
-    type = isTold ? std::move(made) : typeByName();
-    return found(type);
+    return *Asking(*this).know(
+        &ZEFBasicInfoDetails::uti, [&] { return std::optional(makeType()); });
 }
 
-std::string ZEFBasicInfoFileItem::typeByName()
+std::string ZEFBasicInfoFileItem::makeType()
 {
-    const auto* name = fileName();
+    zef::FSRef ref;
+    std::string type;
+    if (ZEF_copyReference(ref)
+        && zef::FileInformation::shared().copyContentType({ ref, url(), isSymlink() }, type) == 0
+        && !type.empty())
+        return type;
+    const auto name = fileName();
     return zef::TypeTable::shared().preferredTypeForExtension(
         name ? extensionOf(*name) : std::string_view(),
         isBasicDirectory() ? zef::type::directory : zef::type::data);
 }
 
-const std::string* ZEFBasicInfoFileItem::resolvedUTI()
+std::string ZEFBasicInfoFileItem::resolvedUTI()
 {
-    auto& type = details().resolvedUTI;
-    if (!type) {
-        auto made = typeOfTarget();
-        type = made.empty() ? *uti() : std::move(made);
-    }
-    return found(type);
+    return *Asking(*this).know(
+        &ZEFBasicInfoDetails::resolvedUTI, [&] { return std::optional(makeResolvedType()); });
 }
 
-// Empty where the item's own type is the answer.
-std::string ZEFBasicInfoFileItem::typeOfTarget()
+std::string ZEFBasicInfoFileItem::makeResolvedType()
 {
-    std::string type;
-    if (isRealFile())
-        return type;
-    const auto* ref = resolvedFSRef();
+    const auto ref = isRealFile() ? std::nullopt : resolvedFSRef();
     if (!ref)
-        return type;
-    const auto error = zef::FileInformation::shared().copyContentType(
-        { *ref, details().targetURL }, type);
-    if (!error)
-        return type;
-    zef::log("Error %d getting resolved UTI for file %s", error, shown(url()).c_str());
-    return {};
+        return uti();
+    zef::FileURL target;
+    Asking asking(*this);
+    asking.find([&] { return static_cast<bool>(target = asking.details().targetURL); });
+    std::string type;
+    const auto error = zef::FileInformation::shared().copyContentType({ *ref, target }, type);
+    if (error)
+        zef::log("Error %d getting resolved UTI for file %s", error, shown(url()).c_str());
+    return error || type.empty() ? uti() : type;
 }
 
 bool ZEFBasicInfoFileItem::isAlias()
 {
-    if (!_isAlias.isKnown())
-        _isAlias.set(conforms(uti(), zef::type::aliasFile));
-    return _isAlias.isYes();
+    return Asking(*this).decide(
+        &ZEFBasicInfoFileItem::_isAlias, [&] { return conforms(uti(), zef::type::aliasFile); });
 }
 
 bool ZEFBasicInfoFileItem::isRealFile()
@@ -173,77 +155,81 @@ bool ZEFBasicInfoFileItem::isRealFile()
 
 bool ZEFBasicInfoFileItem::isDirectory()
 {
-    if (!_isDirectory.isKnown())
-        findKindOfFolder();
-    return _isDirectory.isYes();
+    return folderKind().isDirectory;
 }
 
 bool ZEFBasicInfoFileItem::isPackage()
 {
-    if (!_isPackage.isKnown())
-        isDirectory();
-    return _isPackage.isYes();
+    return folderKind().isPackage;
+}
+
+ZEFBasicInfoFileItem::FolderKind ZEFBasicInfoFileItem::folderKind()
+{
+    Asking asking(*this);
+    FolderKind kind;
+    const bool isKnown = asking.find([&] {
+        kind = { _isDirectory.isYes(), _isPackage.isYes() };
+        return _isDirectory.isKnown() && _isPackage.isKnown();
+    });
+    if (isKnown)
+        return kind;
+    kind = makeFolderKind();
+    asking.keep([&] {
+        _isDirectory.set(kind.isDirectory);
+        _isPackage.set(kind.isPackage);
+    });
+    return kind;
 }
 
 // A package is never reported as a directory.
-void ZEFBasicInfoFileItem::findKindOfFolder()
+ZEFBasicInfoFileItem::FolderKind ZEFBasicInfoFileItem::makeFolderKind()
 {
-    if (isBasicDirectory())
-        return setKindOfFolder(conforms(uti(), zef::type::package));
-    if (!isRealFile() && conforms(resolvedUTI(), zef::type::folder))
-        return setKindOfFolder(conforms(resolvedUTI(), zef::type::package));
-    _isDirectory.set(false);
-    _isPackage.set(false);
-}
-
-void ZEFBasicInfoFileItem::setKindOfFolder(bool isPackage)
-{
-    _isPackage.set(isPackage);
-    _isDirectory.set(!isPackage);
+    if (!isBasicDirectory() && (isRealFile() || !conforms(resolvedUTI(), zef::type::folder)))
+        return {};
+    const bool isPackage = conforms(isBasicDirectory() ? uti() : resolvedUTI(), zef::type::package);
+    return { !isPackage, isPackage };
 }
 
 bool ZEFBasicInfoFileItem::isApplication()
 {
-    if (!_isApplication.isKnown())
-        _isApplication.set(conforms(resolvedUTI(), zef::type::application));
-    return _isApplication.isYes();
+    return Asking(*this).decide(&ZEFBasicInfoFileItem::_isApplication,
+        [&] { return conforms(resolvedUTI(), zef::type::application); });
 }
 
 bool ZEFBasicInfoFileItem::isRootDirectory()
 {
-    if (!_isRootDirectory.isKnown())
-        _isRootDirectory.set(url() == SharedURLs::shared().root);
-    return _isRootDirectory.isYes();
+    return Asking(*this).decide(&ZEFBasicInfoFileItem::_isRootDirectory,
+        [&] { return url() == SharedURLs::shared().root; });
 }
 
 bool ZEFBasicInfoFileItem::isVolumesDirectory()
 {
-    if (!_isVolumesDirectory.isKnown())
-        _isVolumesDirectory.set(url() == SharedURLs::shared().volumes);
-    return _isVolumesDirectory.isYes();
+    return Asking(*this).decide(&ZEFBasicInfoFileItem::_isVolumesDirectory,
+        [&] { return url() == SharedURLs::shared().volumes; });
 }
 
 bool ZEFBasicInfoFileItem::isInvisible()
 {
-    if (!_isInvisible.isKnown())
-        _isInvisible.set(computeInvisibility());
-    return _isInvisible.isYes();
+    return Asking(*this).decide(
+        &ZEFBasicInfoFileItem::_isInvisible, [&] { return makeInvisibility(); });
 }
 
 // A file that can't be asked about is visible when it has a reference, and invisible without one.
-bool ZEFBasicInfoFileItem::computeInvisibility()
+bool ZEFBasicInfoFileItem::makeInvisibility() const
 {
     const auto place = url();
     if (place == SharedURLs::shared().net || place == SharedURLs::shared().home)
         return true;
     auto& information = zef::FileInformation::shared();
-    const auto* ref = fsRef();
+    zef::FSRef ref;
+    const bool hasReference = ZEF_copyReference(ref);
     bool isHidden = false;
-    const auto error = ref ? information.copyInvisibility({ *ref, place, isSymlink() }, isHidden)
-                           : information.copyInvisibilityAtURL(place, isHidden);
+    const auto error = hasReference
+        ? information.copyInvisibility({ ref, place, isSymlink() }, isHidden)
+        : information.copyInvisibilityAtURL(place, isHidden);
     if (!error)
         return isHidden;
     zef::log("Error %d getting item invisibility for file %s %s ref", error, shown(place).c_str(),
-        ref ? "with" : "without");
-    return !ref;
+        hasReference ? "with" : "without");
+    return !hasReference;
 }

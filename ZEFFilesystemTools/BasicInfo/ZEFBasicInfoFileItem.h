@@ -5,19 +5,20 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
-/// A file item that knows what a file browser shows: names, type, whether it is a folder, a
-/// package, an application, an alias or invisible, and where an alias or a link leads.
-///
-/// Every answer is computed with the first question and kept; `updateForEvent` drops what an event
-/// may have changed. What a pointer or a URL leads to is borrowed until then. Like every item it
-/// belongs to one thread at a time; nothing here is locked.
 struct ZEFBasicInfoDetails;
 
 /// Boolean: whether the file is an alias or a link, which is found again by its path.
 extern const char* const ZEFArchiveIsAliasKey;
 
+/// A file item that knows what a file browser shows: names, type, whether it is a folder, a
+/// package, an application, an alias or invisible, and where an alias or a link leads.
+///
+/// Every answer is computed with the first question and kept; `updateForEvent` drops what an event
+/// may have changed. Any thread may ask, because the filters of a load do; two that ask at once may
+/// both compute.
 class ZEFBasicInfoFileItem : public ZEFFileItem {
 public:
     static const ZEFFileItemClass classObject;
@@ -28,25 +29,25 @@ public:
 
     /// The name in the folder, as bytes; the localised "Computer" for "/Volumes/". Nil for a lost
     /// file whose name nobody asked for before.
-    const std::string* fileName();
+    std::optional<std::string> fileName();
     /// The name to show, in the user's language where the file has one. It may say anything at
     /// all, "report.pdf" too: `fileName` is the truth. Nil as for `fileName`.
-    const std::string* displayName();
+    std::optional<std::string> displayName();
 
     /// The type identifier of the file itself.
-    const std::string* uti();
+    std::string uti();
     /// The type identifier of what an alias or a link leads to; otherwise of the file itself.
-    const std::string* resolvedUTI();
+    std::string resolvedUTI();
 
-    /// The target of an alias or a link, or the file itself. Null when it can't be found, except
-    /// for the call that finds that out.
-    const zef::FSRef* resolvedFSRef();
+    /// The target of an alias or a link, or the file itself. Nil when it can't be found, except in
+    /// the call that finds that out.
+    std::optional<zef::FSRef> resolvedFSRef();
     /// Where that is; the file's own URL when it can't be found. Nil for a lost file.
-    const zef::FileURL& resolvedURL();
-    const std::string* resolvedPath();
+    zef::FileURL resolvedURL();
+    std::optional<std::string> resolvedPath();
     /// The item of the target, of this item's class; the item itself for a file that is neither
     /// alias nor link. Nil when there is none.
-    ZEFFileItem* resolvedFile();
+    zef::Ref<ZEFFileItem> resolvedFile();
 
     /// Whether it is, or leads to, a folder that is not a package.
     bool isDirectory();
@@ -76,25 +77,31 @@ protected:
     ~ZEFBasicInfoFileItem() override;
 
 private:
+    class Asking;
+    struct Resolution;
+    struct FolderKind;
+
     static zef::Ref<ZEFFileItem> itemForArchiveDictionary(
         const ZEFFileItemClass& receiver, const ZEFArchiveDictionary&);
 
-    ZEFBasicInfoDetails& details();
-    std::string makeDisplayName();
-    std::string typeByName();
-    std::string typeOfTarget();
-    bool computeInvisibility();
-    void resolveTarget();
+    std::optional<std::string> makeFileName();
+    std::optional<std::string> makeDisplayName();
+    std::string makeType();
+    std::string makeResolvedType();
+    Resolution resolveTarget() const;
     zef::FileURL findTarget();
-    void findKindOfFolder();
-    void setKindOfFolder(bool isPackage);
-    void forgetNamesAndTypes();
-    void forgetTarget();
-    void forgetKind();
+    FolderKind folderKind();
+    FolderKind makeFolderKind();
+    bool makeInvisibility() const;
+    void forget(bool withNamesAndTypes);
 
     // A listing of a large folder makes one of these an entry: what is known only after somebody
     // has asked lies elsewhere.
     std::unique_ptr<ZEFBasicInfoDetails> _details;
+    /// Guards all that is below and the details; never held while something is computed.
+    mutable zef::ByteLock _answersLock;
+    /// Changes with each event that drops answers, so that none that was on its way is kept.
+    std::uint16_t _generation = 0;
     ZEFTriState _isApplication;
     ZEFTriState _isVolumesDirectory;
     ZEFTriState _isRootDirectory;

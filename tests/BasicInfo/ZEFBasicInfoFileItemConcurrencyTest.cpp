@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
+#include "ZEFFilesystemTools/Platform/FileInformation.h"
+
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <thread>
+#include <vector>
+
+namespace {
+
+constexpr int rounds = 2000;
+
+// Does something while a question about a type is under way, once.
+class InterruptedInformation final : public zef::FileInformation {
+public:
+    explicit InterruptedInformation(std::function<void()> interruption)
+        : _interruption(std::move(interruption))
+    {
+        replaceShared(this);
+    }
+    ~InterruptedInformation() override { replaceShared(nullptr); }
+    InterruptedInformation(const InterruptedInformation&) = delete;
+    InterruptedInformation& operator=(const InterruptedInformation&) = delete;
+
+    std::int16_t copyContentType(const Object& object, std::string& type) override
+    {
+        const auto error = system().copyContentType(object, type);
+        if (const auto interruption = std::exchange(_interruption, nullptr))
+            interruption();
+        return error;
+    }
+    std::int16_t copyInvisibility(const Object& object, bool& isInvisible) override
+    {
+        return system().copyInvisibility(object, isInvisible);
+    }
+    std::int16_t copyInvisibilityAtURL(const zef::FileURL& url, bool& isInvisible) override
+    {
+        return system().copyInvisibilityAtURL(url, isInvisible);
+    }
+    std::string copyDisplayName(const Object& object) override
+    {
+        return system().copyDisplayName(object);
+    }
+    std::string copyDisplayNameAtPath(const std::string& path) override
+    {
+        return system().copyDisplayNameAtPath(path);
+    }
+    std::int16_t resolveAliasFile(
+        zef::FSRef& ref, zef::FileURL& url, bool& targetIsFolder, bool& wasAliased) override
+    {
+        return system().resolveAliasFile(ref, url, targetIsFolder, wasAliased);
+    }
+    std::int16_t copyTargetOfURL(
+        const zef::FileURL& url, zef::FSRef& ref, zef::FileURL& target) override
+    {
+        return system().copyTargetOfURL(url, ref, target);
+    }
+
+private:
+    std::function<void()> _interruption;
+};
+
+class ZEFBasicInfoFileItemConcurrencyTest : public testing::Test {
+protected:
+    static zef::Ref<ZEFBasicInfoFileItem> info(const zef::FileURL& url)
+    {
+        const auto item = ZEFBasicInfoFileItem::classObject.newFileItemForURL(url);
+        return zef::Ref<ZEFBasicInfoFileItem>(static_cast<ZEFBasicInfoFileItem*>(item.get()));
+    }
+
+    static void happened(ZEFBasicInfoFileItem& item, ZEFFileEvent event)
+    {
+        item.eventOccurred(
+            zef::makeRef<ZEFChangeRecord>(event, zef::Ref<ZEFFileItem>(&item)).get());
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(ZEFBasicInfoFileItemConcurrencyTest, KeepsNoAnswerThatAnEventHasOvertaken)
+{
+    const auto item = info(folder.write("file.txt"));
+    InterruptedInformation information([&] {
+        folder.rename("file.txt", "file.png");
+        item->currentURL();
+        happened(*item, ZEFFileEvent::renamed);
+    });
+
+    EXPECT_EQ(item->uti(), "public.plain-text");
+    EXPECT_EQ(item->uti(), "public.image");
+}
+
+TEST_F(ZEFBasicInfoFileItemConcurrencyTest, AnswersThreadsThatAskAtOnceWhileEventsHappen)
+{
+    folder.write("file.txt");
+    const auto link = info(folder.symlink("file.txt", "link"));
+    std::atomic<int> wrong = 0;
+    const auto ask = [&] {
+        for (int round = 0; round < rounds; ++round) {
+            wrong += link->isDirectory() || link->isInvisible() || link->isRealFile();
+            wrong += link->fileName() != "link" || link->displayName() != "link";
+            wrong += link->resolvedUTI() != "public.plain-text";
+            wrong += !link->resolvedFile() || link->resolvedPath() != folder.path("file.txt");
+        }
+    };
+    std::vector<std::thread> threads;
+    for (int count = 0; count < 3; ++count)
+        threads.emplace_back(ask);
+    for (int round = 0; round < rounds; ++round) {
+        happened(*link, ZEFFileEvent::renamed);
+        link->resetAliasStatus();
+        link->description();
+    }
+    for (auto& thread : threads)
+        thread.join();
+
+    EXPECT_EQ(wrong, 0);
+}
+
+} // namespace
