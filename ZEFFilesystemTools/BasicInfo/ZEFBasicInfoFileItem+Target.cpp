@@ -4,26 +4,25 @@
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoAsking.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
 
-struct ZEFBasicInfoFileItem::Resolution {
-    zef::FSRef ref;
-    zef::FileURL url;
-    bool isUsable = false;
-    bool targetIsFolder = false;
-    bool wasAliased = false;
-};
-
-// The call that finds the target unusable still hands out the reference; later ones yield none.
 std::optional<zef::FSRef> ZEFBasicInfoFileItem::resolvedFSRef()
 {
+    const auto resolution = target();
+    return resolution ? std::optional(resolution->ref) : std::nullopt;
+}
+
+// The call that finds the target unusable still hands out the reference; later ones yield none.
+std::optional<ZEFBasicInfoFileItem::Resolution> ZEFBasicInfoFileItem::target()
+{
     Asking asking(*this);
-    std::optional<zef::FSRef> ref;
+    std::optional<Resolution> known;
     const bool isKnown = asking.find([&] {
         if (_resolvedFSRefIsValid.isYes())
-            ref = asking.details().resolvedFSRef;
+            known = Resolution{ .ref = asking.details().resolvedFSRef,
+                .url = asking.details().targetURL };
         return _resolvedFSRefIsValid.isKnown();
     });
     if (isKnown)
-        return ref;
+        return known;
     const auto resolution = resolveTarget();
     asking.keep([&] {
         asking.details().resolvedFSRef = resolution.ref;
@@ -33,7 +32,7 @@ std::optional<zef::FSRef> ZEFBasicInfoFileItem::resolvedFSRef()
         if (resolution.isUsable)
             _isAlias.set(resolution.wasAliased);
     });
-    return resolution.ref;
+    return resolution;
 }
 
 ZEFBasicInfoFileItem::Resolution ZEFBasicInfoFileItem::resolveTarget() const
@@ -68,18 +67,12 @@ zef::FileURL ZEFBasicInfoFileItem::resolvedURL()
 
 zef::FileURL ZEFBasicInfoFileItem::findTarget()
 {
-    Asking asking(*this);
-    const bool wasKnown = asking.find([&] { return _resolvedFSRefIsValid.isKnown(); });
-    const auto ref = resolvedFSRef();
-    zef::FileURL target;
-    const bool isUsable = asking.find([&] {
-        target = asking.details().targetURL;
-        return _resolvedFSRefIsValid.isYes();
-    });
+    const auto resolution = target();
+    if (!resolution)
+        return nullptr;
     // What was found in this moment need not be looked for again.
-    if (!wasKnown && isUsable)
-        return target;
-    return ref ? zef::Locator::shared().locate(*ref, target) : nullptr;
+    return resolution->isUsable ? resolution->url
+                                : zef::Locator::shared().locate(resolution->ref, resolution->url);
 }
 
 std::optional<std::string> ZEFBasicInfoFileItem::resolvedPath()

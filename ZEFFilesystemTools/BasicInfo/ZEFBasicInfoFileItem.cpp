@@ -129,14 +129,12 @@ std::string ZEFBasicInfoFileItem::resolvedUTI()
 
 std::string ZEFBasicInfoFileItem::makeResolvedType()
 {
-    const auto ref = isRealFile() ? std::nullopt : resolvedFSRef();
-    if (!ref)
+    const auto resolution = isRealFile() ? std::nullopt : target();
+    if (!resolution)
         return uti();
-    zef::FileURL target;
-    Asking asking(*this);
-    asking.find([&] { return static_cast<bool>(target = asking.details().targetURL); });
     std::string type;
-    const auto error = zef::FileInformation::shared().copyContentType({ *ref, target }, type);
+    const auto error = zef::FileInformation::shared().copyContentType(
+        { resolution->ref, resolution->url }, type);
     if (error)
         zef::log("Error %d getting resolved UTI for file %s", error, shown(url()).c_str());
     return error || type.empty() ? uti() : type;

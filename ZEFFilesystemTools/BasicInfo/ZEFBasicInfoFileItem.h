@@ -78,8 +78,16 @@ protected:
 
 private:
     class Asking;
-    struct Resolution;
     struct FolderKind;
+
+    struct Resolution {
+        zef::FSRef ref;
+        zef::FileURL url;
+        /// Only of one that was made just now.
+        bool isUsable = false;
+        bool targetIsFolder = false;
+        bool wasAliased = false;
+    };
 
     static zef::Ref<ZEFFileItem> itemForArchiveDictionary(
         const ZEFFileItemClass& receiver, const ZEFArchiveDictionary&);
@@ -88,6 +96,7 @@ private:
     std::optional<std::string> makeDisplayName();
     std::string makeType();
     std::string makeResolvedType();
+    std::optional<Resolution> target();
     Resolution resolveTarget() const;
     zef::FileURL findTarget();
     FolderKind folderKind();

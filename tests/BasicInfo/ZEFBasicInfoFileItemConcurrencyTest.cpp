@@ -92,7 +92,7 @@ TEST_F(ZEFBasicInfoFileItemConcurrencyTest, KeepsNoAnswerThatAnEventHasOvertaken
     });
 
     EXPECT_EQ(item->uti(), "public.plain-text");
-    EXPECT_EQ(item->uti(), "public.image");
+    EXPECT_EQ(item->uti(), "public.png");
 }
 
 TEST_F(ZEFBasicInfoFileItemConcurrencyTest, AnswersThreadsThatAskAtOnceWhileEventsHappen)
