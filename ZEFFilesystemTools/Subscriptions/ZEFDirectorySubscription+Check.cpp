@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
+#include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
 #include "ZEFFilesystemTools/Platform/Catalog.h"
 #include "ZEFFilesystemTools/Platform/FirstException.h"
 #include "ZEFFilesystemTools/Platform/Log.h"
@@ -177,15 +178,35 @@ private:
         const auto* given = _folder.ZEF_copyReference(reference) ? &reference : nullptr;
         const auto result = zef::Catalog::shared().countEntries(given, _folder.url(), entryCount);
         _fullCheckIsDue = isShortageOfResources(result);
-        if (_fullCheckIsDue
-            || (entryCount + _lostItems < _subscription._directoryInfo.count()
-                && _itemsWithOtherNames.empty()))
+        if (_fullCheckIsDue || (holdsNothingNew(entryCount) && _itemsWithOtherNames.empty()))
             return;
         Listing listing;
         _hookException.guard([&] { _subscription.listNow(&changes(), listing); });
         _fullCheckIsDue = isShortageOfResources(listing.result);
         if (listing.result == zef::CatalogResult::noError)
             reportMissing(std::move(listing.items));
+    }
+
+    // Whether the folder, with this many entries, can't hold any that aren't known.
+    bool holdsNothingNew(std::size_t entryCount) const
+    {
+        const auto knownCount = _subscription._directoryInfo.count();
+        return entryCount + _lostItems < knownCount
+            && entryCount + _lostItems + unregisteredItems() < knownCount;
+    }
+
+    // An item whose entry in the registry its predecessor took along when it died may have got a
+    // twin, so that the two of them stand for one entry.
+    std::size_t unregisteredItems() const
+    {
+        const auto& items = _subscription._directoryInfo;
+        std::size_t count = 0;
+        for (std::size_t index = 0; index < items.endIndex(); ++index) {
+            const auto* item = items.objectAtIndex(index);
+            count += item && item->isValid()
+                && ZEFFileRegistry::item(item->fileDeviceNumber(), item->fileiNode()).get() != item;
+        }
+        return count;
     }
 
     // A file whose name here is gone while the one that it is followed by, in another folder, is
