@@ -221,6 +221,9 @@ void WatchedFolder::expectRecordsOf(const Seen& before, const Listing& now) cons
     if (!before.isSingleName || before.isFolder)
         return;
     const auto* item = before.item.get();
+    // Whoever finds a file lost that exists takes the record of it.
+    if (!item->isValid() && existingFilesMayGetLost())
+        return;
     const auto found = std::find_if(now.begin(), now.end(),
         [item](const auto& entry) { return entry.second.item.get() == item; });
     const auto gone = recordsOf(item, ZEFFileEvent::removed) + recordsOf(item, ZEFFileEvent::moved);
