@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
 #include "tests/support/FewDescriptors.h"
@@ -346,6 +347,24 @@ TEST_F(ZEFDirectorySubscriptionListingTest, KeepsALinkWhoseItemIsFollowedInAnoth
 
     EXPECT_THAT(check(*subscription), testing::Contains("appeared c"));
     EXPECT_THAT(names(subscription->files()), ElementsAre("a", "c"));
+}
+
+TEST_F(ZEFDirectorySubscriptionListingTest, FindsWhatIsNewBesideFilesThatAreKnownTwice)
+{
+    writeFiles(3);
+    begin();
+    const auto files = subscription->files();
+    for (const std::size_t index : { std::size_t{ 0 }, std::size_t{ 1 } }) {
+        auto* file = files->objectAtIndex(index);
+        file->ZEF_container()->remove(file->fileiNodeHash());
+    }
+    folder.chmod("watched", 0700);
+    check(*subscription);
+    ASSERT_EQ(subscription->files()->count(), 5u);
+    folder.remove("watched/" + nameOf(*files->objectAtIndex(2)));
+    folder.write("watched/new");
+
+    EXPECT_THAT(check(*subscription), testing::Contains("appeared new"));
 }
 
 TEST_F(ZEFDirectorySubscriptionListingTest, ForgetsAndFindsHundredsOfFiles)
