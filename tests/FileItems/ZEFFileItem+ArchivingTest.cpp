@@ -5,7 +5,7 @@
 
 #include "tests/support/FakeAliasData.h"
 #include "tests/support/FakeFileItemFixture.h"
-#include "tests/support/NotedItem.h"
+#include "tests/support/HeirItem.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +13,20 @@
 #include <vector>
 
 namespace {
+
+// Keeps everything to itself.
+class SilentItem final : public ZEFFileItem {
+public:
+    static const ZEFFileItemClass classObject;
+    const ZEFFileItemClass& objectClass() const override { return classObject; }
+
+    using ZEFFileItem::ZEFFileItem;
+
+    void loadDataIntoArchive(ZEFArchiveDictionary*) override { }
+};
+
+const ZEFFileItemClass SilentItem::classObject(
+    "SilentItem", &ZEFFileItem::classObject, ZEFFileItemClass::initializer<SilentItem>);
 
 class ZEFFileItemArchivingTest : public FakeFileItemFixture {
 protected:

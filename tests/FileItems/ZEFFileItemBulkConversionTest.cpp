@@ -4,7 +4,7 @@
 
 #include "tests/support/FakeAliasData.h"
 #include "tests/support/FakeFileItemFixture.h"
-#include "tests/support/NotedItem.h"
+#include "tests/support/HeirItem.h"
 
 #include <gtest/gtest.h>
 

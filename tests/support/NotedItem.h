@@ -29,29 +29,3 @@ public:
 
 inline const ZEFFileItemClass NotedItem::classObject("NotedItem", &ZEFFileItem::classObject,
     ZEFFileItemClass::initializer<NotedItem>, NotedItem::readArchive);
-
-/// A subclass of that one which says nothing of archives.
-class HeirItem final : public NotedItem {
-public:
-    static const ZEFFileItemClass classObject;
-    const ZEFFileItemClass& objectClass() const override { return classObject; }
-
-    using NotedItem::NotedItem;
-};
-
-inline const ZEFFileItemClass HeirItem::classObject(
-    "HeirItem", &NotedItem::classObject, ZEFFileItemClass::initializer<HeirItem>);
-
-/// A host's class whose items keep everything to themselves.
-class SilentItem final : public ZEFFileItem {
-public:
-    static const ZEFFileItemClass classObject;
-    const ZEFFileItemClass& objectClass() const override { return classObject; }
-
-    using ZEFFileItem::ZEFFileItem;
-
-    void loadDataIntoArchive(ZEFArchiveDictionary*) override { }
-};
-
-inline const ZEFFileItemClass SilentItem::classObject(
-    "SilentItem", &ZEFFileItem::classObject, ZEFFileItemClass::initializer<SilentItem>);
