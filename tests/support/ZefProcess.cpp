@@ -11,8 +11,11 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <linux/capability.h>
 #include <poll.h>
 #include <pty.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -90,6 +93,8 @@ public:
     [[noreturn]] void run()
     {
         ::signal(SIGPIPE, SIG_DFL);
+        if (_settings.withoutPrivileges)
+            dropPrivileges();
         for (const int descriptor : _settings.closed)
             ::close(descriptor);
         if (_settings.folder.empty() || ::chdir(_settings.folder.c_str()) == 0)
@@ -98,6 +103,17 @@ public:
     }
 
 private:
+    // Whoever has none to drop gets errors, which don't matter.
+    static void dropPrivileges()
+    {
+        constexpr unsigned long last = 63;
+        for (unsigned long capability = 0; capability <= last; ++capability)
+            ::prctl(PR_CAPBSET_DROP, capability, 0, 0, 0);
+        __user_cap_header_struct header{ _LINUX_CAPABILITY_VERSION_3, 0 };
+        __user_cap_data_struct none[2] = {};
+        ::syscall(SYS_capset, &header, none);
+    }
+
     Vector _arguments;
     Vector _environment;
     const ZefProcess::Settings& _settings;
@@ -169,6 +185,25 @@ ZefProcess::~ZefProcess()
         closeIfOpen(_input);
     closeIfOpen(_output);
     closeIfOpen(_error);
+}
+
+ZefProcess::Result ZefProcess::run(
+    const std::vector<std::string>& arguments, std::string_view input, const Settings& settings)
+{
+    ZefProcess process(arguments, settings);
+    process.send(input);
+    process.closeInput();
+    Result result;
+    result.output = process.rest();
+    result.status = process.status();
+    result.errors = process.errorText();
+    return result;
+}
+
+const ZefProcess::Settings& ZefProcess::noSettings()
+{
+    static const Settings settings;
+    return settings;
 }
 
 void ZefProcess::startOnPipes(const std::vector<std::string>& arguments, const Settings& settings)

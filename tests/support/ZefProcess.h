@@ -25,7 +25,20 @@ public:
         std::map<std::string, std::optional<std::string>> environment{};
         /// The folder to run in; the test's own when empty.
         std::string folder{};
+        /// Takes away what root may do beyond other users, its number apart (capabilities(7)).
+        bool withoutPrivileges = false;
     };
+
+    /// What a whole run wrote, and its status.
+    struct Result {
+        std::string output;
+        std::string errors;
+        int status;
+    };
+
+    /// A run from its start to its end, with `input` as its whole input.
+    static Result run(const std::vector<std::string>& arguments, std::string_view input = {},
+        const Settings& settings = noSettings());
 
     explicit ZefProcess(const std::vector<std::string>& arguments);
     ZefProcess(const std::vector<std::string>& arguments, const Settings& settings);
@@ -60,6 +73,8 @@ public:
 
 private:
     class Pipes;
+
+    static const Settings& noSettings();
 
     void startOnPipes(const std::vector<std::string>& arguments, const Settings& settings);
     void startOnTerminal(const std::vector<std::string>& arguments, const Settings& settings);

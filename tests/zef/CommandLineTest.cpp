@@ -37,7 +37,8 @@ TEST_F(CommandLineTest, HelpsWithTheProgramAndWithEachCommand)
 {
     ZefProcess program({ "--help" });
     const auto text = program.rest();
-    EXPECT_TRUE(contains(text, "watch") && contains(text, "serve") && contains(text, "--version"));
+    for (const auto* name : { "watch", "info", "archive", "resolve", "serve", "--version" })
+        EXPECT_TRUE(contains(text, name)) << name;
     EXPECT_EQ(program.status(), 0);
 
     ZefProcess watch({ "watch", "--help" });
@@ -45,6 +46,14 @@ TEST_F(CommandLineTest, HelpsWithTheProgramAndWithEachCommand)
     for (const auto* option : { "--interval", "--async", "--plain", "--json", "FOLDER" })
         EXPECT_TRUE(contains(watchText, option)) << option;
     EXPECT_EQ(watch.status(), 0);
+
+    const auto infoText = ZefProcess::run({ "info", "--help" }).output;
+    for (const auto* option : { "--plain", "--json", "PATH" })
+        EXPECT_TRUE(contains(infoText, option)) << option;
+    const auto archiveText = ZefProcess::run({ "archive", "--help" }).output;
+    EXPECT_TRUE(contains(archiveText, "--plain") && contains(archiveText, "PATH"));
+    const auto resolveText = ZefProcess::run({ "resolve", "--help" }).output;
+    EXPECT_TRUE(contains(resolveText, "--plain") && contains(resolveText, "--json"));
 
     ZefProcess serve({ "serve", "--help" });
     EXPECT_TRUE(contains(serve.rest(), "JSON-RPC"));
@@ -59,6 +68,9 @@ TEST_F(CommandLineTest, RefusesWrongUsage)
     expectWrongUsage({ "--nonsense" }, "");
     expectWrongUsage({ "watch" }, "FOLDER");
     expectWrongUsage({ "watch", "--nonsense", "/tmp" }, "--nonsense");
+    expectWrongUsage({ "info" }, "PATH");
+    expectWrongUsage({ "archive", "--json", "/tmp" }, "--json");
+    expectWrongUsage({ "resolve", "extra" }, "extra");
     expectWrongUsage({ "serve", "extra" }, "extra");
 }
 

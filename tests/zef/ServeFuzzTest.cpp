@@ -62,10 +62,17 @@ protected:
     std::vector<std::string> requests()
     {
         const auto path = folder.path();
+        const auto id = client.call("fileItem", { { "path", path } })["id"];
+        const auto archive = client.call("archiveDictionary", { { "id", id } });
         return {
             client.request("fileItem", { { "path", path } }),
             client.request("item", { { "id", 1 } }),
             client.request("currentURL", { { "id", 1 } }),
+            client.request("basicInfo", { { "id", 1 } }),
+            client.request("resetAliasStatus", { { "id", 1 } }),
+            client.request("conformsTo", { { "uti", "public.png" }, { "to", "public.data" } }),
+            client.request("archiveDictionary", { { "id", 1 } }),
+            client.request("fileItemForArchiveDictionary", { { "archive", archive } }),
             client.request("changesForObserver", { { "id", 1 }, { "observer", "o" } }),
             client.request("updateForObserver", { { "id", 1 }, { "observer", "o" } }),
             client.request("settings", { { "pollingInterval", 1.5 }, { "paused", false } }),

@@ -12,9 +12,11 @@ using JSON = nlohmann::json;
 class WatchJSONTest : public WatchFixture {
 protected:
     /// Watches `w`; a background load says by its last notification that it has begun.
-    void watchJSON()
+    void watchJSON(const std::vector<std::string>& options = {})
     {
-        start({ "--json", "--async", folder.path("w") });
+        std::vector<std::string> arguments{ "--json", "--async", folder.path("w") };
+        arguments.insert(arguments.begin(), options.begin(), options.end());
+        start(arguments);
         while (!next()["changes"].empty()) { }
     }
 
@@ -65,6 +67,14 @@ TEST_F(WatchJSONTest, WritesOneObjectForEachNotification)
     EXPECT_TRUE(file["id"].is_number_unsigned());
     EXPECT_TRUE(file["device"].is_number_unsigned());
     EXPECT_TRUE(file["inode"].is_number_unsigned());
+}
+
+TEST_F(WatchJSONTest, WritesOfPlainItemsWhenAskedTo)
+{
+    watchJSON({ "--plain" });
+    folder.write("w/a");
+
+    EXPECT_EQ(nextRecord("appeared")["file"]["class"], "ZEFFileItem");
 }
 
 TEST_F(WatchJSONTest, NumbersEveryEventAndKeepsTheNumberOfTheFile)
