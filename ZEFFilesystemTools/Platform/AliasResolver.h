@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace zef {
 
@@ -33,6 +34,7 @@ private:
 
     bool lookAtLastPlace();
     bool isContradictedAt(const PathBytes& path) const;
+    std::uint64_t fileSystemIDAt(std::string_view path) const;
     Progress searchMounts();
     Progress searchMount(const std::string& mountPoint);
     Progress openHandle(const std::string& mountPoint, const Stat& stat, std::uint64_t mountID);

@@ -56,18 +56,24 @@ bool AliasResolver::lookAtLastPlace()
 bool AliasResolver::isContradictedAt(const PathBytes& path) const
 {
     const auto& volume = _record.volume;
-    const auto isFolder = _target.stat().isFolder();
-    const std::string place(path.view());
-    const auto folder = isFolder || _record.chain.empty() ? place
-                                                          : place.substr(0, place.rfind('/') + 1);
-    const auto device = _target.stat().device;
-    if (volume.fileSystemID == _means.evidences.fileSystemID(folder.c_str(), device)
-        && _record.hasStrongIdentity())
+    if (_record.hasStrongIdentity() && volume.fileSystemID == fileSystemIDAt(path.view()))
         return false;
     Stat stat;
     std::uint64_t mountID = 0;
     return statAt(AT_FDCWD, volume.mountPoint.c_str(), stat, mountID) != 0
         || !isSameVolume(volume.mountPoint, stat, mountID);
+}
+
+std::uint64_t AliasResolver::fileSystemIDAt(std::string_view path) const
+{
+    const auto device = _target.stat().device;
+    std::uint64_t number = 0;
+    if (_means.evidences.findFileSystemID(device, number))
+        return number;
+    // The object itself may be a link, which the question would follow.
+    const bool isFolder = _target.stat().isFolder() || _record.chain.empty();
+    const std::string folder(isFolder ? path : path.substr(0, path.rfind('/') + 1));
+    return _means.evidences.fileSystemID(folder.c_str(), device);
 }
 
 AliasResolver::Progress AliasResolver::searchMounts()

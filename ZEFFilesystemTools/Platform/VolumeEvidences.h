@@ -22,16 +22,18 @@ public:
     /// The least of it, at one system call: the file system's own number, 0 when it is of no use.
     /// `path`, links followed, is on the device.
     std::uint64_t fileSystemID(const char* path, std::uint32_t device);
+    /// The same without a system call; NO when the device wasn't asked within the last second.
+    bool findFileSystemID(std::uint32_t device, std::uint64_t& number);
 
     /// Whether objects of the device, which `path` is on, keep their numbers.
     bool hasLastingNumbers(const char* path, std::uint32_t device);
 
 private:
     struct Numbers {
-        std::uint32_t device;
-        std::uint32_t type;
-        std::uint64_t fileSystemID;
-        double validUntil;
+        std::uint32_t device = 0;
+        std::uint32_t type = 0;
+        std::uint64_t fileSystemID = 0;
+        double validUntil = 0;
     };
     struct Known {
         std::uint32_t device;
@@ -41,6 +43,7 @@ private:
     };
 
     Numbers numbers(const char* path, std::uint32_t device);
+    bool findNumbers(std::uint32_t device, Numbers& numbers);
     bool find(const std::string& mountPoint, std::uint32_t device, std::uint64_t mountID,
         VolumeEvidence& evidence);
 

@@ -117,25 +117,39 @@ bool VolumeEvidences::hasLastingNumbers(const char* path, std::uint32_t device)
     return zef::hasLastingNumbers(numbers(path, device).type);
 }
 
+bool VolumeEvidences::findFileSystemID(std::uint32_t device, std::uint64_t& number)
+{
+    Numbers known;
+    if (!findNumbers(device, known))
+        return false;
+    number = known.fileSystemID;
+    return true;
+}
+
 VolumeEvidences::Numbers VolumeEvidences::numbers(const char* path, std::uint32_t device)
 {
-    const auto now = Clock::shared().monotonicSeconds();
-    {
-        std::lock_guard lock(_mutex);
-        std::erase_if(_numbers, [now](const auto& each) { return now >= each.validUntil; });
-        for (const auto& each : _numbers) {
-            if (each.device == device)
-                return each;
-        }
-    }
+    Numbers numbers;
     struct statfs status;
-    if (::statfs(path, &status) != 0)
-        return { device, 0, 0, 0 };
-    const Numbers numbers{ device, static_cast<std::uint32_t>(status.f_type),
-        usefulFileSystemID(status, device), now + secondsToTrust };
+    if (findNumbers(device, numbers) || ::statfs(path, &status) != 0)
+        return numbers;
+    numbers = { device, static_cast<std::uint32_t>(status.f_type),
+        usefulFileSystemID(status, device), Clock::shared().monotonicSeconds() + secondsToTrust };
     std::lock_guard lock(_mutex);
     _numbers.push_back(numbers);
     return numbers;
+}
+
+bool VolumeEvidences::findNumbers(std::uint32_t device, Numbers& numbers)
+{
+    const auto now = Clock::shared().monotonicSeconds();
+    std::lock_guard lock(_mutex);
+    std::erase_if(_numbers, [now](const auto& each) { return now >= each.validUntil; });
+    const auto found = std::find_if(_numbers.begin(), _numbers.end(),
+        [device](const auto& each) { return each.device == device; });
+    if (found == _numbers.end())
+        return false;
+    numbers = *found;
+    return true;
 }
 
 } // namespace zef

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/VolumeEvidences.h"
+
+#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/MountTable.h"
+
+#include "tests/support/SteppedClock.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+namespace {
+
+class VolumeEvidencesTest : public testing::Test {
+protected:
+    VolumeEvidencesTest() { zef::Clock::replaceShared(&clock); }
+    ~VolumeEvidencesTest() override { zef::Clock::replaceShared(nullptr); }
+
+    static std::uint32_t deviceOf(const char* path)
+    {
+        zef::Stat stat;
+        EXPECT_EQ(zef::FileSystem::system().statLink(path, stat), 0);
+        return stat.device;
+    }
+
+    SteppedClock clock;
+    zef::VolumeEvidences evidences;
+};
+
+TEST_F(VolumeEvidencesTest, TellsTheTypeOfTheRootAsTheMountTableHasIt)
+{
+    const auto mounts = zef::readMounts();
+    const auto root = std::find_if(
+        mounts.rbegin(), mounts.rend(), [](const auto& mount) { return mount.folder == "/"; });
+    ASSERT_NE(root, mounts.rend());
+    zef::VolumeEvidence evidence;
+
+    ASSERT_TRUE(evidences.evidence("/", deviceOf("/"), root->id, evidence));
+    EXPECT_EQ(evidence.type, root->type);
+    EXPECT_EQ(evidence.mountPoint, "/");
+    EXPECT_TRUE(evidence.matches(evidence));
+}
+
+TEST_F(VolumeEvidencesTest, KnowsNothingOfAFolderThatNothingIsMountedOn)
+{
+    zef::VolumeEvidence evidence;
+
+    EXPECT_FALSE(evidences.evidence("/proc/self", deviceOf("/proc"), 0, evidence));
+}
+
+TEST_F(VolumeEvidencesTest, KeepsANumberForASecond)
+{
+    const auto device = deviceOf("/");
+    std::uint64_t number = 0;
+    EXPECT_FALSE(evidences.findFileSystemID(device, number));
+    const auto asked = evidences.fileSystemID("/", device);
+
+    ASSERT_TRUE(evidences.findFileSystemID(device, number));
+    EXPECT_EQ(number, asked);
+    clock.advance(1);
+    EXPECT_FALSE(evidences.findFileSystemID(device, number));
+}
+
+TEST_F(VolumeEvidencesTest, KnowsWhichNumbersLast)
+{
+    EXPECT_TRUE(evidences.hasLastingNumbers("/proc", deviceOf("/proc")));
+}
+
+TEST_F(VolumeEvidencesTest, HasNoNumberForAPlaceThatIsMissing)
+{
+    EXPECT_EQ(evidences.fileSystemID("/proc/missing", 12345), 0u);
+}
+
+} // namespace
