@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Loading/ZEFFileFilter.h"
+#include "ZEFFilesystemTools/Loading/ZEFDirectoryFilter.h"
+#include "ZEFFilesystemTools/Loading/ZEFFileItemSet.h"
 #include "ZEFFilesystemTools/Loading/ZEFLoadingOperation.h"
 #include "ZEFFilesystemTools/Platform/CatalogIterator.h"
 
-#include <span>
+#include <cstddef>
+#include <vector>
 
-/// Lists the contents of a folder into `loadingArray`.
+/// Lists the contents of a folder into `loadingArray`, or walks a list of files and the folders
+/// among them down to a depth.
 ///
 /// Set it up before it starts, then give it to a queue or send it `start`. Failures are logged and
-/// make the result shorter.
+/// make the result shorter. The items that it finds are made by the class of the folder's own item.
 class ZEFFileLoadOperation final : public ZEFLoadingOperation {
 public:
     static const zef::Class classObject;
@@ -18,16 +21,43 @@ public:
 
     ZEFFileLoadOperation();
 
-    /// The folder to list; its own class makes the items. Borrowed; nil before it is set.
+    /// Whether `filesToIterate` are walked; otherwise `loadingDirectory` is listed. NO at first.
+    bool recursive() const { return _recursive; }
+    void setRecursive(bool recursive) { _recursive = recursive; }
+
+    /// The folder to list when the operation isn't recursive. Borrowed; nil before it is set.
     ZEFFileItem* loadingDirectory() const { return _loadingDirectory.get(); }
     void setLoadingDirectory(zef::Ref<ZEFFileItem>);
 
-    /// Which items are delivered; nil delivers every one. Borrowed.
+    /// Where a recursive operation begins, a copy of what was set. Borrowed; nil before it is set.
+    const ZEFFileItemArray* filesToIterate() const { return _filesToIterate.get(); }
+    void setFilesToIterate(const ZEFFileItemArray* files);
+
+    /// How many levels of folders a recursive operation lists: 1 for the contents of the folders
+    /// it begins with. -1, as at first, for no limit; 0 and other negative numbers list none.
+    std::ptrdiff_t depth() const { return _depth; }
+    void setDepth(std::ptrdiff_t depth) { _depth = depth; }
+
+    /// Which items are delivered; nil, as at first, delivers every one. Borrowed.
     ZEFFileFilter* fileFilter() const { return _fileFilter.get(); }
     void setFileFilter(zef::Ref<ZEFFileFilter>);
 
+    /// Which folders a recursive operation descends into: a `ZEFDirectoryFilter` at first; nil
+    /// descends into none. Borrowed.
+    ZEFDirectoryFilter* directoryFilter() const { return _directoryFilter.get(); }
+    void setDirectoryFilter(zef::Ref<ZEFDirectoryFilter>);
+
     /// Lists `loadingDirectory`.
     void nonRecursiveOperation();
+
+    /// Walks `filesToIterate`: what is beneath each of them first, depth first by batches, and in
+    /// the end the files themselves, unless they were found on the way.
+    void recursiveOperation();
+
+    /// Lists `directory` and what is below it, unless that is deeper than `depth`, where it itself
+    /// is at `level`, or it is among `checkedDirectories`, to which it is added.
+    void recursivelyLoadFilesForDirectory(
+        zef::Ref<ZEFFileItem> directory, std::ptrdiff_t level, ZEFFileItemSet& checkedDirectories);
 
     /// For a folder that is listed again: entries that `known` (borrowed, may be null) knows are
     /// left out without a look at the disk.
@@ -40,11 +70,11 @@ public:
     };
 
     /// Hands over the sightings made so far. Call with `loadingArrayLock` held, or once the
-    /// operation is finished.
+    /// operation is finished. A recursive operation makes none.
     std::vector<Sighting> takeSightings();
 
-    /// How the listing ended; `noError` also before it began. Read it when the operation is
-    /// finished.
+    /// How the listing of `loadingDirectory` ended; `noError` also before it began. Read it when
+    /// the operation is finished.
     std::int16_t listingResult() const { return _listingResult; }
 
 protected:
@@ -52,15 +82,20 @@ protected:
 
 private:
     class Batch;
+    class Listing;
 
     ~ZEFFileLoadOperation() override;
 
-    std::int16_t listFolder(const ZEFFileItem* folder);
-    std::int16_t readEntries(zef::CatalogIterator&, Batch&, const zef::FileURL& folderURL);
-    void appendToLoadingArray(Batch&);
+    bool walkFiles(ZEFFileItemSet&, std::vector<zef::Ref<ZEFFileItem>>& filesToAdd);
+    bool addFiles(std::vector<zef::Ref<ZEFFileItem>> files);
+    zef::Ref<ZEFFileItemSet> foundAmong(const std::vector<zef::Ref<ZEFFileItem>>& files) const;
 
     zef::Ref<ZEFFileItem> _loadingDirectory;
+    zef::Ref<ZEFFileItemArray> _filesToIterate;
     zef::Ref<ZEFFileFilter> _fileFilter;
+    zef::Ref<ZEFDirectoryFilter> _directoryFilter;
+    std::ptrdiff_t _depth = -1;
+    bool _recursive = false;
     zef::KnownEntries* _knownEntries = nullptr;
     /// Guarded by `loadingArrayLock`.
     std::vector<Sighting> _sightings;

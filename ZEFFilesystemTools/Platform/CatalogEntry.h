@@ -12,7 +12,7 @@ namespace zef {
 
 /// One entry of a folder: its name, what the system tells of it, and a reference to it.
 struct CatalogEntry {
-    /// Names have 255 bytes at the most (NAME_MAX, limits.h(0p)).
+    /// Names have 255 bytes at the most (NAME_MAX, limits.h(0p)); a NUL may follow.
     std::array<char, 256> nameBytes;
     std::size_t nameLength = 0;
     bool isFolder = false;

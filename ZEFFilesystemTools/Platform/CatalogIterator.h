@@ -3,10 +3,12 @@
 
 #include "ZEFFilesystemTools/Platform/CatalogEntry.h"
 #include "ZEFFilesystemTools/Platform/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/FileURL.h"
 #include "ZEFFilesystemTools/Platform/KnownEntries.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 
 namespace zef {
@@ -22,6 +24,15 @@ public:
     /// `noError` while there may be more, `noMoreItems` with the last ones (perhaps none),
     /// `accessDenied` for a folder that may not be read, or another error.
     virtual std::int16_t next(std::span<CatalogEntry> entries, std::size_t& count) = 0;
+
+    /// Opens the folder that `entry`, read last or among those, stands for and that is at `url`; as
+    /// `Catalog::openIterator` does, but without looking up its whole path where that can be
+    /// spared.
+    virtual std::int16_t openSubfolder(
+        const CatalogEntry& entry, const FileURL& url, std::unique_ptr<CatalogIterator>& iterator);
+
+    /// Holds no descriptor until the next read. It keeps what is still to be delivered.
+    virtual void suspend() { }
 
     /// From now on entries that `known` (borrowed) knows are left out.
     virtual void setKnownEntries(KnownEntries* known) = 0;

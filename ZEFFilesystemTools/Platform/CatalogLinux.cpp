@@ -22,8 +22,7 @@ public:
         const int error = _reader.open(ref, folder);
         if (error)
             return resultOfOpening(error);
-        _folderInode = ref.inode();
-        _needsHandles = !keepsBirthTimes(fileSystemType(_reader.folder()));
+        begin(ref);
         return CatalogResult::noError;
     }
 
@@ -32,7 +31,7 @@ public:
         count = 0;
         FolderReader::Entry raw;
         while (count < entries.size()) {
-            if (!_reader.next(raw))
+            if (!_reader.next(raw) || !_reader.resume())
                 return end(count);
             if (_knownEntries && _knownEntries->isKnown({ raw.name, raw.nameLength }, raw.inode))
                 continue;
@@ -42,9 +41,36 @@ public:
         return CatalogResult::noError;
     }
 
+    std::int16_t openSubfolder(const CatalogEntry& entry, const FileURL& url,
+        std::unique_ptr<CatalogIterator>& iterator) override
+    {
+        auto opened = std::make_unique<KernelCatalogIterator>();
+        if (opened->openIn(_reader, entry, url) == 0) {
+            iterator = std::move(opened);
+            return CatalogResult::noError;
+        }
+        return CatalogIterator::openSubfolder(entry, url, iterator);
+    }
+
+    void suspend() override { _reader.suspend(); }
+
     void setKnownEntries(KnownEntries* known) override { _knownEntries = known; }
 
 private:
+    int openIn(const FolderReader& parent, const CatalogEntry& entry, const FileURL& url)
+    {
+        const int error = _reader.openIn(parent, entry.nameBytes.data(), entry.ref, url);
+        if (!error)
+            begin(entry.ref);
+        return error;
+    }
+
+    void begin(const FSRef& ref)
+    {
+        _folderInode = ref.inode();
+        _needsHandles = !keepsBirthTimes(fileSystemType(_reader.folder()));
+    }
+
     // An error behind entries that were read waits for the next call.
     std::int16_t end(std::size_t count) const
     {
@@ -61,6 +87,7 @@ private:
             return false;
         entry.nameLength = raw.nameLength;
         std::string_view(raw.name, raw.nameLength).copy(entry.nameBytes.data(), raw.nameLength);
+        entry.nameBytes[raw.nameLength] = '\0';
         entry.isFolder = entry.stat.isFolder();
         entry.ref = FSRef(entry.stat, _folderInode);
         if (_needsHandles)
@@ -106,6 +133,12 @@ public:
 };
 
 } // namespace
+
+std::int16_t CatalogIterator::openSubfolder(
+    const CatalogEntry& entry, const FileURL& url, std::unique_ptr<CatalogIterator>& iterator)
+{
+    return Catalog::shared().openIterator(&entry.ref, url, iterator);
+}
 
 Catalog& Catalog::system()
 {

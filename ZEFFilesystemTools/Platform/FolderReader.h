@@ -30,7 +30,17 @@ public:
     /// an empty reference. Permission to read is not needed yet.
     int open(const FSRef& ref, const FileURL& url);
 
-    /// Reads the next entry; NO at the end and on an error.
+    /// The same for the entry `name` of a folder that is open, without a look at the whole path.
+    /// EBADF when the parent is suspended.
+    int openIn(const FolderReader& parent, const char* name, const FSRef& ref, const FileURL& url);
+
+    /// Reads what is left into memory and closes the descriptor.
+    void suspend();
+
+    /// Opens the descriptor again if it was closed; NO, with an `error`, when that can't be done.
+    bool resume();
+
+    /// Reads the next entry, without a descriptor too; NO at the end and on an error.
     bool next(Entry&);
 
     /// Why `next` said NO: 0 at the end, or an errno value.
@@ -43,11 +53,17 @@ private:
     static constexpr std::size_t bufferSize = 32768;
 
     int openAtPath(const FSRef& ref, const FileURL& url);
+    int openAt(int parent, const char* name, const FSRef& ref, const char* path);
     bool openForReading();
     bool fillBuffer();
+    void readRest();
 
+    FSRef _ref;
+    FileURL _url;
     int _folder = -1;
     bool _isReadable = false;
+    /// Behind the buffer there is nothing.
+    bool _isAtEnd = false;
     int _error = 0;
     std::unique_ptr<std::byte[]> _buffer;
     std::size_t _length = 0;

@@ -5,15 +5,23 @@
 #include "ZEFFilesystemTools/Platform/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <utility>
+#include <vector>
 
 #include <dirent.h>
 #include <fcntl.h>
 
 namespace zef {
 namespace {
+
+bool isUnchanged(const Stat& stat, const FSRef& ref)
+{
+    return ref.hasNumbersOf(stat) && stat.hasBirthTime == ref.hasBirthTime()
+        && (!stat.hasBirthTime || stat.birthTime == ref.birthTime());
+}
 
 bool isDotOrDotDot(const char* name)
 {
@@ -31,6 +39,8 @@ int FolderReader::open(const FSRef& ref, const FileURL& url)
 {
     if (ref.isEmpty())
         return EINVAL;
+    _ref = ref;
+    _url = url;
     const int error = openAtPath(ref, url);
     if (error != ENOENT && error != ENOTDIR)
         return error;
@@ -40,23 +50,75 @@ int FolderReader::open(const FSRef& ref, const FileURL& url)
     return found ? error : ENOENT;
 }
 
-// ENOENT also when another object is at the path.
+int FolderReader::openIn(
+    const FolderReader& parent, const char* name, const FSRef& ref, const FileURL& url)
+{
+    if (parent._folder < 0)
+        return EBADF;
+    _ref = ref;
+    _url = url;
+    return openAt(parent._folder, name, ref, nullptr);
+}
+
 int FolderReader::openAtPath(const FSRef& ref, const FileURL& url)
 {
     PathBytes path;
     if (!url.fileSystemRepresentation(path))
         return ENOENT;
+    return openAt(AT_FDCWD, path.text(), ref, path.text());
+}
+
+// ENOENT also when another object is there. `path` leads to it, for the question about its handle;
+// nil to do without, where a changed birth time counts as another object.
+int FolderReader::openAt(int parent, const char* name, const FSRef& ref, const char* path)
+{
     const int folder = DescriptorReserve::shared().openAt(
-        AT_FDCWD, path.text(), O_PATH | O_DIRECTORY | O_NOFOLLOW);
+        parent, name, O_PATH | O_DIRECTORY | O_NOFOLLOW);
     if (folder < 0)
         return errno;
     Stat stat;
-    if (statAt(folder, "", stat) != 0 || !sameObject(stat, ref, path.text())) {
+    const bool isIt = statAt(folder, "", stat) == 0
+        && (path ? sameObject(stat, ref, path) : isUnchanged(stat, ref));
+    if (!isIt) {
         DescriptorReserve::shared().close(folder);
         return ENOENT;
     }
     _folder = folder;
     return 0;
+}
+
+void FolderReader::suspend()
+{
+    if (_folder < 0)
+        return;
+    if (_isReadable && !_isAtEnd)
+        readRest();
+    DescriptorReserve::shared().close(std::exchange(_folder, -1));
+}
+
+// An error stays for the end of what was read.
+void FolderReader::readRest()
+{
+    std::vector<std::byte> rest;
+    do {
+        rest.insert(rest.end(), _buffer.get() + _offset, _buffer.get() + _length);
+        _offset = _length;
+    } while (fillBuffer());
+    _buffer = std::make_unique<std::byte[]>(rest.size());
+    std::copy(rest.begin(), rest.end(), _buffer.get());
+    _offset = 0;
+    _length = rest.size();
+    _isAtEnd = true;
+}
+
+bool FolderReader::resume()
+{
+    if (_folder >= 0)
+        return true;
+    const int error = open(_ref, _url);
+    if (error)
+        _error = error;
+    return !error;
 }
 
 bool FolderReader::next(Entry& entry)
@@ -77,7 +139,7 @@ bool FolderReader::next(Entry& entry)
 
 bool FolderReader::fillBuffer()
 {
-    if (_error || (!_isReadable && !openForReading()))
+    if (_error || _isAtEnd || (!_isReadable && (!resume() || !openForReading())))
         return false;
     const auto count = ::getdents64(_folder, _buffer.get(), bufferSize);
     if (count < 0)

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
+
+#include <unordered_set>
+
+/// File items told apart by `isEqual`, and retained. One thread at a time.
+class ZEFFileItemSet final : public ZEFObject {
+public:
+    explicit ZEFFileItemSet(std::size_t capacity) { _items.reserve(capacity); }
+
+    std::size_t count() const { return _items.size(); }
+
+    /// NO when an equal one was there already.
+    bool insert(zef::Ref<ZEFFileItem> item) { return _items.insert(std::move(item)).second; }
+
+    bool contains(const zef::Ref<ZEFFileItem>& item) const { return _items.contains(item); }
+
+private:
+    struct Hash {
+        std::size_t operator()(const zef::Ref<ZEFFileItem>& item) const { return item->hash(); }
+    };
+
+    struct Equal {
+        bool operator()(const zef::Ref<ZEFFileItem>& left, const zef::Ref<ZEFFileItem>& right) const
+        {
+            return left->isEqual(right.get());
+        }
+    };
+
+    std::unordered_set<zef::Ref<ZEFFileItem>, Hash, Equal> _items;
+};

@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
+
+#include "ZEFFilesystemTools/Loading/ZEFFileLoadBatch.h"
+#include "ZEFFilesystemTools/Loading/ZEFFileLoadListing.h"
+#include "ZEFFilesystemTools/Platform/Catalog.h"
+#include "ZEFFilesystemTools/Platform/Log.h"
+
+#include <iterator>
+#include <mutex>
+#include <utility>
+
+namespace {
+
+using Result = zef::CatalogResult;
+
+// How many folders above the one that is being read stay open. Many loads may run at once, and a
+// process has few descriptors.
+constexpr std::size_t openLevels = 6;
+
+constexpr std::ptrdiff_t noDepthLimit = -1;
+
+} // namespace
+
+// One folder between its opening and its end.
+struct ZEFFileLoadOperation::Listing::Level {
+    zef::Ref<ZEFFileItem> folder;
+    std::ptrdiff_t number = 0;
+    zef::FileURL url;
+    std::unique_ptr<zef::CatalogIterator> iterator;
+    std::unique_ptr<Batch> batch;
+    std::size_t count = 0;
+    std::size_t index = 0;
+    /// With which the batch was read.
+    std::int16_t result = Result::noError;
+    /// The entry at `index` has its item, and all that is below it was listed.
+    bool hasDescended = false;
+};
+
+ZEFFileLoadOperation::Listing::Listing(
+    ZEFFileLoadOperation& operation, ZEFFileItemSet* checkedDirectories)
+    : _operation(operation)
+    , _checkedDirectories(checkedDirectories)
+{
+}
+
+ZEFFileLoadOperation::Listing::~Listing() = default;
+
+std::int16_t ZEFFileLoadOperation::Listing::run(zef::Ref<ZEFFileItem> folder, std::ptrdiff_t level)
+{
+    if (_checkedDirectories && !mayEnter(folder, level))
+        return Result::noError;
+    _result = enter(std::move(folder), level, nullptr);
+    while (!_levels.empty())
+        step();
+    return _result;
+}
+
+bool ZEFFileLoadOperation::Listing::mayEnter(
+    const zef::Ref<ZEFFileItem>& folder, std::ptrdiff_t level)
+{
+    if (!folder || _checkedDirectories->contains(folder))
+        return false;
+    const auto depth = _operation._depth;
+    return (depth == noDepthLimit || depth >= level) && _checkedDirectories->insert(folder);
+}
+
+// `found` is where the folder was just seen as an entry of the level above; nil when it has to be
+// looked for.
+std::int16_t ZEFFileLoadOperation::Listing::enter(
+    zef::Ref<ZEFFileItem> folder, std::ptrdiff_t level, const zef::FileURL& found)
+{
+    auto next = std::make_unique<Level>();
+    next->folder = std::move(folder);
+    next->number = level;
+    const auto result = open(*next, found);
+    if (result != Result::noError || !next->iterator)
+        return result;
+    next->iterator->setKnownEntries(_operation._knownEntries);
+    next->batch = takeBatch();
+    next->batch->setFolder(next->folder->objectClass(), next->url.asFolder());
+    if (_levels.size() >= openLevels)
+        _levels[_levels.size() - openLevels]->iterator->suspend();
+    _levels.push_back(std::move(next));
+    return result;
+}
+
+// Leaves the iterator out when the operation is cancelled.
+std::int16_t ZEFFileLoadOperation::Listing::open(Level& next, const zef::FileURL& found)
+{
+    const auto* folder = next.folder.get();
+    next.url = found ? found : folder ? folder->ZEF_locate() : nullptr;
+    if (_operation.isCancelled())
+        return Result::noError;
+    auto result = openIterator(next, found);
+    if (result == Result::tooManyOpenFiles && !_levels.empty()) {
+        suspendAllLevels();
+        result = openIterator(next, nullptr);
+    }
+    if (result != Result::noError) {
+        zef::log("ZEFFileLoadOperation encountered error %d opening iterator to get the directory "
+                 "contents at %s",
+            result, next.url ? next.url.absoluteString().c_str() : "(null)");
+    }
+    return result;
+}
+
+std::int16_t ZEFFileLoadOperation::Listing::openIterator(Level& next, const zef::FileURL& found)
+{
+    if (found) {
+        auto& above = *_levels.back();
+        const auto& entry = above.batch->entry(above.index);
+        return above.iterator->openSubfolder(entry, next.url, next.iterator);
+    }
+    zef::FSRef reference;
+    const bool hasReference = next.url && next.folder->ZEF_copyReference(reference);
+    return zef::Catalog::shared().openIterator(
+        hasReference ? &reference : nullptr, next.url, next.iterator);
+}
+
+void ZEFFileLoadOperation::Listing::suspendAllLevels()
+{
+    for (const auto& level : _levels)
+        level->iterator->suspend();
+}
+
+void ZEFFileLoadOperation::Listing::step()
+{
+    auto& level = *_levels.back();
+    if (level.index == level.count) {
+        readBatch(level);
+        return;
+    }
+    auto& item = level.batch->slots()[level.index];
+    if (!level.hasDescended) {
+        const auto url = level.batch->fillSlot(level.index);
+        level.hasDescended = true;
+        // At once, before the rest of the batch.
+        if (item && _checkedDirectories && descend(level, url))
+            return;
+    }
+    if (item && _operation._fileFilter && !_operation._fileFilter->shouldIncludeFile(item.get()))
+        item = nullptr;
+    level.hasDescended = false;
+    ++level.index;
+}
+
+// Delivers the batch that is done, and reads the next one.
+void ZEFFileLoadOperation::Listing::readBatch(Level& level)
+{
+    if (level.count)
+        append(*level.batch);
+    if (level.result == Result::noMoreItems) {
+        leave(Result::noError);
+        return;
+    }
+    level.count = 0;
+    level.index = 0;
+    level.result = level.iterator->next(level.batch->entries(), level.count);
+    const bool isRead = level.result == Result::noError || level.result == Result::noMoreItems;
+    if (isRead && !_operation.isCancelled())
+        return;
+    if (!isRead && level.result != Result::accessDenied && !_operation.isCancelled()) {
+        zef::log("ZEFFileLoadOperation had error %d looping FSGetCatalogInfoBulk for directory %s",
+            level.result, level.url.absoluteString().c_str());
+    }
+    leave(level.result);
+}
+
+void ZEFFileLoadOperation::Listing::leave(std::int16_t result)
+{
+    _freeBatches.push_back(std::move(_levels.back()->batch));
+    _levels.pop_back();
+    if (_levels.empty())
+        _result = result;
+}
+
+// YES when there is a level more now.
+bool ZEFFileLoadOperation::Listing::descend(Level& level, const zef::FileURL& found)
+{
+    const auto item = level.batch->slots()[level.index];
+    const zef::Ref<ZEFDirectoryFilter> filter = _operation._directoryFilter;
+    if (!filter || !filter->shouldIncludeFile(item.get()))
+        return false;
+    auto folder = filter->trueDirectoryObjectForFile(item.get());
+    const auto levelBelow = level.number + 1;
+    if (!mayEnter(folder, levelBelow))
+        return false;
+    // An item that was made before may know its folder by another path.
+    const bool isHere = folder == item && item->url().hasPathOf(found);
+    const auto count = _levels.size();
+    enter(std::move(folder), levelBelow, isHere ? found : nullptr);
+    return _levels.size() > count;
+}
+
+void ZEFFileLoadOperation::Listing::append(Batch& batch)
+{
+    auto& sightings = batch.sightings();
+    std::lock_guard lock(*_operation.loadingArrayLock());
+    for (auto& item : batch.slots()) {
+        if (item)
+            _operation.loadingArray()->addObject(std::move(item));
+    }
+    if (!_checkedDirectories)
+        std::move(sightings.begin(), sightings.end(), std::back_inserter(_operation._sightings));
+    sightings.clear();
+}
+
+std::unique_ptr<ZEFFileLoadOperation::Batch> ZEFFileLoadOperation::Listing::takeBatch()
+{
+    if (_freeBatches.empty())
+        return std::make_unique<Batch>();
+    auto batch = std::move(_freeBatches.back());
+    _freeBatches.pop_back();
+    return batch;
+}
