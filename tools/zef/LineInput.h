@@ -11,7 +11,10 @@ namespace tool {
 /// The lines of standard input.
 class LineInput {
 public:
-    static constexpr std::size_t longestLine = std::size_t{ 64 } * 1024 * 1024;
+    explicit LineInput(std::size_t longestLine)
+        : _lines(longestLine)
+    {
+    }
 
     /// Reads a piece of what is there; to be called when something is, or else it waits. Complains
     /// of a failure, which ends the input.
@@ -24,7 +27,7 @@ public:
     std::optional<LineReader::Line> takeLine() { return _lines.takeLine(); }
 
 private:
-    LineReader _lines{ longestLine };
+    LineReader _lines;
     bool _hasEnded = false;
     bool _hasFailed = false;
 };

@@ -17,26 +17,6 @@
 #include <unistd.h>
 
 namespace tool {
-namespace {
-
-// Throws std::invalid_argument for a line that is no archive.
-zef::Ref<ZEFArchiveDictionary> archiveIn(const LineReader::Line& line)
-{
-    if (line.isTooLong) {
-        throw std::invalid_argument(
-            "longer than " + std::to_string(LineInput::longestLine) + " bytes");
-    }
-    const JSONText text(line.text);
-    auto archive = archiveOfJSON(text.parsed());
-    // A name that lost a byte must not be taken for another file's.
-    if (text.hasInvalidCharacters())
-        throw std::invalid_argument("no valid Unicode");
-    if (archive->isEmpty())
-        throw std::invalid_argument("nothing in it leads to a file");
-    return archive;
-}
-
-} // namespace
 
 ResolveCommand::ResolveCommand(CLI::App& program)
     : Command(program, "resolve",
@@ -63,6 +43,21 @@ int ResolveCommand::run()
     if (mustEnd())
         return statusOfEnd();
     return _hasFailed || _input.hasFailed() ? ExitStatus::failed : ExitStatus::done;
+}
+
+// Throws std::invalid_argument for a line that is no archive.
+zef::Ref<ZEFArchiveDictionary> ResolveCommand::archiveIn(const LineReader::Line& line)
+{
+    if (line.isTooLong)
+        throw std::invalid_argument("longer than " + std::to_string(longestLine) + " bytes");
+    const JSONText text(line.text);
+    auto archive = archiveOfJSON(text.parsed());
+    // A name that lost a byte must not be taken for another file's.
+    if (text.hasInvalidCharacters())
+        throw std::invalid_argument("no valid Unicode");
+    if (archive->isEmpty())
+        throw std::invalid_argument("nothing in it leads to a file");
+    return archive;
 }
 
 void ResolveCommand::resolveLines()

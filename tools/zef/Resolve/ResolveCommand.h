@@ -19,6 +19,10 @@ public:
     int run() override;
 
 private:
+    /// What `zef archive` writes is much shorter; what is parsed takes many times the memory.
+    static constexpr std::size_t longestLine = std::size_t{ 1024 } * 1024;
+
+    static zef::Ref<ZEFArchiveDictionary> archiveIn(const LineReader::Line&);
     void resolveLines();
     void resolve(const LineReader::Line&);
     void resolve(const ZEFArchiveDictionary&);
@@ -26,7 +30,7 @@ private:
     void fail(const std::string& what, const std::string& reason);
     std::string nameOfLine() const;
 
-    LineInput _input;
+    LineInput _input{ longestLine };
     std::size_t _lineNumber = 0;
     bool _hasFailed = false;
     bool _plain = false;

@@ -65,8 +65,8 @@ void Server::answer(const LineReader::Line& line)
     if (!line.isTooLong)
         return answer(line.text);
     sendError("null",
-        RPCError(RPCError::parseError,
-            "a line of more than " + std::to_string(LineInput::longestLine) + " bytes"));
+        RPCError(
+            RPCError::parseError, "a line of more than " + std::to_string(longestLine) + " bytes"));
 }
 
 void Server::answer(const std::string& line)

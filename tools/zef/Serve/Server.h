@@ -26,6 +26,8 @@ public:
     int run();
 
 private:
+    static constexpr std::size_t longestLine = std::size_t{ 64 } * 1024 * 1024;
+
     bool isDone() const;
     void answerLines();
     void answer(const LineReader::Line&);
@@ -35,7 +37,7 @@ private:
     SubscriptionMethods _subscriptions;
     ManagerMethods _manager;
     MethodTable _methods;
-    LineInput _input;
+    LineInput _input{ longestLine };
 };
 
 } // namespace tool
