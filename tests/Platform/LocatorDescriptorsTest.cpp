@@ -164,10 +164,10 @@ TEST_F(LocatorDescriptorsTest, ClosesTheDescriptorsOfDeletedFilesWhileOthersCome
         track(folder.write("old " + std::to_string(number)));
     for (int number = 0; number < 20; ++number)
         folder.remove("old " + std::to_string(number));
-    for (int number = 0; number < 10; ++number)
+    for (int number = 0; number < 20; ++number)
         track(folder.write("new " + std::to_string(number)));
 
-    EXPECT_EQ(locator.heldDescriptorCount(), 10u);
+    EXPECT_EQ(locator.heldDescriptorCount(), 20u);
 }
 
 TEST_F(LocatorDescriptorsTest, GivesBackOneDescriptorAfterTheOther)
