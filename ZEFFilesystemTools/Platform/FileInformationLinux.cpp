@@ -78,6 +78,8 @@ FileInformation& FileInformation::system()
 
 std::int16_t LinuxFileInformation::copyContentType(const Object& object, std::string& type)
 {
+    if (object.ref.isEmpty())
+        return CatalogResult::badReference;
     if (object.isSymlink) {
         type = type::symlink;
         return CatalogResult::noError;
