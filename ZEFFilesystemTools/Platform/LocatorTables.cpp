@@ -9,7 +9,8 @@
 namespace zef {
 namespace {
 
-constexpr std::size_t objectsSweptAtOnce = 8;
+// More than one for each that comes, so that the sweep gets round; a system call each.
+constexpr std::size_t objectsSweptAtOnce = 2;
 
 void complete(FSRef& ref, const FSRef& known)
 {
