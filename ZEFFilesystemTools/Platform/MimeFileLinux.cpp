@@ -54,9 +54,10 @@ MimeFileResult readMimeFile(const std::string& path, std::string& text)
     text.clear();
     // Opening a FIFO for reading would otherwise wait for a writer.
     const int file = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    // A program that runs as somebody else may have the home of a user who lets nobody in.
     if (file < 0)
-        return errno == ENOENT || errno == ENOTDIR ? MimeFileResult::missing
-                                                   : MimeFileResult::unusable;
+        return errno == ENOENT || errno == ENOTDIR || errno == EACCES ? MimeFileResult::missing
+                                                                      : MimeFileResult::unusable;
     const bool isRead = readRegularFile(file, text);
     close(file);
     if (!isRead)
