@@ -3,7 +3,11 @@
 
 #include "ZEFFilesystemTools/Platform/FileURL.h"
 #include "ZEFFilesystemTools/Platform/HiddenList.h"
+#include "ZEFFilesystemTools/Platform/RecentLook.h"
 #include "ZEFFilesystemTools/Platform/SmallFileCache.h"
+
+#include <memory>
+#include <mutex>
 
 namespace zef {
 
@@ -11,8 +15,9 @@ namespace zef {
 /// the folder's ".hidden" lists, so far as that is a regular file of at most 64 KiB that may be
 /// read.
 ///
-/// The lists of the last few folders are kept; each question costs one look at the disk, for a name
-/// with a dot none. Any thread.
+/// The lists of the last few folders are kept; a question costs one look at the disk, which serves
+/// for all that are asked of the folder within a moment, and for a name with a dot none. Any
+/// thread.
 class HiddenLists {
 public:
     /// `clock` is borrowed and should be the one that the files' stamps come from.
@@ -25,7 +30,20 @@ public:
     bool hides(const FileURL& url);
 
 private:
+    /// What was last found to be in a folder.
+    struct LastList {
+        RecentLook look;
+        /// A file of the folder, which keeps the folder's path.
+        FileURL url;
+        std::shared_ptr<const HiddenList> list;
+    };
+
+    std::shared_ptr<const HiddenList> listFor(const FileURL& url);
+    std::shared_ptr<const HiddenList> readListFor(const FileURL& url);
+
     SmallFileCache<HiddenList, 8> _lists;
+    std::mutex _mutex;
+    LastList _lastList;
 };
 
 } // namespace zef

@@ -5,15 +5,44 @@
 #include "ZEFFilesystemTools/Platform/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/RecentLook.h"
 
 #include <cerrno>
 
 namespace zef {
+namespace {
+
+// The last object that this thread has found.
+struct LastFound {
+    RecentLook look;
+    FSRef ref;
+    FileURL url;
+    Stat stat;
+
+    bool serves(const FSRef& asked, const FileURL& lastKnown) const
+    {
+        return ref.hasNumbersOf(asked) && ref.birthTime() == asked.birthTime() && url == lastKnown
+            && look.serves();
+    }
+};
+
+LastFound& lastFound()
+{
+    thread_local LastFound found;
+    return found;
+}
+
+} // namespace
 
 std::int16_t ObjectPlace::find(const FSRef& ref, const FileURL& lastKnown)
 {
     if (ref.isEmpty())
         return CatalogResult::badReference;
+    if (lastFound().serves(ref, lastKnown) && lastKnown.fileSystemRepresentation(_path)) {
+        _url = lastKnown;
+        _stat = lastFound().stat;
+        return CatalogResult::noError;
+    }
     const auto result = lastKnown ? lookFor(ref, lastKnown) : CatalogResult::notFound;
     if (result == CatalogResult::noError)
         return result;
@@ -23,10 +52,15 @@ std::int16_t ObjectPlace::find(const FSRef& ref, const FileURL& lastKnown)
 
 std::int16_t ObjectPlace::lookFor(const FSRef& ref, const FileURL& url)
 {
+    RecentLook look;
+    look.take();
     const auto result = lookAt(url);
     if (result != CatalogResult::noError)
         return result;
-    return sameObject(_stat, ref, path()) ? result : CatalogResult::notFound;
+    if (!sameObject(_stat, ref, path()))
+        return CatalogResult::notFound;
+    lastFound() = { .look = look, .ref = ref, .url = url, .stat = _stat };
+    return result;
 }
 
 std::int16_t ObjectPlace::lookAt(const FileURL& url)

@@ -14,7 +14,8 @@ namespace zef {
 class ObjectPlace {
 public:
     /// Finds the object that `ref` refers to, at `lastKnown` (may be nil) or wherever it was moved,
-    /// with one look at the disk where it was not moved. A number of `CatalogResult`: -43 when it
+    /// with one look at the disk where it was not moved, and none where this thread found it a
+    /// moment ago. A number of `CatalogResult`: -43 when it
     /// is gone.
     std::int16_t find(const FSRef& ref, const FileURL& lastKnown);
 

@@ -3,6 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/RecentLook.h"
 
 #include <gtest/gtest.h>
 
@@ -17,6 +18,8 @@ public:
         // Opened before any test counts descriptors.
         zef::DescriptorReserve::shared();
         applyDescriptorBudget();
+        // Tests are quick enough to change a file within the moment for which a look serves.
+        zef::RecentLook::setLifetime(0);
     }
 };
 
