@@ -2,6 +2,7 @@
 #include "tools/zef/Archive/ArchiveCommand.h"
 #include "tools/zef/Arguments.h"
 #include "tools/zef/ExitStatus.h"
+#include "tools/zef/Find/FindCommand.h"
 #include "tools/zef/Info/InfoCommand.h"
 #include "tools/zef/Interruption.h"
 #include "tools/zef/Output.h"
@@ -52,6 +53,7 @@ int runProgram(int argumentCount, char** arguments)
     program.require_subcommand(1);
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(std::make_unique<WatchCommand>(program));
+    commands.push_back(std::make_unique<FindCommand>(program));
     commands.push_back(std::make_unique<InfoCommand>(program));
     commands.push_back(std::make_unique<ArchiveCommand>(program));
     commands.push_back(std::make_unique<ResolveCommand>(program));

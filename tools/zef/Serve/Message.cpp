@@ -38,11 +38,15 @@ void sendError(const std::string& id, const RPCError& error)
 
 void sendNotification(const char* method, const JSON& parameters)
 {
-    Output::standardOutput().write(lineOfJSON({
-        { "jsonrpc", "2.0" },
-        { "method", method },
-        { "params", parameters },
-    }));
+    auto text = lineOfJSON(parameters);
+    text.pop_back();
+    sendNotificationText(method, text);
+}
+
+void sendNotificationText(const char* method, const std::string& parameters)
+{
+    Output::standardOutput().write(std::string(R"({"jsonrpc":"2.0","method":")") + method
+        + R"(","params":)" + parameters + "}\n");
 }
 
 } // namespace tool

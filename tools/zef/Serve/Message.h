@@ -13,4 +13,7 @@ void sendResult(const std::string& id, const JSON& result);
 void sendError(const std::string& id, const RPCError&);
 void sendNotification(const char* method, const JSON& parameters);
 
+/// The same for parameters that are JSON text already.
+void sendNotificationText(const char* method, const std::string& parameters);
+
 } // namespace tool

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace tool {
 namespace {
@@ -56,7 +57,11 @@ std::string Parameters::text(const std::string& name) const
 
 std::uint64_t Parameters::number(const std::string& name) const
 {
-    const auto& given = value(name);
+    return number(name, value(name));
+}
+
+std::uint64_t Parameters::number(const std::string& name, const nlohmann::json& given)
+{
     if (given.is_number_unsigned())
         return given.get<std::uint64_t>();
     // Some languages write every number with a fraction.
@@ -65,6 +70,20 @@ std::uint64_t Parameters::number(const std::string& name) const
     if (number < 0 || number >= tooLarge || number != std::floor(number))
         refuse(inQuotes(name) + " is no whole number from 0 up");
     return static_cast<std::uint64_t>(number);
+}
+
+std::ptrdiff_t Parameters::integer(const std::string& name) const
+{
+    const auto& given = value(name);
+    constexpr auto largest = std::numeric_limits<std::ptrdiff_t>::max();
+    constexpr double limit = 0x1p63;
+    const bool isTooLarge = given.is_number_unsigned() && given.get<std::uint64_t>() > largest;
+    if (given.is_number_integer() && !isTooLarge)
+        return given.get<std::ptrdiff_t>();
+    const double number = given.is_number_float() ? given.get<double>() : limit;
+    if (number < -limit || number >= limit || number != std::floor(number))
+        refuse(inQuotes(name) + " is no whole number, or one out of range");
+    return static_cast<std::ptrdiff_t>(number);
 }
 
 // Kept in 32 bits by the file manager.
@@ -95,20 +114,40 @@ zef::FileURL Parameters::url(const std::string& name) const
 
 zef::Ref<ZEFFileItem> Parameters::item(const std::string& name) const
 {
-    const auto wanted = number(name);
-    auto item = ItemNumbers::shared().item(wanted);
+    return item(number(name));
+}
+
+zef::Ref<ZEFFileItem> Parameters::item(std::uint64_t number)
+{
+    auto item = ItemNumbers::shared().item(number);
     if (!item)
-        refuse("there is no file item " + std::to_string(wanted));
+        refuse("there is no file item " + std::to_string(number));
     return item;
+}
+
+zef::Ref<ZEFFileItemArray> Parameters::items(const std::string& name) const
+{
+    const auto& given = value(name);
+    if (!given.is_array())
+        refuse(inQuotes(name) + " is no list");
+    auto result = zef::makeRef<ZEFFileItemArray>();
+    for (const auto& entry : given)
+        result->addObject(item(number(name, entry)));
+    return result;
 }
 
 zef::Ref<ZEFBasicInfoFileItem> Parameters::basicInfoItem(const std::string& name) const
 {
     const auto found = item(name);
-    auto* withBasicInfo = FileClasses::basicInfoItem(*found);
-    if (!withBasicInfo)
-        refuse("file item " + std::to_string(numberOf(*found)) + " is a plain one");
-    return withBasicInfo;
+    return &withBasicInfo(*found);
+}
+
+ZEFBasicInfoFileItem& Parameters::withBasicInfo(ZEFFileItem& item)
+{
+    auto* result = FileClasses::basicInfoItem(item);
+    if (!result)
+        refuse("file item " + std::to_string(numberOf(item)) + " is a plain one");
+    return *result;
 }
 
 zef::Ref<ZEFArchiveDictionary> Parameters::archive(const std::string& name) const

@@ -5,9 +5,11 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 namespace tool {
 
@@ -24,19 +26,28 @@ public:
 
     std::string text(const std::string& name) const;
     std::uint64_t number(const std::string& name) const;
+    /// A whole number, which may be negative.
+    std::ptrdiff_t integer(const std::string& name) const;
     double seconds(const std::string& name) const;
     bool boolean(const std::string& name) const;
     zef::FileURL url(const std::string& name) const;
     /// The living item with this number.
     zef::Ref<ZEFFileItem> item(const std::string& name) const;
-    /// The same; a plain one is an error.
+    /// The living items with the numbers in a list.
+    zef::Ref<ZEFFileItemArray> items(const std::string& name) const;
+    /// As `item`; a plain one is an error.
     zef::Ref<ZEFBasicInfoFileItem> basicInfoItem(const std::string& name) const;
 
     zef::Ref<ZEFArchiveDictionary> archive(const std::string& name) const;
 
+    /// The item as one with basic info; a plain one is an error.
+    static ZEFBasicInfoFileItem& withBasicInfo(ZEFFileItem&);
+
     [[noreturn]] static void refuse(const std::string& message);
 
 private:
+    static std::uint64_t number(const std::string& name, const nlohmann::json& given);
+    static zef::Ref<ZEFFileItem> item(std::uint64_t number);
     const nlohmann::json* find(const std::string& name) const;
     const nlohmann::json& value(const std::string& name) const;
 

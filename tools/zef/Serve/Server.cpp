@@ -19,6 +19,7 @@ Server::Server(const ZEFFileItemClass& fileClass)
     ZEFFileManager::defaultFileManager()->setFileClass(&fileClass);
     _items.addTo(_methods);
     BasicInfoMethods::addTo(_methods);
+    _loads.addTo(_methods);
     _subscriptions.addTo(_methods);
     _manager.addTo(_methods);
 }
@@ -26,6 +27,7 @@ Server::Server(const ZEFFileItemClass& fileClass)
 // Subscriptions die first: they still know the subscribers.
 Server::~Server()
 {
+    _loads.cancelAll();
     _subscriptions.forgetAll();
     ZEFFileManager::defaultFileManager()->shutdown();
 }

@@ -3,6 +3,7 @@
 
 #include "tools/zef/LineInput.h"
 #include "tools/zef/Serve/ItemMethods.h"
+#include "tools/zef/Serve/LoadMethods.h"
 #include "tools/zef/Serve/ManagerMethods.h"
 #include "tools/zef/Serve/MethodTable.h"
 #include "tools/zef/Serve/SubscriptionMethods.h"
@@ -34,6 +35,7 @@ private:
     void answer(const std::string& line);
 
     ItemMethods _items;
+    LoadMethods _loads;
     SubscriptionMethods _subscriptions;
     ManagerMethods _manager;
     MethodTable _methods;

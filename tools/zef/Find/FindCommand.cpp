@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "tools/zef/Find/FindCommand.h"
+
+#include "tools/zef/ExitStatus.h"
+#include "tools/zef/FileArgument.h"
+#include "tools/zef/FileClasses.h"
+#include "tools/zef/Find/FileFinder.h"
+#include "tools/zef/Interruption.h"
+#include "tools/zef/ItemPrinter.h"
+#include "tools/zef/LoadFailure.h"
+#include "tools/zef/MainLoop.h"
+#include "tools/zef/Output.h"
+
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+
+#include <charconv>
+
+namespace tool {
+namespace {
+
+std::string checkDepth(const std::string& text)
+{
+    std::ptrdiff_t depth = 0;
+    const auto* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, depth);
+    const bool isValid = error == std::errc() && stop == end;
+    return isValid ? "" : "\"" + text + "\" is no number of levels";
+}
+
+// What comes after the ^C is to begin on a line of its own, where nobody has erased it.
+void leaveTerminal(bool hasPrinted)
+{
+    const bool isErased = !hasPrinted && Output::standardError().isTerminal();
+    if (Interruption::signal() && !isErased && Output::standardOutput().isTerminal())
+        Output::standardOutput().write("\n");
+}
+
+} // namespace
+
+FindCommand::FindCommand(CLI::App& program)
+    : Command(program, "find", "Print files and everything beneath them")
+{
+    options()
+        .add_option("--depth", _depth, "Levels of folders to look into; -1 for all (-1)")
+        ->type_name("N")
+        ->check(CLI::Validator(checkDepth, "", "depth"));
+    options().add_flag("--visible", _visible, "Leave out what is hidden from people");
+    options().add_flag("--normal", _normal,
+        "Look into no package and no hidden folder, but where aliases and links lead");
+    options().add_flag("--plain", _plain, "Use plain file items");
+    options().add_flag("--json", _json, "Print one JSON object a line");
+    options().add_option("PATH", _paths, "Where to begin")->type_name("")->required();
+    options().parse_complete_callback([this] { checkOptions(); });
+}
+
+void FindCommand::checkOptions() const
+{
+    if (!_plain || (!_visible && !_normal))
+        return;
+    throw CLI::ValidationError(_visible ? "--visible" : "--normal",
+        "plain file items don't know what people see, so it can't go with --plain");
+}
+
+int FindCommand::run()
+{
+    zef::setLogSink([this](std::string_view line) { noteLog(line); });
+    const auto files = filesToIterate();
+    const auto items = files->isEmpty() ? nullptr : found(*files);
+    ZEFFileManager::defaultFileManager()->shutdown();
+    if (items)
+        printItems(*items, _json ? ItemFormat::json : ItemFormat::paths);
+    leaveTerminal(items != nullptr);
+    if (mustEnd())
+        return statusOfEnd();
+    return _hasFailed ? ExitStatus::failed : ExitStatus::done;
+}
+
+zef::Ref<ZEFFileItemArray> FindCommand::filesToIterate()
+{
+    auto files = zef::makeRef<ZEFFileItemArray>();
+    for (const auto& path : _paths) {
+        std::string reason;
+        auto item = itemOfArgument(path, FileClasses::chosen(_plain), reason);
+        if (item) {
+            files->addObject(std::move(item));
+            continue;
+        }
+        complain(path, reason);
+        _hasFailed = true;
+    }
+    return files;
+}
+
+zef::Ref<ZEFFileItemArray> FindCommand::found(const ZEFFileItemArray& files)
+{
+    const auto finder = zef::makeRef<FileFinder>(_progress);
+    if (_visible)
+        finder->loader().setFileFilter(ZEFVisibleFileFilter::filter());
+    if (_normal)
+        finder->loader().setDirectoryFilter(ZEFNormalDirectoryFilter::filter());
+    return finder->find(files, _depth);
+}
+
+void FindCommand::noteLog(std::string_view line)
+{
+    const auto failure = LoadFailure::inLog(line);
+    if (failure && failure->isNoFolder)
+        return;
+    if (failure)
+        _hasFailed = true;
+    _progress.makeWay([&] {
+        if (failure)
+            complain(failure->path, failure->reason);
+        else
+            complain(line);
+    });
+}
+
+} // namespace tool

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "tools/zef/LoadFailure.h"
+
+#include "ZEFFilesystemTools/ZEFFilesystemTools.h"
+
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+
+namespace tool {
+namespace {
+
+constexpr std::string_view sender = "ZEFFileLoadOperation ";
+constexpr std::string_view error = " error ";
+
+// 0 where the system has no words for it.
+int systemError(int code)
+{
+    switch (code) {
+    case zef::CatalogResult::accessDenied:
+        return EACCES;
+    case zef::CatalogResult::notAFolder:
+        return ENOTDIR;
+    case zef::CatalogResult::notFound:
+    case zef::CatalogResult::badReference:
+        return ENOENT;
+    case zef::CatalogResult::tooManyOpenFiles:
+        return EMFILE;
+    case zef::CatalogResult::outOfMemory:
+        return ENOMEM;
+    case zef::CatalogResult::ioError:
+        return EIO;
+    default:
+        return 0;
+    }
+}
+
+std::string reasonOf(int code)
+{
+    const int known = systemError(code);
+    return known ? std::strerror(known) : "it can't be listed: error " + std::to_string(code);
+}
+
+} // namespace
+
+std::optional<LoadFailure> LoadFailure::inLog(std::string_view line)
+{
+    const auto number = line.find(error);
+    if (!line.starts_with(sender) || number == std::string_view::npos)
+        return std::nullopt;
+    int code = 0;
+    std::from_chars(line.data() + number + error.size(), line.data() + line.size(), code);
+    const auto url = zef::FileURL::fromString(line.substr(line.rfind(' ') + 1));
+    if (!code || !url)
+        return std::nullopt;
+    return LoadFailure{ url.path(), code == zef::CatalogResult::notAFolder, reasonOf(code) };
+}
+
+} // namespace tool

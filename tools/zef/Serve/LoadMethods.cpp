@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+#include "tools/zef/Serve/LoadMethods.h"
+
+#include <utility>
+
+namespace tool {
+namespace {
+
+struct Filters {
+    zef::Ref<ZEFFileFilter> file;
+    zef::Ref<ZEFDirectoryFilter> directory = ZEFDirectoryFilter::filter();
+    bool needBasicInfo = false;
+};
+
+std::string choiceOf(const Parameters& parameters, const std::string& name)
+{
+    return parameters.has(name) ? parameters.text(name) : std::string();
+}
+
+void chooseFileFilter(const std::string& name, Filters& filters)
+{
+    if (name == "all") {
+        filters.file = ZEFFileFilter::filter();
+    } else if (name == "visible") {
+        filters.file = ZEFVisibleFileFilter::filter();
+        filters.needBasicInfo = true;
+    } else if (!name.empty() && name != "none") {
+        Parameters::refuse("there is no file filter \"" + name + '"');
+    }
+}
+
+void chooseDirectoryFilter(const std::string& name, Filters& filters)
+{
+    if (name == "none") {
+        filters.directory = nullptr;
+    } else if (name == "normal") {
+        filters.directory = ZEFNormalDirectoryFilter::filter();
+        filters.needBasicInfo = true;
+    } else if (!name.empty() && name != "all") {
+        Parameters::refuse("there is no directory filter \"" + name + '"');
+    }
+}
+
+Filters filtersOf(const Parameters& parameters)
+{
+    Filters filters;
+    chooseFileFilter(choiceOf(parameters, "fileFilter"), filters);
+    chooseDirectoryFilter(choiceOf(parameters, "directoryFilter"), filters);
+    return filters;
+}
+
+/// What to begin with.
+struct Beginning {
+    /// One folder when it is not recursive.
+    zef::Ref<ZEFFileItemArray> files;
+    bool isRecursive;
+    std::ptrdiff_t depth = -1;
+};
+
+Beginning flatBeginning(const Parameters& parameters)
+{
+    if (parameters.has("depth"))
+        Parameters::refuse("\"depth\" goes with \"ids\" alone");
+    Beginning result{ zef::makeRef<ZEFFileItemArray>(), false };
+    result.files->addObject(parameters.item("id"));
+    return result;
+}
+
+Beginning beginningOf(const Parameters& parameters)
+{
+    const auto given = parameters.choice({ "id", "ids" });
+    if (given.empty())
+        Parameters::refuse("id or ids is missing");
+    if (given == "id")
+        return flatBeginning(parameters);
+    return { parameters.items("ids"), true, parameters.integer("depth") };
+}
+
+void start(ZEFAsynchronousFileLoader& loader, const Beginning& beginning)
+{
+    if (beginning.isRecursive)
+        loader.startRecursivelyWithFilesToDepth(beginning.files.get(), beginning.depth);
+    else
+        loader.startWithDirectory(beginning.files->objectAtIndex(0));
+}
+
+} // namespace
+
+void LoadMethods::addTo(MethodTable& table)
+{
+    table.add("load", { "id", "ids", "depth", "fileFilter", "directoryFilter" },
+        [this](const Parameters& parameters) { return load(parameters); });
+    table.add("cancelLoad", { "loader" },
+        [this](const Parameters& parameters) { return cancelLoad(parameters); });
+}
+
+void LoadMethods::cancelAll()
+{
+    for (const auto& [number, load] : _loads)
+        load->cancel();
+}
+
+// Everything is looked at before anything is started.
+JSON LoadMethods::load(const Parameters& parameters)
+{
+    auto filters = filtersOf(parameters);
+    const auto beginning = beginningOf(parameters);
+    for (const auto& file : *beginning.files) {
+        if (filters.needBasicInfo)
+            Parameters::withBasicInfo(*file);
+    }
+    const auto number = ++_lastNumber;
+    const auto& load = _loads[number] = zef::makeRef<LoadReporter>(number);
+    load->loader().setFileFilter(std::move(filters.file));
+    load->loader().setDirectoryFilter(std::move(filters.directory));
+    start(load->loader(), beginning);
+    return { { "loader", number } };
+}
+
+JSON LoadMethods::cancelLoad(const Parameters& parameters)
+{
+    const auto number = parameters.number("loader");
+    const auto found = _loads.find(number);
+    if (found == _loads.end())
+        Parameters::refuse("there is no loader " + std::to_string(number));
+    auto& load = *found->second;
+    load.cancel();
+    return {
+        { "isLoading", load.loader().isLoading() },
+        { "isComplete", load.loader().isComplete() },
+    };
+}
+
+} // namespace tool
