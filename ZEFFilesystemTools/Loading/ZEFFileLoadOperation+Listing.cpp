@@ -112,6 +112,10 @@ std::int16_t ZEFFileLoadOperation::Listing::openIterator(Level& next, const zef:
         const auto& entry = above.batch->entry(above.index);
         return above.iterator->openSubfolder(entry, next.url, next.iterator);
     }
+    if (_levels.empty() && _operation._openedIterator) {
+        next.iterator = std::move(_operation._openedIterator);
+        return Result::noError;
+    }
     zef::FSRef reference;
     const bool hasReference = next.url && next.folder->ZEF_copyReference(reference);
     return zef::Catalog::shared().openIterator(

@@ -47,6 +47,11 @@ void ZEFFileLoadOperation::setDirectoryFilter(zef::Ref<ZEFDirectoryFilter> filte
     _directoryFilter = std::move(filter);
 }
 
+void ZEFFileLoadOperation::setOpenedIterator(std::unique_ptr<zef::CatalogIterator> iterator)
+{
+    _openedIterator = std::move(iterator);
+}
+
 void ZEFFileLoadOperation::main()
 {
     if (_recursive)

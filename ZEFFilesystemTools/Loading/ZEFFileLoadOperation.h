@@ -7,6 +7,7 @@
 #include "ZEFFilesystemTools/Platform/CatalogIterator.h"
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 /// Lists the contents of a folder into `loadingArray`, or walks a list of files and the folders
@@ -63,6 +64,9 @@ public:
     /// left out without a look at the disk.
     void setKnownEntries(zef::KnownEntries* known) { _knownEntries = known; }
 
+    /// What is to be listed, where somebody has opened `loadingDirectory` already.
+    void setOpenedIterator(std::unique_ptr<zef::CatalogIterator> iterator);
+
     /// An item that was made before, and where the listing found its file under another path.
     struct Sighting {
         zef::Ref<ZEFFileItem> item;
@@ -97,6 +101,7 @@ private:
     std::ptrdiff_t _depth = -1;
     bool _recursive = false;
     zef::KnownEntries* _knownEntries = nullptr;
+    std::unique_ptr<zef::CatalogIterator> _openedIterator;
     /// Guarded by `loadingArrayLock`.
     std::vector<Sighting> _sightings;
     std::int16_t _listingResult = zef::CatalogResult::noError;

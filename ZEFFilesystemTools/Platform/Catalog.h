@@ -26,6 +26,11 @@ public:
     /// Sets `count` to the number of entries of the folder, 0 when they can't be counted.
     virtual std::int16_t countEntries(const FSRef* ref, const FileURL& folder, std::size_t& count)
         = 0;
+
+    /// The same, for somebody who may want to see the entries next: `iterator` delivers what was
+    /// counted without reading the folder again. It may stay null also after a success.
+    virtual std::int16_t countEntriesAndKeep(const FSRef* ref, const FileURL& folder,
+        std::size_t& count, std::unique_ptr<CatalogIterator>& iterator);
 };
 
 } // namespace zef

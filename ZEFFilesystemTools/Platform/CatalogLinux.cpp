@@ -56,6 +56,15 @@ public:
 
     void setKnownEntries(KnownEntries* known) override { _knownEntries = known; }
 
+    std::int16_t count(std::size_t& count)
+    {
+        const auto entryCount = _reader.countRest();
+        if (_reader.error())
+            return catalogResultOfErrno(_reader.error());
+        count = entryCount;
+        return CatalogResult::noError;
+    }
+
 private:
     int openIn(const FolderReader& parent, const CatalogEntry& entry, const FileURL& url)
     {
@@ -130,6 +139,20 @@ public:
         count = read;
         return CatalogResult::noError;
     }
+
+    std::int16_t countEntriesAndKeep(const FSRef* ref, const FileURL& folder, std::size_t& count,
+        std::unique_ptr<CatalogIterator>& iterator) override
+    {
+        count = 0;
+        iterator.reset();
+        auto opened = std::make_unique<KernelCatalogIterator>();
+        auto result = opened->open(ref ? *ref : FSRef(), folder);
+        if (result == CatalogResult::noError)
+            result = opened->count(count);
+        if (result == CatalogResult::noError)
+            iterator = std::move(opened);
+        return result;
+    }
 };
 
 } // namespace
@@ -138,6 +161,13 @@ std::int16_t CatalogIterator::openSubfolder(
     const CatalogEntry& entry, const FileURL& url, std::unique_ptr<CatalogIterator>& iterator)
 {
     return Catalog::shared().openIterator(&entry.ref, url, iterator);
+}
+
+std::int16_t Catalog::countEntriesAndKeep(const FSRef* ref, const FileURL& folder,
+    std::size_t& count, std::unique_ptr<CatalogIterator>& iterator)
+{
+    iterator.reset();
+    return countEntries(ref, folder, count);
 }
 
 Catalog& Catalog::system()

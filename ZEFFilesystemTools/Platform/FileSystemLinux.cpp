@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/FileSystem.h"
 
+#include "ZEFFilesystemTools/Platform/FolderView.h"
 #include "ZEFFilesystemTools/Platform/LinuxCalls.h"
 
 #include <cerrno>
@@ -16,7 +17,10 @@ public:
     // An empty path would mean the current folder.
     int statLink(const char* path, Stat& stat) override
     {
-        return *path ? statAt(AT_FDCWD, path, stat) : ENOENT;
+        int folder = AT_FDCWD;
+        const char* name = path;
+        FolderView::find(path, folder, name);
+        return *path ? statAt(folder, name, stat) : ENOENT;
     }
 
     bool exists(const char* path) override { return ::access(path, F_OK) == 0; }

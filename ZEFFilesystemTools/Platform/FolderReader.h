@@ -34,6 +34,9 @@ public:
     /// EBADF when the parent is suspended.
     int openIn(const FolderReader& parent, const char* name, const FSRef& ref, const FileURL& url);
 
+    /// Reads what is left into memory and returns how many entries that are.
+    std::size_t countRest();
+
     /// Reads what is left into memory and closes the descriptor.
     void suspend();
 

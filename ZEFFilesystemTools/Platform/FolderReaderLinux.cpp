@@ -87,6 +87,19 @@ int FolderReader::openAt(int parent, const char* name, const FSRef& ref, const c
     return 0;
 }
 
+std::size_t FolderReader::countRest()
+{
+    if (!_isAtEnd)
+        readRest();
+    std::size_t count = 0;
+    for (auto offset = _offset; offset < _length;) {
+        const auto* record = reinterpret_cast<const dirent64*>(_buffer.get() + offset);
+        offset += record->d_reclen;
+        count += !isDotOrDotDot(record->d_name);
+    }
+    return count;
+}
+
 void FolderReader::suspend()
 {
     if (_folder < 0)

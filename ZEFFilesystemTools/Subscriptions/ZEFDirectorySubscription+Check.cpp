@@ -4,12 +4,17 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
 #include "ZEFFilesystemTools/Platform/Catalog.h"
 #include "ZEFFilesystemTools/Platform/FirstException.h"
+#include "ZEFFilesystemTools/Platform/FolderView.h"
 #include "ZEFFilesystemTools/Platform/Log.h"
 #include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace {
+
+// From how many on it pays to open the folder for the looks at its items.
+constexpr std::size_t manyItems = 32;
 
 bool isShortageOfResources(std::int16_t result)
 {
@@ -61,6 +66,7 @@ private:
     void addAndTell(ZEFFileEvent event, ZEFFileItem& item)
     {
         const auto* record = add(event, item);
+        const zef::FolderView::Pause pause;
         _hookException.guard([&] { item.eventOccurred(record); });
     }
 
@@ -113,6 +119,10 @@ private:
     void lookAtAllItems()
     {
         const auto& items = _subscription._directoryInfo;
+        zef::FSRef reference;
+        std::optional<zef::FolderView> view;
+        if (items.count() >= manyItems && _folder.ZEF_copyReference(reference))
+            view.emplace(reference, _folder.url());
         for (std::size_t index = 0; index < items.endIndex(); ++index) {
             if (const zef::Ref<ZEFFileItem> item = items.objectAtIndex(index))
                 lookAtItem(*item);
@@ -176,12 +186,15 @@ private:
         std::size_t entryCount = 0;
         zef::FSRef reference;
         const auto* given = _folder.ZEF_copyReference(reference) ? &reference : nullptr;
-        const auto result = zef::Catalog::shared().countEntries(given, _folder.url(), entryCount);
+        std::unique_ptr<zef::CatalogIterator> entries;
+        const auto result = zef::Catalog::shared().countEntriesAndKeep(
+            given, _folder.url(), entryCount, entries);
         _fullCheckIsDue = isShortageOfResources(result);
         if (_fullCheckIsDue || (holdsNothingNew(entryCount) && _itemsWithOtherNames.empty()))
             return;
         Listing listing;
-        _hookException.guard([&] { _subscription.listNow(&changes(), listing); });
+        _hookException.guard(
+            [&] { _subscription.listNow(&changes(), listing, std::move(entries)); });
         _fullCheckIsDue = isShortageOfResources(listing.result);
         if (listing.result == zef::CatalogResult::noError)
             reportMissing(std::move(listing.items));

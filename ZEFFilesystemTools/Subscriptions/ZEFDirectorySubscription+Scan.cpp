@@ -79,13 +79,15 @@ void ZEFDirectorySubscription::ZEF_scanDirectoryForUpdatedFiles(
         return;
     }
     Listing listing;
-    listNow(changes, listing);
+    listNow(changes, listing, nullptr);
 }
 
-void ZEFDirectorySubscription::listNow(ZEFChangeArray* changes, Listing& listing)
+void ZEFDirectorySubscription::listNow(
+    ZEFChangeArray* changes, Listing& listing, std::unique_ptr<zef::CatalogIterator> entries)
 {
     auto operation = zef::makeRef<ZEFFileLoadOperation>();
     operation->setLoadingDirectory(_directoryFile);
+    operation->setOpenedIterator(std::move(entries));
     KnownItems known(*this);
     operation->setKnownEntries(changes ? &known : nullptr);
     operation->start();

@@ -90,7 +90,7 @@ private:
     };
 
     void loadInBackground();
-    void listNow(ZEFChangeArray* changes, Listing&);
+    void listNow(ZEFChangeArray* changes, Listing&, std::unique_ptr<zef::CatalogIterator> entries);
     void takeInListed(ZEFFileItem&, ZEFChangeArray* changes);
     void takeIn(const std::vector<zef::Ref<ZEFFileItem>>&);
     static void takeIn(const std::vector<ZEFFileLoadOperation::Sighting>&);

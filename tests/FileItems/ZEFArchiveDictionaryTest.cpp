@@ -17,7 +17,8 @@ protected:
         return all;
     }
 
-    zef::Ref<ZEFArchiveDictionary> dictionary = zef::makeRef<ZEFArchiveDictionary>(std::size_t{ 10 });
+    zef::Ref<ZEFArchiveDictionary> dictionary = zef::makeRef<ZEFArchiveDictionary>(
+        std::size_t{ 10 });
 };
 
 TEST_F(ZEFArchiveDictionaryTest, NamesItsKeysAsTheyArePublished)

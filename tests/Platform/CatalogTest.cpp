@@ -89,4 +89,39 @@ TEST_F(CatalogTest, ReadsThroughAPathWithLinks)
     EXPECT_EQ(count, 1u);
 }
 
+TEST_F(CatalogTest, DeliversWhatItHasCounted)
+{
+    folder.makeFolder("folder");
+    for (int number = 0; number < 30; ++number)
+        folder.write("folder/" + std::to_string(number));
+    zef::Stat stat;
+    zef::FileSystem::system().statLink(folder.path("folder").c_str(), stat);
+    const zef::FSRef ref(stat);
+    std::unique_ptr<zef::CatalogIterator> iterator;
+
+    EXPECT_EQ(zef::Catalog::system().countEntriesAndKeep(
+                  &ref, folder.folderUrl("folder"), count, iterator),
+        Result::noError);
+    EXPECT_EQ(count, 30u);
+    ASSERT_TRUE(iterator);
+    folder.write("folder/later");
+    EXPECT_EQ(iterator->next(entries, count), Result::noMoreItems);
+    EXPECT_EQ(count, 30u);
+}
+
+TEST_F(CatalogTest, KeepsNothingOfAFolderThatCannotBeCounted)
+{
+    folder.write("file");
+    zef::Stat stat;
+    zef::FileSystem::system().statLink(folder.path("file").c_str(), stat);
+    const zef::FSRef ref(stat);
+    auto iterator = open(".");
+    count = 77;
+
+    EXPECT_EQ(zef::Catalog::system().countEntriesAndKeep(&ref, folder.url("file"), count, iterator),
+        Result::notAFolder);
+    EXPECT_EQ(count, 0u);
+    EXPECT_FALSE(iterator);
+}
+
 } // namespace
