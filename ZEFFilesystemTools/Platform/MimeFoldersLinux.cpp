@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/MimeFolders.h"
 
+#include "ZEFFilesystemTools/Platform/DataHome.h"
+
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <string_view>
-
-#include <pwd.h>
-#include <unistd.h>
 
 namespace zef {
 namespace {
@@ -21,27 +19,6 @@ std::string_view variable(const char* name)
 bool isAbsolute(std::string_view path)
 {
     return path.starts_with('/');
-}
-
-// The folder that the user database tells; empty when it doesn't.
-std::string homeOfUser()
-{
-    std::array<char, 16384> buffer;
-    passwd entry{};
-    passwd* found = nullptr;
-    if (getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || !found
-        || !found->pw_dir)
-        return {};
-    return found->pw_dir;
-}
-
-std::string dataHome()
-{
-    const auto dataHome = variable("XDG_DATA_HOME");
-    if (isAbsolute(dataHome))
-        return std::string(dataHome);
-    const auto home = variable("HOME");
-    return (isAbsolute(home) ? std::string(home) : homeOfUser()) + "/.local/share";
 }
 
 void add(std::vector<std::string>& folders, std::string_view dataFolder)
@@ -58,7 +35,9 @@ void add(std::vector<std::string>& folders, std::string_view dataFolder)
 std::vector<std::string> mimeFolders()
 {
     std::vector<std::string> folders;
-    add(folders, dataHome());
+    const auto ownData = dataHome();
+    if (!ownData.empty())
+        add(folders, ownData);
     auto list = variable("XDG_DATA_DIRS");
     if (list.empty())
         list = "/usr/local/share:/usr/share";
