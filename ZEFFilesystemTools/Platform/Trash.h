@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/SharedService.h"
+#include "ZEFFilesystemTools/Platform/TrashEntry.h"
+#include "ZEFFilesystemTools/Platform/TrashRefusal.h"
+
+#include <span>
+
+namespace zef {
+
+enum class TrashOutcome {
+    /// Everything is in the trash.
+    moved,
+    /// A look at the files showed that it can't be done. Nothing was touched.
+    refused,
+    /// A move failed, and what had been moved before was moved back.
+    failed,
+};
+
+/// The desktop's trash, as other programs know it (freedesktop.org).
+///
+/// Any thread. Two threads, or programs, may use it at the same time.
+class Trash : public SharedService<Trash> {
+public:
+    virtual ~Trash() = default;
+
+    static Trash& system();
+
+    /// Moves these objects to the trash of the volume that they are on: all of them, or none, and
+    /// then `refusal` says why; otherwise it is empty. Links are moved themselves, folders with all
+    /// that is in them; an object that is in the request twice, or lies in a folder of the request,
+    /// goes once. Nothing is copied, and no other program is asked. Returns when everything is
+    /// done.
+    virtual TrashOutcome moveToTrash(std::span<const TrashEntry>, TrashRefusal& refusal) = 0;
+};
+
+} // namespace zef

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/Trash.h"
+
+#include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/TrashRequest.h"
+
+namespace zef {
+namespace {
+
+class DesktopTrash final : public Trash {
+public:
+    TrashOutcome moveToTrash(std::span<const TrashEntry> entries, TrashRefusal& refusal) override
+    {
+        const auto outcome = run(entries, refusal);
+        DescriptorReserve::shared().refill();
+        return outcome;
+    }
+
+private:
+    static TrashOutcome run(std::span<const TrashEntry> entries, TrashRefusal& refusal)
+    {
+        TrashRequest request(refusal);
+        if (!request.validate(entries))
+            return TrashOutcome::refused;
+        return request.perform() ? TrashOutcome::moved : TrashOutcome::failed;
+    }
+};
+
+} // namespace
+
+Trash& Trash::system()
+{
+    static auto& trash = *new DesktopTrash; // never destroyed: late threads may still ask
+    return trash;
+}
+
+} // namespace zef

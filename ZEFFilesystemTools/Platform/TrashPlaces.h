@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/TrashFolder.h"
+#include "ZEFFilesystemTools/Platform/TrashPlace.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace zef {
+
+/// The trashes that one request needs, opened when they are first asked for. One thread at a time.
+class TrashPlaces {
+public:
+    /// Finds out where the user's home trash is, or would be.
+    TrashPlaces();
+
+    /// The trash for files in `folder`, which is open and examined: a file goes there by a mere
+    /// change of its path. Borrowed.
+    TrashProblem find(const TrashFolder& folder, TrashPlace*& place);
+
+    /// Whether the way up leads through one of these trashes.
+    bool isInTrash(const FolderAscent& ascent) const;
+
+    /// Whether one of these trashes is the folder, or is in it.
+    bool contains(const ObjectNumbers& folder) const;
+
+    /// As `TrashInfoFolder::synchronise`, for all of them.
+    int synchronise();
+
+private:
+    using Volume = std::pair<std::uint64_t, std::uint32_t>; // mount and device
+
+    void lookForHome();
+    bool isOnVolumeOfHome(const TrashFolder& folder) const;
+
+    /// Empty when the user has no home.
+    std::string _homePath;
+    /// The way up from the home trash or, where there is none yet, from what is there of its path.
+    FolderAscent _homeAscent;
+    Volume _homeVolume;
+    bool _hasHomeTrash = false;
+    std::map<Volume, std::unique_ptr<TrashPlace>> _places;
+};
+
+} // namespace zef

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/TrashPlaces.h"
+
+#include "ZEFFilesystemTools/Platform/DataHome.h"
+#include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
+
+#include <algorithm>
+#include <cerrno>
+
+#include <fcntl.h>
+
+namespace zef {
+namespace {
+
+// Opens the folder at `path` or, where there is none, the nearest above it, links followed.
+Ref<ObjectDescriptor> openNearest(std::string path)
+{
+    for (;;) {
+        const int descriptor = DescriptorReserve::shared().openAt(
+            AT_FDCWD, path.empty() ? "/" : path.c_str(), O_PATH | O_DIRECTORY);
+        if (descriptor >= 0)
+            return makeRef<ObjectDescriptor>(descriptor);
+        if (errno != ENOENT || path.empty())
+            return nullptr;
+        path.resize(path.rfind('/'));
+    }
+}
+
+} // namespace
+
+TrashPlaces::TrashPlaces()
+{
+    const auto folder = dataHome();
+    if (folder.empty())
+        return;
+    _homePath = folder + "/Trash";
+    lookForHome();
+}
+
+void TrashPlaces::lookForHome()
+{
+    const auto nearest = openNearest(_homePath);
+    Stat stat;
+    if (!nearest || nearest->stat(stat, _homeVolume.first) != 0 || _homeAscent.climb(nearest) != 0)
+        return _homePath.clear();
+    _homeVolume.second = stat.device;
+    _homeAscent.closeTop();
+    const int descriptor = DescriptorReserve::shared().openAt(
+        AT_FDCWD, _homePath.c_str(), O_PATH | O_DIRECTORY);
+    _hasHomeTrash = descriptor >= 0;
+    DescriptorReserve::shared().close(descriptor);
+}
+
+TrashProblem TrashPlaces::find(const TrashFolder& folder, TrashPlace*& place)
+{
+    auto& found = _places[{ folder.mountID(), folder.numbers().device }];
+    TrashProblem problem;
+    if (!found && isOnVolumeOfHome(folder))
+        problem = TrashPlace::openHome(_homePath, found);
+    else if (!found && folder.ascent().isInNestedVolume())
+        problem = { .error = EXDEV, .text = "its volume has no trash" };
+    else if (!found)
+        problem = TrashPlace::openOnVolume(*folder.ascent().top(), found);
+    place = found.get();
+    return problem;
+}
+
+bool TrashPlaces::isOnVolumeOfHome(const TrashFolder& folder) const
+{
+    return !_homePath.empty() && _homeVolume == Volume(folder.mountID(), folder.numbers().device);
+}
+
+bool TrashPlaces::isInTrash(const FolderAscent& ascent) const
+{
+    if (_hasHomeTrash && ascent.contains(_homeAscent.folders().front()))
+        return true;
+    return std::any_of(_places.begin(), _places.end(), [&](const auto& entry) {
+        return entry.second && ascent.contains(entry.second->ascent().folders().front());
+    });
+}
+
+bool TrashPlaces::contains(const ObjectNumbers& folder) const
+{
+    return _homeAscent.contains(folder)
+        || std::any_of(_places.begin(), _places.end(), [&](const auto& entry) {
+               return entry.second && entry.second->ascent().contains(folder);
+           });
+}
+
+int TrashPlaces::synchronise()
+{
+    for (auto& [volume, place] : _places) {
+        if (const int error = place ? place->infos().synchronise() : 0)
+            return error;
+    }
+    return 0;
+}
+
+} // namespace zef

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace zef {
+
+/// What keeps a file out of the trash; converts to NO when nothing does.
+struct TrashProblem {
+    /// An errno value.
+    int error = 0;
+    /// A literal that says more than the system's own text for the error; null where that will do.
+    const char* text = nullptr;
+
+    explicit operator bool() const { return error != 0; }
+};
+
+} // namespace zef

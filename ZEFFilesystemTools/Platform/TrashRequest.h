@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/MountTable.h"
+#include "ZEFFilesystemTools/Platform/TrashEntry.h"
+#include "ZEFFilesystemTools/Platform/TrashItem.h"
+#include "ZEFFilesystemTools/Platform/TrashPlaces.h"
+#include "ZEFFilesystemTools/Platform/TrashRefusal.h"
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace zef {
+
+/// One request to move files to the trash: `validate`, and then `perform` once. One thread at a
+/// time.
+class TrashRequest {
+public:
+    /// `refusal` (borrowed) gets what stands in the way.
+    explicit TrashRequest(TrashRefusal& refusal);
+
+    /// Looks at every file; NO when one can't be moved. Moves nothing; may make an empty trash.
+    bool validate(std::span<const TrashEntry> entries);
+
+    /// Moves one file after the other; NO when that fails, and then takes everything back.
+    bool perform();
+
+private:
+    using Items = std::span<TrashItem>;
+
+    TrashProblem add(const TrashEntry& entry, std::size_t index);
+    TrashProblem addAt(const FileURL& url, const TrashEntry& entry, std::size_t index);
+    TrashProblem open(const FileURL& url, TrashFolder*& folder);
+    TrashProblem checkEntry(const TrashFolder& folder, const std::string& name, const Stat& stat,
+        std::uint64_t mountID) const;
+    TrashProblem checkFolder(const TrashFolder& folder, const std::string& name, const Stat& stat);
+    bool isMountedBelow(const std::string& path);
+    void dropCovered();
+
+    int performBatch(Items items);
+    int openFolderOf(const TrashItem& item);
+    void undo();
+    bool refuse(std::size_t index, TrashProblem problem);
+
+    TrashRefusal& _refusal;
+    TrashPlaces _places;
+    /// By the path in the item's URL; only the last one that was used is open.
+    std::unordered_map<std::string, std::unique_ptr<TrashFolder>> _folders;
+    TrashFolder* _openFolder = nullptr;
+    std::vector<TrashItem> _items;
+    std::optional<std::vector<Mount>> _mounts;
+    Date _date;
+    /// The item that was worked on last.
+    std::size_t _current = 0;
+};
+
+} // namespace zef

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/TrashInfo.h"
+
+#include "tests/support/EnvironmentVariable.h"
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+
+namespace {
+
+class TrashInfoTest : public testing::Test {
+protected:
+    TrashInfoTest() { ::tzset(); }
+    ~TrashInfoTest() override
+    {
+        zone.unset();
+        ::tzset();
+    }
+
+    EnvironmentVariable zone{ "TZ", "XXX-5:30" };
+    zef::Date date = zef::Date::withSecondsSince1970(86400 - 1800.25);
+};
+
+TEST_F(TrashInfoTest, TellsPathAndLocalTime)
+{
+    EXPECT_EQ(zef::trashInfoText("/home/a/b.txt", date),
+        "[Trash Info]\nPath=/home/a/b.txt\nDeletionDate=1970-01-02T04:59:59\n");
+}
+
+TEST_F(TrashInfoTest, EncodesWhatCouldBeTakenForSomethingElse)
+{
+    const auto text = zef::trashInfoText("a b%\n=\xff\u00e4~", date);
+
+    EXPECT_NE(text.find("\nPath=a%20b%25%0A%3D%FF%C3%A4~\n"), std::string::npos) << text;
+}
+
+} // namespace
