@@ -6,7 +6,7 @@
 
 namespace zef {
 
-/// Tells the time. Any thread.
+/// Tells the time, and lets it pass. Any thread.
 class Clock : public SharedService<Clock> {
 public:
     virtual ~Clock() = default;
@@ -19,6 +19,9 @@ public:
 
     /// Seconds since some fixed moment; never goes backwards (CLOCK_MONOTONIC).
     virtual double monotonicSeconds() = 0;
+
+    /// Blocks the calling thread until this much time has passed; not at all for 0 and less.
+    virtual void sleep(double seconds) = 0;
 };
 
 } // namespace zef

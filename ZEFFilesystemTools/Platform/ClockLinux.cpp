@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Clock.h"
 
+#include <chrono>
 #include <ctime>
+#include <thread>
 
 namespace zef {
 namespace {
@@ -17,6 +19,11 @@ class KernelClock final : public Clock {
 public:
     Date now() override { return Date::withSecondsSince1970(secondsOf(CLOCK_REALTIME)); }
     double monotonicSeconds() override { return secondsOf(CLOCK_MONOTONIC); }
+
+    void sleep(double seconds) override
+    {
+        std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+    }
 };
 
 } // namespace

@@ -242,6 +242,7 @@ TEST_P(KernelAliasDataTest, GivesUpWhenItsTimeIsUp)
         ~HastyClock() override { replaceShared(nullptr); }
         zef::Date now() override { return zef::Clock::system().now(); }
         double monotonicSeconds() override { return _seconds += 1; }
+        void sleep(double) override { }
 
     private:
         double _seconds = 1000;

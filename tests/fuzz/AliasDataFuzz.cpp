@@ -16,6 +16,7 @@ class HastyClock final : public zef::Clock {
 public:
     zef::Date now() override { return zef::Clock::system().now(); }
     double monotonicSeconds() override { return _seconds += 0.01; }
+    void sleep(double) override { }
 
 private:
     double _seconds = 1000;

@@ -13,6 +13,7 @@ class SteppedClock final : public zef::Clock {
 public:
     zef::Date now() override { return zef::Date(seconds(_wall)); }
     double monotonicSeconds() override { return seconds(_monotonic); }
+    void sleep(double seconds) override { advance(seconds); }
 
     /// Lets time pass on both clocks.
     void advance(double seconds)
