@@ -4,6 +4,7 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 #include "ZEFFilesystemTools/Platform/Array.h"
 #include "ZEFFilesystemTools/Platform/Timer.h"
+#include "ZEFFilesystemTools/Platform/TrashRefusal.h"
 
 #include <memory>
 
@@ -88,8 +89,19 @@ public:
     /// item changes the list of subscriptions during the first half.
     void checkFilesystem(ZEFObject* sender);
 
+    // File operations, on the calling thread.
+
+    /// Moves the files to the trash, all or none, then waits 0.3 seconds and polls once, also while
+    /// paused. NO, and nothing of that, when it can't be done; `lastTrashRefusal` says why. Nil and
+    /// an empty array are fine.
+    bool moveFilesToTrash(const zef::Array<ZEFFileItem>* files);
+    /// What stood in the way of the last request; empty when nothing did.
+    const zef::TrashRefusal& lastTrashRefusal() const { return _trashRefusal; }
+
     // For the library.
 
+    /// The move alone.
+    bool ZEF_moveFilesToTrash(const zef::Array<ZEFFileItem>* files);
     void ZEF_makeTimer();
     void ZEF_killTimer();
     void _removeSubscriptionTimerAction(zef::Timer&, ZEFDirectorySubscription&);
@@ -120,4 +132,5 @@ private:
     float _pollingInterval = 3.0F;
     bool _paused = false;
     bool _isShutDown = false;
+    zef::TrashRefusal _trashRefusal;
 };

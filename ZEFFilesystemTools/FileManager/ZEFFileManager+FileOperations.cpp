@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
+
+#include "ZEFFilesystemTools/Platform/Clock.h"
+#include "ZEFFilesystemTools/Platform/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Log.h"
+#include "ZEFFilesystemTools/Platform/Trash.h"
+
+#include <cerrno>
+
+namespace {
+
+constexpr double pauseAfterTrashing = 0.3;
+
+} // namespace
+
+bool ZEFFileManager::moveFilesToTrash(const zef::Array<ZEFFileItem>* files)
+{
+    if (!ZEF_moveFilesToTrash(files))
+        return false;
+    zef::Clock::shared().sleep(pauseAfterTrashing);
+    checkFilesystem(this);
+    return true;
+}
+
+bool ZEFFileManager::ZEF_moveFilesToTrash(const zef::Array<ZEFFileItem>* files)
+{
+    _trashRefusal = {};
+    if (!files || files->isEmpty())
+        return true;
+    std::vector<zef::TrashEntry> entries;
+    for (const auto& file : *files) {
+        const auto* reference = file ? file->fsRef() : nullptr;
+        if (!reference) {
+            _trashRefusal = { .index = entries.size(),
+                .error = ENOENT,
+                .reason = "nothing is known that leads to it" };
+            return false;
+        }
+        // So that the item knows where its file is afterwards.
+        file->ZEF_keepReference();
+        entries.push_back({ *reference, file->url() });
+    }
+    const auto outcome = zef::Trash::shared().moveToTrash(entries, _trashRefusal);
+    if (outcome == zef::TrashOutcome::failed)
+        zef::log("Move to trash produced error %d", zef::catalogResultOfErrno(_trashRefusal.error));
+    return outcome == zef::TrashOutcome::moved;
+}
