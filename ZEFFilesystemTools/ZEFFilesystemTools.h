@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
+#include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
+#include "ZEFFilesystemTools/Loading/ZEFAsynchronousFileLoader.h"
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
+#include "ZEFFilesystemTools/Loading/ZEFNormalDirectoryFilter.h"
+#include "ZEFFilesystemTools/Loading/ZEFVisibleFileFilter.h"
 #include "ZEFFilesystemTools/Platform/LocalizedString.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
 #include "ZEFFilesystemTools/Platform/Log.h"

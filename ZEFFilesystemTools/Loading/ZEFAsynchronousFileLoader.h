@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Loading/ZEFAsynchronousFileLoaderDelegate.h"
+#include "ZEFFilesystemTools/Loading/ZEFAsynchronousFileLoaderProgressDelegate.h"
+#include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
+#include "ZEFFilesystemTools/Platform/Timer.h"
+
+#include <cstddef>
+
+/// Loads a folder, or files and what is beneath them, in the background, and tells a delegate how
+/// far it is and what it found. Serves one load.
+///
+/// Use it on one thread, whose run loop it needs in the default mode; that thread never waits for
+/// the disk. A loader that is loading stays alive until it is done or cancelled. The array of what
+/// was found stays alive for good, with all files in it: empty it when you are done with it.
+class ZEFAsynchronousFileLoader final : public ZEFObject {
+public:
+    static const zef::Class classObject;
+    const zef::Class& objectClass() const override { return classObject; }
+
+    /// `delegate` (may be nil) is not retained. Which of the two protocols it has is asked here.
+    explicit ZEFAsynchronousFileLoader(ZEFObject* delegate);
+
+    /// Loads the contents of `directory`. Does nothing once a load was started.
+    void startWithDirectory(zef::Ref<ZEFFileItem> directory);
+
+    /// Loads `files` (borrowed, copied; nil as an empty array) and what is beneath them, `depth`
+    /// levels deep, -1 for no limit. Does nothing once a load was started.
+    void startRecursivelyWithFilesToDepth(const ZEFFileItemArray* files, std::ptrdiff_t depth);
+
+    /// Ends the load under way: the delegate is not called any more. The thread that loads stops at
+    /// its next check.
+    void cancel();
+
+    /// Whether a load was started, and neither ended nor was cancelled.
+    bool isLoading() const { return _operationIsRunning; }
+    /// Whether the load has come to its end and the delegate was told.
+    bool isComplete() const { return _operationCompleted; }
+
+    /// Borrowed; whoever made the loader keeps it alive.
+    ZEFObject* delegate() const { return _delegate; }
+
+    /// Which files are delivered; nil, as at first, delivers every one. Borrowed. Set it before the
+    /// start.
+    ZEFFileFilter* fileFilter() const { return _fileLoadOperation->fileFilter(); }
+    void setFileFilter(zef::Ref<ZEFFileFilter>);
+
+    /// Which folders a recursive load descends into: a `ZEFDirectoryFilter` at first; nil descends
+    /// into none. Borrowed. Set it before the start.
+    ZEFDirectoryFilter* directoryFilter() const { return _fileLoadOperation->directoryFilter(); }
+    void setDirectoryFilter(zef::Ref<ZEFDirectoryFilter>);
+
+    // For the loader itself.
+
+    /// Looks at the load ten times a second from now on, on the calling thread's run loop.
+    void startTimer();
+    /// One look: tells the delegate how far the load is, unless its thread is just adding files,
+    /// and whether it has ended.
+    void checkLoadStatus(zef::Timer*);
+
+private:
+    friend class ZEFAsynchronousFileLoaderTestAccess;
+
+    ~ZEFAsynchronousFileLoader() override;
+
+    bool mayStart() const { return !_operationIsRunning && !_operationWasStarted; }
+    void start();
+    void stopTimer();
+    void reportProgress();
+
+    ZEFObject* const _delegate;
+    ZEFAsynchronousFileLoaderDelegate* const _finishDelegate;
+    ZEFAsynchronousFileLoaderProgressDelegate* const _progressDelegate;
+    const zef::Ref<ZEFFileLoadOperation> _fileLoadOperation = zef::makeRef<ZEFFileLoadOperation>();
+    /// Retains the loader while it is valid.
+    zef::Ref<zef::Timer> _updateTimer;
+    zef::Ref<zef::Lock> _loadingArrayLock;
+    zef::Ref<ZEFFileItemArray> _loadingArray;
+    bool _operationWasStarted = false;
+    bool _operationIsRunning = false;
+    bool _operationCompleted = false;
+};
