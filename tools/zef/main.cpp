@@ -8,6 +8,7 @@
 #include "tools/zef/Output.h"
 #include "tools/zef/Resolve/ResolveCommand.h"
 #include "tools/zef/Serve/ServeCommand.h"
+#include "tools/zef/Trash/TrashCommand.h"
 #include "tools/zef/Watch/WatchCommand.h"
 
 #include <algorithm>
@@ -57,6 +58,7 @@ int runProgram(int argumentCount, char** arguments)
     commands.push_back(std::make_unique<InfoCommand>(program));
     commands.push_back(std::make_unique<ArchiveCommand>(program));
     commands.push_back(std::make_unique<ResolveCommand>(program));
+    commands.push_back(std::make_unique<TrashCommand>(program));
     commands.push_back(std::make_unique<ServeCommand>(program));
 
     if (namesNoCommand(program, argumentCount, arguments)) {

@@ -4,6 +4,7 @@
 #include "tools/zef/ExitStatus.h"
 #include "tools/zef/FileArgument.h"
 #include "tools/zef/FileClasses.h"
+#include "tools/zef/Find/DeniedFolders.h"
 #include "tools/zef/Find/FileFinder.h"
 #include "tools/zef/Interruption.h"
 #include "tools/zef/ItemPrinter.h"
@@ -14,7 +15,9 @@
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 
+#include <cerrno>
 #include <charconv>
+#include <cstring>
 
 namespace tool {
 namespace {
@@ -86,8 +89,7 @@ zef::Ref<ZEFFileItemArray> FindCommand::filesToIterate()
             files->addObject(std::move(item));
             continue;
         }
-        complain(path, reason);
-        _hasFailed = true;
+        fail(path, reason);
     }
     return files;
 }
@@ -97,24 +99,34 @@ zef::Ref<ZEFFileItemArray> FindCommand::found(const ZEFFileItemArray& files)
     const auto finder = zef::makeRef<FileFinder>(_progress);
     if (_visible)
         finder->loader().setFileFilter(ZEFVisibleFileFilter::filter());
-    if (_normal)
-        finder->loader().setDirectoryFilter(ZEFNormalDirectoryFilter::filter());
+    finder->loader().setDirectoryFilter(directoryFilter(files));
     return finder->find(files, _depth);
+}
+
+zef::Ref<ZEFDirectoryFilter> FindCommand::directoryFilter(const ZEFFileItemArray& files)
+{
+    const zef::Ref<ZEFDirectoryFilter> filter = _normal ? ZEFNormalDirectoryFilter::filter()
+                                                        : ZEFDirectoryFilter::filter();
+    auto result = zef::makeRef<DeniedFolders>(
+        filter, [this](const std::string& path) { fail(path, std::strerror(EACCES)); });
+    result->setWalk(files, _depth);
+    return result;
+}
+
+// Any thread.
+void FindCommand::fail(const std::string& path, const std::string& reason)
+{
+    _hasFailed = true;
+    _progress.makeWay([&] { complain(path, reason); });
 }
 
 void FindCommand::noteLog(std::string_view line)
 {
     const auto failure = LoadFailure::inLog(line);
-    if (failure && failure->isNoFolder)
-        return;
-    if (failure)
-        _hasFailed = true;
-    _progress.makeWay([&] {
-        if (failure)
-            complain(failure->path, failure->reason);
-        else
-            complain(line);
-    });
+    if (!failure)
+        _progress.makeWay([&] { complain(line); });
+    else if (!failure->isNoFolder)
+        fail(failure->path, failure->reason);
 }
 
 } // namespace tool

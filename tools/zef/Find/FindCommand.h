@@ -24,6 +24,8 @@ private:
     void checkOptions() const;
     zef::Ref<ZEFFileItemArray> filesToIterate();
     zef::Ref<ZEFFileItemArray> found(const ZEFFileItemArray& files);
+    zef::Ref<ZEFDirectoryFilter> directoryFilter(const ZEFFileItemArray& files);
+    void fail(const std::string& path, const std::string& reason);
     void noteLog(std::string_view line);
 
     std::vector<std::string> _paths;

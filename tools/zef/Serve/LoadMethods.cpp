@@ -12,11 +12,6 @@ struct Filters {
     bool needBasicInfo = false;
 };
 
-std::string choiceOf(const Parameters& parameters, const std::string& name)
-{
-    return parameters.has(name) ? parameters.text(name) : std::string();
-}
-
 void chooseFileFilter(const std::string& name, Filters& filters)
 {
     if (name == "all") {
@@ -24,7 +19,7 @@ void chooseFileFilter(const std::string& name, Filters& filters)
     } else if (name == "visible") {
         filters.file = ZEFVisibleFileFilter::filter();
         filters.needBasicInfo = true;
-    } else if (!name.empty() && name != "none") {
+    } else if (name != "none") {
         Parameters::refuse("there is no file filter \"" + name + '"');
     }
 }
@@ -36,7 +31,7 @@ void chooseDirectoryFilter(const std::string& name, Filters& filters)
     } else if (name == "normal") {
         filters.directory = ZEFNormalDirectoryFilter::filter();
         filters.needBasicInfo = true;
-    } else if (!name.empty() && name != "all") {
+    } else if (name != "all") {
         Parameters::refuse("there is no directory filter \"" + name + '"');
     }
 }
@@ -44,8 +39,10 @@ void chooseDirectoryFilter(const std::string& name, Filters& filters)
 Filters filtersOf(const Parameters& parameters)
 {
     Filters filters;
-    chooseFileFilter(choiceOf(parameters, "fileFilter"), filters);
-    chooseDirectoryFilter(choiceOf(parameters, "directoryFilter"), filters);
+    if (parameters.has("fileFilter"))
+        chooseFileFilter(parameters.text("fileFilter"), filters);
+    if (parameters.has("directoryFilter"))
+        chooseDirectoryFilter(parameters.text("directoryFilter"), filters);
     return filters;
 }
 

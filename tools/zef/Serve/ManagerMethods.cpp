@@ -73,6 +73,9 @@ void ManagerMethods::addTo(MethodTable& table)
         manager().checkFilesystem(nullptr);
         return true;
     });
+    table.add("moveFilesToTrash", { "ids" }, [](const Parameters& parameters) {
+        return manager().moveFilesToTrash(parameters.items("ids").get());
+    });
     table.add("shutdown", {}, [this](const Parameters&) { return _isShutDown = true; });
 }
 
