@@ -224,7 +224,7 @@ void ZefProcess::startOnTerminal(
     const std::vector<std::string>& arguments, const Settings& settings)
 {
     Start start(arguments, settings);
-    const winsize size{ 40, 200, 0, 0 };
+    const winsize size{ 40, settings.columns, 0, 0 };
     _process = ::forkpty(&_output, nullptr, nullptr, &size);
     if (_process < 0)
         fail("forkpty");

@@ -19,6 +19,8 @@ public:
 
     struct Settings {
         Streams streams = Streams::pipes;
+        /// The terminal's width.
+        unsigned short columns = 200;
         /// Descriptors that the program finds closed.
         std::vector<int> closed{};
         /// Environment variables to set, or to remove where there is no value.

@@ -37,7 +37,7 @@ TEST_F(CommandLineTest, HelpsWithTheProgramAndWithEachCommand)
 {
     ZefProcess program({ "--help" });
     const auto text = program.rest();
-    for (const auto* name : { "watch", "info", "archive", "resolve", "serve", "--version" })
+    for (const auto* name : { "watch", "find", "info", "archive", "resolve", "serve", "--version" })
         EXPECT_TRUE(contains(text, name)) << name;
     EXPECT_EQ(program.status(), 0);
 
@@ -47,6 +47,9 @@ TEST_F(CommandLineTest, HelpsWithTheProgramAndWithEachCommand)
         EXPECT_TRUE(contains(watchText, option)) << option;
     EXPECT_EQ(watch.status(), 0);
 
+    const auto findText = ZefProcess::run({ "find", "--help" }).output;
+    for (const auto* option : { "--depth", "--visible", "--normal", "--plain", "--json", "PATH" })
+        EXPECT_TRUE(contains(findText, option)) << option;
     const auto infoText = ZefProcess::run({ "info", "--help" }).output;
     for (const auto* option : { "--plain", "--json", "PATH" })
         EXPECT_TRUE(contains(infoText, option)) << option;
@@ -68,6 +71,9 @@ TEST_F(CommandLineTest, RefusesWrongUsage)
     expectWrongUsage({ "--nonsense" }, "");
     expectWrongUsage({ "watch" }, "FOLDER");
     expectWrongUsage({ "watch", "--nonsense", "/tmp" }, "--nonsense");
+    expectWrongUsage({ "find" }, "PATH");
+    expectWrongUsage({ "find", "--plain", "--visible", "/tmp" }, "--visible");
+    expectWrongUsage({ "find", "--normal", "--plain", "/tmp" }, "--normal");
     expectWrongUsage({ "info" }, "PATH");
     expectWrongUsage({ "archive", "--json", "/tmp" }, "--json");
     expectWrongUsage({ "resolve", "extra" }, "extra");
@@ -79,6 +85,13 @@ TEST_F(CommandLineTest, RefusesAnIntervalThatIsNoPositiveNumberOfSeconds)
     for (const auto* interval : { "0", "-1", "nan", "inf", "1e300", "1e-60", "", "x", "1x" })
         expectWrongUsage({ "watch", "--interval", interval, "/tmp" }, "--interval");
     expectWrongUsage({ "watch", "/tmp", "--interval" }, "--interval");
+}
+
+TEST_F(CommandLineTest, RefusesADepthThatIsNoWholeNumber)
+{
+    for (const auto* depth : { "", "x", "1x", "1.5", "99999999999999999999" })
+        expectWrongUsage({ "find", "--depth", depth, "/tmp" }, "--depth");
+    expectWrongUsage({ "find", "/tmp", "--depth" }, "--depth");
 }
 
 TEST_F(CommandLineTest, SaysWhenItsOutputCannotBeWritten)
