@@ -35,7 +35,9 @@ public:
     }
     void addFolderEntry(const std::string& folder, const std::string& name)
     {
-        _catalog.addEntry(url(folder), name, _files.addFolder(path(folder + "/" + name)));
+        const auto made = _files.addFolder(path(folder + "/" + name));
+        _catalog.addEntry(url(folder), name, made);
+        _catalog.add(url(folder + "/" + name), made);
     }
     void removeEntry(const std::string& folder, const std::string& name)
     {
