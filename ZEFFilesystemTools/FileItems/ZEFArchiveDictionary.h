@@ -53,9 +53,9 @@ public:
     template <typename Visit> void enumerate(Visit&& visit) const
     {
         const auto mutations = _mutations;
-        for (std::size_t index = 0; index < _entries.size(); ++index) {
-            const auto entry = _entries[index];
-            visit(entry.first, entry.second);
+        const auto entries = _entries;
+        for (const auto& [key, value] : entries) {
+            visit(key, value);
             if (mutations != _mutations)
                 throw zef::MutationError();
         }

@@ -51,15 +51,10 @@ bool AliasBreadth::searchFolder(const std::string& path, std::size_t number)
 
 std::string AliasBreadth::pathOf(std::size_t number) const
 {
-    if (number == 0)
-        return _folders.front().name;
-    std::vector<const std::string*> names;
+    std::string path;
     for (; number; number = _folders[number].parent)
-        names.push_back(&_folders[number].name);
-    auto path = _folders.front().name;
-    for (auto name = names.rbegin(); name != names.rend(); ++name)
-        path.append(1, '/').append(**name);
-    return path;
+        path.insert(0, "/" + _folders[number].name);
+    return _folders.front().name + path;
 }
 
 } // namespace zef
