@@ -61,7 +61,7 @@ std::string unescaped(std::string_view value)
     return bytes;
 }
 
-std::string localPath(std::string url)
+std::string localPath(const std::string& url)
 {
     if (url.find('\0') != std::string::npos)
         return {};
