@@ -5,6 +5,7 @@
 #include "ZEFFilesystemTools/Platform/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/Log.h"
 #include "ZEFFilesystemTools/Platform/Trash.h"
+#include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
 #include <cerrno>
 
@@ -45,4 +46,18 @@ bool ZEFFileManager::ZEF_moveFilesToTrash(const zef::Array<ZEFFileItem>* files)
     if (outcome == zef::TrashOutcome::failed)
         zef::log("Move to trash produced error %d", zef::catalogResultOfErrno(_trashRefusal.error));
     return outcome == zef::TrashOutcome::moved;
+}
+
+zef::Ref<zef::Array<ZEFFileItem>> ZEFFileManager::filesInDirectory(ZEFFileItem* directory)
+{
+    // A subscriber that is told of the listing may have the subscription dropped.
+    zef::Ref<ZEFDirectorySubscription> subscription = subscriptionForFile(directory);
+    if (!subscription) {
+        subscription = ZEFDirectorySubscription::initForSubscriber(
+            nullptr, directory, _fileClass, _asynchronous);
+    }
+    if (!subscription)
+        return nullptr;
+    subscription->loadImmediately();
+    return subscription->files();
 }

@@ -98,6 +98,11 @@ public:
     /// What stood in the way of the last request; empty when nothing did.
     const zef::TrashRefusal& lastTrashRefusal() const { return _trashRefusal; }
 
+    /// The contents of the folder, listed before it returns; a new array. Of a watched folder those
+    /// that its subscription knows, whose subscribers hear of it when that was still loading. Nil,
+    /// and one line in the log, when `directory` is nil, lost or no folder.
+    zef::Ref<zef::Array<ZEFFileItem>> filesInDirectory(ZEFFileItem* directory);
+
     // For the library.
 
     /// The move alone.

@@ -37,7 +37,8 @@ TEST_F(CommandLineTest, HelpsWithTheProgramAndWithEachCommand)
 {
     ZefProcess program({ "--help" });
     const auto text = program.rest();
-    for (const auto* name : { "watch", "find", "info", "archive", "resolve", "serve", "--version" })
+    for (const auto* name :
+        { "watch", "find", "list", "info", "archive", "resolve", "serve", "--version" })
         EXPECT_TRUE(contains(text, name)) << name;
     EXPECT_EQ(program.status(), 0);
 
@@ -74,6 +75,8 @@ TEST_F(CommandLineTest, RefusesWrongUsage)
     expectWrongUsage({ "find" }, "PATH");
     expectWrongUsage({ "find", "--plain", "--visible", "/tmp" }, "--visible");
     expectWrongUsage({ "find", "--normal", "--plain", "/tmp" }, "--normal");
+    expectWrongUsage({ "list" }, "FOLDER");
+    expectWrongUsage({ "list", "/tmp", "/" }, "/");
     expectWrongUsage({ "info" }, "PATH");
     expectWrongUsage({ "archive", "--json", "/tmp" }, "--json");
     expectWrongUsage({ "resolve", "extra" }, "extra");

@@ -5,6 +5,7 @@
 #include "tools/zef/Find/FindCommand.h"
 #include "tools/zef/Info/InfoCommand.h"
 #include "tools/zef/Interruption.h"
+#include "tools/zef/List/ListCommand.h"
 #include "tools/zef/Output.h"
 #include "tools/zef/Resolve/ResolveCommand.h"
 #include "tools/zef/Serve/ServeCommand.h"
@@ -55,6 +56,7 @@ int runProgram(int argumentCount, char** arguments)
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(std::make_unique<WatchCommand>(program));
     commands.push_back(std::make_unique<FindCommand>(program));
+    commands.push_back(std::make_unique<ListCommand>(program));
     commands.push_back(std::make_unique<InfoCommand>(program));
     commands.push_back(std::make_unique<ArchiveCommand>(program));
     commands.push_back(std::make_unique<ResolveCommand>(program));

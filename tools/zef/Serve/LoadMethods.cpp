@@ -87,6 +87,11 @@ void LoadMethods::addTo(MethodTable& table)
 {
     table.add("load", { "id", "ids", "depth", "fileFilter", "directoryFilter" },
         [this](const Parameters& parameters) { return load(parameters); });
+    table.add("filesInDirectory", { "id" }, [](const Parameters& parameters) {
+        const auto folder = parameters.item("id");
+        const auto files = ZEFFileManager::defaultFileManager()->filesInDirectory(folder.get());
+        return files ? jsonOfItems(*files) : JSON::array();
+    });
     table.add("cancelLoad", { "loader" },
         [this](const Parameters& parameters) { return cancelLoad(parameters); });
 }

@@ -9,7 +9,7 @@
 
 namespace tool {
 
-/// The methods about loads in the background.
+/// The methods that list folders, most of them in the background.
 class LoadMethods {
 public:
     /// The table must not outlive this object.
