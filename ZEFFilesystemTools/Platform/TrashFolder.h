@@ -22,8 +22,8 @@ public:
     /// While it is open.
     int descriptor() const { return _folder->descriptor(); }
 
-    /// What keeps files from being taken out of the folder, when it was just opened for the first
-    /// time; also looks at what is above it.
+    /// What keeps files from being taken out of the folder, which is open; also looks at what is
+    /// above it. What was found good once is not looked at again.
     TrashProblem examine();
 
     /// Whether only owners may take files out of it, and this process isn't the folder's.
@@ -45,6 +45,7 @@ private:
     FolderAscent _ascent;
     std::string _pathWithoutLinks;
     bool _isKnown = false;
+    bool _isGood = false;
 };
 
 } // namespace zef

@@ -47,6 +47,8 @@ void TrashFolder::close()
 
 TrashProblem TrashFolder::examine()
 {
+    if (_isGood)
+        return {};
     if (::faccessat(descriptor(), ".", W_OK | X_OK, AT_EACCESS) != 0)
         return { .error = errno };
     if (const int error = _ascent.climb(_folder))
@@ -55,6 +57,7 @@ TrashProblem TrashFolder::examine()
     if (!_folder->currentPath(path))
         return { .error = ENAMETOOLONG, .text = "the system doesn't tell where its folder is" };
     _pathWithoutLinks = path.view();
+    _isGood = true;
     return {};
 }
 

@@ -35,8 +35,8 @@ private:
     TrashProblem add(const TrashEntry& entry, std::size_t index);
     TrashProblem addAt(const FileURL& url, const TrashEntry& entry, std::size_t index);
     TrashProblem open(const FileURL& url, TrashFolder*& folder);
-    TrashProblem checkEntry(const TrashFolder& folder, const std::string& name, const Stat& stat,
-        std::uint64_t mountID) const;
+    TrashProblem check(TrashFolder& folder, const std::string& name, const Stat& stat,
+        std::uint64_t mountID, TrashPlace*& place);
     TrashProblem checkFolder(const TrashFolder& folder, const std::string& name, const Stat& stat);
     bool isMountedBelow(const std::string& path);
     void dropCovered();

@@ -103,16 +103,8 @@ TrashProblem TrashRequest::addAt(const FileURL& url, const TrashEntry& entry, st
         return { .error = ESTALE };
     if (error)
         return { .error = error };
-    if (name.empty())
-        return { .error = EBUSY, .text = "it is the root of all files" };
-    if (const auto problem = checkEntry(*folder, name, stat, mountID))
-        return problem;
     TrashPlace* place = nullptr;
-    if (const auto problem = _places.find(*folder, place))
-        return problem;
-    if (_places.isInTrash(folder->ascent()))
-        return { .error = EEXIST, .text = "it is in the trash already" };
-    if (const auto problem = stat.isFolder() ? checkFolder(*folder, name, stat) : TrashProblem())
+    if (const auto problem = check(*folder, name, stat, mountID, place))
         return problem;
     _items.emplace_back(index, *folder, name, stat, *place);
     return {};
@@ -122,26 +114,32 @@ TrashProblem TrashRequest::open(const FileURL& url, TrashFolder*& folder)
 {
     auto path = url.deletingLastPathComponent().path();
     auto& known = _folders[path];
-    const bool isNew = !known;
-    if (isNew)
+    if (!known)
         known = std::make_unique<TrashFolder>(std::move(path));
     if (_openFolder && _openFolder != known.get())
         _openFolder->close();
     _openFolder = known.get();
     folder = known.get();
-    if (const int error = folder->open())
-        return { .error = error == ENOENT || error == ENOTDIR ? ESTALE : error };
-    return isNew ? folder->examine() : TrashProblem();
+    const int error = folder->open();
+    return { .error = error == ENOENT || error == ENOTDIR ? ESTALE : error };
 }
 
-TrashProblem TrashRequest::checkEntry(const TrashFolder& folder, const std::string& name,
-    const Stat& stat, std::uint64_t mountID) const
+TrashProblem TrashRequest::check(TrashFolder& folder, const std::string& name, const Stat& stat,
+    std::uint64_t mountID, TrashPlace*& place)
 {
+    if (name.empty())
+        return { .error = EBUSY, .text = "it is the root of all files" };
     if (isMountPoint(folder, stat, mountID))
         return { .error = EBUSY, .text = "a volume is mounted there" };
+    if (const auto problem = folder.examine())
+        return problem;
     if (folder.isOthersStickyFolder() && !isOwn(folder.descriptor(), name) && !mayActForOwners())
         return { .error = EPERM };
-    return {};
+    if (const auto problem = _places.find(folder, place))
+        return problem;
+    if (_places.isInTrash(folder.ascent()))
+        return { .error = EEXIST, .text = "it is in the trash already" };
+    return stat.isFolder() ? checkFolder(folder, name, stat) : TrashProblem();
 }
 
 TrashProblem TrashRequest::checkFolder(
