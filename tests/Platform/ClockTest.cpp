@@ -58,6 +58,26 @@ TEST(ClockTest, TheSharedClockMayBeReplaced)
     EXPECT_EQ(&Clock::shared(), &Clock::system());
 }
 
+TEST(SystemClockTest, SleepsAtLeastAsLongAsItShould)
+{
+    auto& clock = zef::Clock::system();
+    const auto begin = clock.monotonicSeconds();
+
+    clock.sleep(0.001);
+
+    EXPECT_GE(clock.monotonicSeconds() - begin, 0.001);
+}
+
+TEST(SteppedClockTest, SleepsWithoutWaiting)
+{
+    SteppedClock clock;
+    const auto begin = clock.monotonicSeconds();
+
+    clock.sleep(1e6);
+
+    EXPECT_DOUBLE_EQ(clock.monotonicSeconds(), begin + 1e6);
+}
+
 TEST(SteppedClockTest, MovesOnlyWhenItIsStepped)
 {
     SteppedClock clock;
