@@ -4,11 +4,11 @@
 #include "ZEFFilesystemTools/Platform/HashIndex.h"
 #include "ZEFFilesystemTools/Platform/TypeGraph.h"
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 namespace zef {
@@ -49,7 +49,11 @@ private:
         std::uint8_t length;
         Case caseOf;
 
-        auto operator<=>(const Rank&) const = default;
+        friend bool operator<(const Rank& left, const Rank& right)
+        {
+            return std::tie(left.weight, left.length, left.caseOf)
+                < std::tie(right.weight, right.length, right.caseOf);
+        }
     };
     struct Glob {
         std::uint32_t offset;

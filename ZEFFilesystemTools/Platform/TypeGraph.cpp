@@ -73,8 +73,8 @@ void TypeGraph::complete()
     std::stable_sort(_parents.begin(), _parents.end(),
         [](const auto& one, const auto& other) { return one.first < other.first; });
     std::vector<Type> lastSeenFrom(_types.size(), none);
-    for (Type type = 0; type < _types.size(); ++type)
-        appendAncestors(type, lastSeenFrom);
+    for (std::size_t type = 0; type < _types.size(); ++type)
+        appendAncestors(static_cast<Type>(type), lastSeenFrom);
 
     _parents = {};
     _ancestors.shrink_to_fit();

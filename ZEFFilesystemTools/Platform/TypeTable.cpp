@@ -54,6 +54,7 @@ std::string dynamicType(std::string_view prefix, std::string_view extension)
 std::vector<MimeDatabase> databasesIn(const std::vector<std::string>& folders)
 {
     std::vector<MimeDatabase> databases;
+    databases.reserve(folders.size());
     for (const auto& folder : folders)
         databases.push_back(MimeDatabase::inFolder(folder));
     return databases;

@@ -158,7 +158,7 @@ FakeFileInformation::Answers FakeFileInformation::ask(
     std::lock_guard lock(_mutex);
     ++_counts.at(indexOf(question));
     const auto found = _answers.find(path);
-    const auto answers = found == _answers.end() ? Answers() : found->second;
+    auto answers = found == _answers.end() ? Answers() : found->second;
     error = answers.errors.at(indexOf(question));
     return answers;
 }

@@ -9,8 +9,8 @@ namespace tool {
 /// one that is no valid UTF-8 stands there once more as a URL, under `ZEFArchivePathURL`.
 JSON jsonOfArchive(const ZEFArchiveDictionary&);
 
-/// The dictionary that `jsonOfArchive` made `json` of; what it doesn't know is passed over, and
+/// The dictionary that `jsonOfArchive` made `object` of; what it doesn't know is passed over, and
 /// null stands for left out. Throws `std::invalid_argument`, which says what is wrong.
-zef::Ref<ZEFArchiveDictionary> archiveOfJSON(const nlohmann::json& json);
+zef::Ref<ZEFArchiveDictionary> archiveOfJSON(const nlohmann::json& object);
 
 } // namespace tool
