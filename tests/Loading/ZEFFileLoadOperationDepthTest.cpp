@@ -46,12 +46,12 @@ TEST_F(ZEFFileLoadOperationDepthTest, FindsAllThatPathsCanNameInADeeperTree)
 
 TEST_F(ZEFFileLoadOperationDepthTest, WalksADeepTreeOnAThreadOfAQueue)
 {
-    const DeepFolders deep(folder.path("loaded"), 1500);
+    const DeepFolders deep(folder.path("loaded"), 500);
     const auto queue = zef::makeRef<zef::OperationQueue>();
     queue->addOperation(load);
     queue->waitUntilAllOperationsAreFinished();
 
-    EXPECT_EQ(load->loadingArray()->count(), 3u * 1500 + 1);
+    EXPECT_EQ(load->loadingArray()->count(), 3u * 500 + 1);
 }
 
 TEST_F(ZEFFileLoadOperationDepthTest, StopsAtItsDepthInADeepTree)

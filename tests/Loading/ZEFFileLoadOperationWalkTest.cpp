@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
-#include "ZEFFilesystemTools/Loading/ZEFNormalDirectoryFilter.h"
 
 #include "tests/support/SpyCatalog.h"
 #include "tests/support/WalkFixture.h"
 
-#include <filesystem>
 #include <limits>
 
 namespace {
@@ -30,21 +27,6 @@ public:
     bool shouldIncludeFile(ZEFFileItem* file) const override
     {
         return ZEFDirectoryFilter::shouldIncludeFile(file) && nameOf(*file)[0] != '_';
-    }
-};
-
-/// Follows symbolic links to folders.
-class LinkFilter final : public ZEFDirectoryFilter {
-public:
-    bool shouldIncludeFile(ZEFFileItem* file) const override
-    {
-        return std::filesystem::is_directory(file->url().path());
-    }
-
-    Ref<ZEFFileItem> trueDirectoryObjectForFile(ZEFFileItem* file) const override
-    {
-        const auto path = std::filesystem::canonical(file->url().path()).string();
-        return ReportingItem::classObject.newFileItemForPath(path);
     }
 };
 
@@ -293,81 +275,6 @@ TEST_F(ZEFFileLoadOperationWalkTest, LeavesOutAFileItBeganWithThatItsFileFilterR
     begin({ "_start" });
 
     EXPECT_THAT(walk(), ElementsAre("_start/a"));
-}
-
-TEST_F(ZEFFileLoadOperationWalkTest, DoesNotFollowLinksByItself)
-{
-    folder.makeFolder("other");
-    folder.write("other/file");
-    folder.symlink("../other", "loaded/link");
-
-    EXPECT_THAT(walk(), ElementsAre("loaded/link", "loaded"));
-}
-
-TEST_F(ZEFFileLoadOperationWalkTest, FindsFilesWhereTheTargetOfALinkIs)
-{
-    folder.makeFolder("other");
-    folder.write("other/file");
-    folder.symlink("../other", "loaded/link");
-    load->setDirectoryFilter(makeRef<LinkFilter>());
-
-    EXPECT_THAT(walk(), ElementsAre("other/file", "loaded/link", "loaded"));
-}
-
-TEST_F(ZEFFileLoadOperationWalkTest, BeginsWithTheTargetOfALink)
-{
-    folder.write("loaded/a");
-    folder.symlink("loaded", "link");
-    load->setDirectoryFilter(makeRef<LinkFilter>());
-    begin({ "link" });
-
-    EXPECT_THAT(walk(), ElementsAre("loaded/a", "link"));
-}
-
-TEST_F(ZEFFileLoadOperationWalkTest, ListsTheTargetOfSeveralLinksOnce)
-{
-    folder.makeFolder("loaded/sub");
-    folder.write("loaded/sub/a");
-    folder.symlink("sub", "loaded/one");
-    folder.symlink("sub", "loaded/two");
-    load->setDirectoryFilter(makeRef<LinkFilter>());
-
-    EXPECT_THAT(walk(),
-        UnorderedElementsAre("loaded/sub/a", "loaded/sub", "loaded/one", "loaded/two", "loaded"));
-}
-
-TEST_F(ZEFFileLoadOperationWalkTest, EndsInCyclesOfLinks)
-{
-    folder.makeFolder("loaded/sub");
-    folder.symlink("..", "loaded/sub/up");
-    folder.symlink(".", "loaded/self");
-    folder.makeFolder("other");
-    folder.symlink("../other", "loaded/there");
-    folder.symlink("../loaded", "other/back");
-    load->setDirectoryFilter(makeRef<LinkFilter>());
-
-    EXPECT_THAT(walk(),
-        UnorderedElementsAre(
-            "loaded/sub/up", "loaded/sub", "loaded/self", "other/back", "loaded/there", "loaded"));
-}
-
-TEST_F(ZEFFileLoadOperationWalkTest, FollowsLinksWithTheNormalFilterAndLeavesHiddenFoldersAlone)
-{
-    folder.makeFolder("loaded/.hidden");
-    folder.write("loaded/.hidden/a");
-    folder.makeFolder("other");
-    folder.write("other/file");
-    folder.symlink("../other", "loaded/link");
-    loaded = nullptr;
-    load->setLoadingDirectory(nullptr);
-    load->setFilesToIterate(nullptr);
-    auto files = makeRef<ZEFFileItemArray>();
-    files->addObject(ZEFBasicInfoFileItem::classObject.newFileItemForURL(folder.url("loaded")));
-    load->setFilesToIterate(files.get());
-    load->setDirectoryFilter(ZEFNormalDirectoryFilter::filter());
-
-    EXPECT_THAT(
-        walk(), UnorderedElementsAre("other/file", "loaded/link", "loaded/.hidden", "loaded"));
 }
 
 TEST_F(ZEFFileLoadOperationWalkTest, GoesOnWhenItsFilterHasNoFolderToList)

@@ -9,16 +9,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::UnorderedElementsAreArray;
 using Names = std::vector<std::string>;
 
 /// Reads the folder "read", now with a descriptor and now without.
@@ -29,6 +30,7 @@ protected:
 
     FolderReaderTest() { folder.makeFolder("read"); }
 
+    /// The names in alphabetical order.
     Names writeFiles(std::size_t count)
     {
         Names names;
@@ -36,6 +38,12 @@ protected:
             names.push_back("file number " + std::to_string(number));
             folder.write("read/" + names.back(), "");
         }
+        return sorted(std::move(names));
+    }
+
+    static Names sorted(Names names)
+    {
+        std::sort(names.begin(), names.end());
         return names;
     }
 
@@ -83,7 +91,7 @@ TEST_F(FolderReaderTest, ReadsEachEntryOnceAndNeitherDotNorDotDot)
     const auto names = writeFiles(many);
     ASSERT_EQ(open(), 0);
 
-    EXPECT_THAT(readAll(), UnorderedElementsAreArray(names));
+    EXPECT_EQ(sorted(readAll()), names);
     EXPECT_EQ(reader.error(), 0);
 }
 
@@ -145,7 +153,7 @@ TEST_F(FolderReaderTest, DeliversEachEntryOnceThatItHadNotReadWhenItWasSuspended
 
     const auto rest = readAll();
     found.insert(found.end(), rest.begin(), rest.end());
-    EXPECT_THAT(found, UnorderedElementsAreArray(names));
+    EXPECT_EQ(sorted(found), names);
     EXPECT_LT(reader.folder(), 0);
     EXPECT_EQ(reader.error(), 0);
 }
@@ -165,7 +173,7 @@ TEST_F(FolderReaderTest, DeliversEachEntryOnceWhenItIsSuspendedTwice)
     const auto rest = readAll();
     found.insert(found.end(), rest.begin(), rest.end());
 
-    EXPECT_THAT(found, UnorderedElementsAreArray(names));
+    EXPECT_EQ(sorted(found), names);
 }
 
 TEST_F(FolderReaderTest, ReadsEverythingWhenItIsSuspendedBeforeTheFirstRead)
@@ -174,7 +182,7 @@ TEST_F(FolderReaderTest, ReadsEverythingWhenItIsSuspendedBeforeTheFirstRead)
     ASSERT_EQ(open(), 0);
     reader.suspend();
 
-    EXPECT_THAT(readAll(), UnorderedElementsAreArray(names));
+    EXPECT_EQ(sorted(readAll()), names);
 }
 
 TEST_F(FolderReaderTest, StaysAtItsEndWhenItIsSuspendedThere)
@@ -215,7 +223,7 @@ TEST_F(FolderReaderTest, FindsItsFolderAgainThatWasRenamedMeanwhile)
     EXPECT_GE(reader.folder(), 0);
     const auto rest = readAll();
     found.insert(found.end(), rest.begin(), rest.end());
-    EXPECT_THAT(found, UnorderedElementsAreArray(names));
+    EXPECT_EQ(sorted(found), names);
 }
 
 TEST_F(FolderReaderTest, SaysThatItsFolderIsGoneWhenItIsToBeOpenedAgain)
