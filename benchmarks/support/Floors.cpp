@@ -16,12 +16,48 @@ constexpr std::uint32_t folderMask = IN_ATTRIB | IN_MOVE_SELF | IN_DELETE_SELF |
     | IN_MASK_ADD | IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_ONLYDIR
     | IN_EXCL_UNLINK;
 
-bool statEntry(int folder, const char* name)
+bool statEntry(int folder, const char* name, bool& isFolder)
 {
     struct statx result;
-    return ::statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,
-               STATX_BASIC_STATS | STATX_BTIME, &result)
-        == 0;
+    if (::statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,
+            STATX_BASIC_STATS | STATX_BTIME, &result)
+        != 0)
+        return false;
+    isFolder = S_ISDIR(result.stx_mode);
+    return true;
+}
+
+bool statEntry(int folder, const char* name)
+{
+    bool isFolder = false;
+    return statEntry(folder, name, isFolder);
+}
+
+bool isDotOrDotDot(const char* name)
+{
+    return name[0] == '.' && (!name[1] || (name[1] == '.' && !name[2]));
+}
+
+std::size_t walkByHand(int parent, const char* name)
+{
+    const int folder = ::openat(parent, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0)
+        return 0;
+    std::size_t found = 0;
+    alignas(dirent64) char buffer[bufferSize];
+    for (ssize_t length; (length = ::getdents64(folder, buffer, bufferSize)) > 0;) {
+        for (ssize_t offset = 0; offset < length;) {
+            const auto* entry = reinterpret_cast<const dirent64*>(buffer + offset);
+            offset += entry->d_reclen;
+            bool isFolder = false;
+            if (isDotOrDotDot(entry->d_name))
+                continue;
+            found += statEntry(folder, entry->d_name, isFolder);
+            found += isFolder ? walkByHand(folder, entry->d_name) : 0;
+        }
+    }
+    ::close(folder);
+    return found;
 }
 
 } // namespace
@@ -42,6 +78,11 @@ std::size_t listByHand(const std::string& path)
     }
     ::close(folder);
     return found - 2; // "." and ".."
+}
+
+std::size_t walkByHand(const std::string& path)
+{
+    return walkByHand(AT_FDCWD, path.c_str());
 }
 
 std::size_t statByHand(const std::vector<std::string>& paths)

@@ -11,6 +11,10 @@
 /// getdents64(2) over the folder at `path` and one statx(2) an entry, relative to the folder.
 std::size_t listByHand(const std::string& path);
 
+/// The same for everything below the folder too, on one thread, each folder opened relative to the
+/// one above it.
+std::size_t walkByHand(const std::string& path);
+
 /// One lstat(2) a path.
 std::size_t statByHand(const std::vector<std::string>& paths);
 
