@@ -21,6 +21,9 @@ public:
         _folder = std::move(folder);
     }
 
+    /// Whether a filter is going to ask what people are shown of the items.
+    void setAskedAbout(bool isAskedAbout) { _isAskedAbout = isAskedAbout; }
+
     std::span<zef::CatalogEntry> entries() { return _entries; }
     const zef::CatalogEntry& entry(std::size_t index) const { return _entries[index]; }
     std::array<zef::Ref<ZEFFileItem>, size>& slots() { return _slots; }
@@ -38,4 +41,5 @@ private:
     std::array<zef::CatalogEntry, size> _entries;
     std::array<zef::Ref<ZEFFileItem>, size> _slots;
     std::vector<Sighting> _sightings;
+    bool _isAskedAbout = false;
 };

@@ -30,7 +30,7 @@ private:
         zef::Ref<ZEFFileItem> folder, std::ptrdiff_t level, const zef::FileURL& found);
     std::int16_t open(Level& next, const zef::FileURL& found);
     std::int16_t openIterator(Level& next, const zef::FileURL& found);
-    void suspendAllLevels();
+    void suspendLevels(std::size_t count);
     void step();
     void readBatch(Level& level);
     void leave(std::int16_t result);

@@ -2,6 +2,7 @@
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadBatch.h"
+#include "ZEFFilesystemTools/Platform/ObjectPlace.h"
 
 #include <algorithm>
 
@@ -17,6 +18,8 @@ zef::FileURL ZEFFileLoadOperation::Batch::fillSlot(std::size_t index)
     const auto kind = entry.isFolder ? zef::URLKind::folder : zef::URLKind::file;
     auto url = zef::FileURL::inFolder(_folder, entry.name(), kind);
     _slots[index] = _fileClass->ZEF_newFileItemForEntry(url, entry.ref, entry.stat);
+    if (_isAskedAbout)
+        zef::ObjectPlace::noteFound(entry.ref, url, entry.stat);
     if (_slots[index] && !_slots[index]->url().hasPathOf(url))
         _sightings.push_back({ _slots[index], url });
     return url;

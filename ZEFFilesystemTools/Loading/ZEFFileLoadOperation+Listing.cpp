@@ -20,6 +20,13 @@ constexpr std::size_t openLevels = 6;
 
 constexpr std::ptrdiff_t noDepthLimit = -1;
 
+// The basic filters ask nothing of the disk.
+bool looksAtFiles(const ZEFFileFilter* filter)
+{
+    return filter && &filter->objectClass() != &ZEFFileFilter::classObject
+        && &filter->objectClass() != &ZEFDirectoryFilter::classObject;
+}
+
 } // namespace
 
 // One folder between its opening and its end.
@@ -35,6 +42,8 @@ struct ZEFFileLoadOperation::Listing::Level {
     std::int16_t result = Result::noError;
     /// The entry at `index` has its item, and all that is below it was listed.
     bool hasDescended = false;
+
+    bool isDone() const { return index + 1 >= count && result == Result::noMoreItems; }
 };
 
 ZEFFileLoadOperation::Listing::Listing(
@@ -78,6 +87,8 @@ std::int16_t ZEFFileLoadOperation::Listing::enter(
         return result;
     next->iterator->setKnownEntries(_operation._knownEntries);
     next->batch = takeBatch();
+    next->batch->setAskedAbout(looksAtFiles(_operation._fileFilter.get())
+        || (_checkedDirectories && looksAtFiles(_operation._directoryFilter.get())));
     next->batch->setFolder(next->folder->objectClass(), next->url.asFolder());
     if (_levels.size() >= openLevels)
         _levels[_levels.size() - openLevels]->iterator->suspend();
@@ -94,7 +105,7 @@ std::int16_t ZEFFileLoadOperation::Listing::open(Level& next, const zef::FileURL
         return Result::noError;
     auto result = openIterator(next, found);
     if (result == Result::tooManyOpenFiles && !_levels.empty()) {
-        suspendAllLevels();
+        suspendLevels(_levels.size());
         result = openIterator(next, nullptr);
     }
     if (result != Result::noError) {
@@ -122,10 +133,10 @@ std::int16_t ZEFFileLoadOperation::Listing::openIterator(Level& next, const zef:
         hasReference ? &reference : nullptr, next.url, next.iterator);
 }
 
-void ZEFFileLoadOperation::Listing::suspendAllLevels()
+void ZEFFileLoadOperation::Listing::suspendLevels(std::size_t count)
 {
-    for (const auto& level : _levels)
-        level->iterator->suspend();
+    for (std::size_t index = 0; index < count; ++index)
+        _levels[index]->iterator->suspend();
 }
 
 void ZEFFileLoadOperation::Listing::step()
@@ -161,6 +172,10 @@ void ZEFFileLoadOperation::Listing::readBatch(Level& level)
     level.count = 0;
     level.index = 0;
     level.result = level.iterator->next(level.batch->entries(), level.count);
+    if (level.result == Result::tooManyOpenFiles && _levels.size() > 1) {
+        suspendLevels(_levels.size() - 1);
+        level.result = level.iterator->next(level.batch->entries(), level.count);
+    }
     const bool isRead = level.result == Result::noError || level.result == Result::noMoreItems;
     if (isRead && !_operation.isCancelled())
         return;
@@ -173,8 +188,12 @@ void ZEFFileLoadOperation::Listing::readBatch(Level& level)
 
 void ZEFFileLoadOperation::Listing::leave(std::int16_t result)
 {
-    _freeBatches.push_back(std::move(_levels.back()->batch));
+    const auto left = std::move(_levels.back());
     _levels.pop_back();
+    _freeBatches.push_back(std::move(left->batch));
+    // The folder above may have been moved, so that its path leads nowhere.
+    if (!_levels.empty() && !_levels.back()->isDone())
+        _levels.back()->iterator->resumeFrom(*left->iterator);
     if (_levels.empty())
         _result = result;
 }

@@ -31,7 +31,7 @@ public:
         count = 0;
         FolderReader::Entry raw;
         while (count < entries.size()) {
-            if (!_reader.next(raw) || !_reader.resume())
+            if (_reader.isExhausted() || !_reader.resume() || !_reader.next(raw))
                 return end(count);
             if (_knownEntries && _knownEntries->isKnown({ raw.name, raw.nameLength }, raw.inode))
                 continue;
@@ -53,6 +53,12 @@ public:
     }
 
     void suspend() override { _reader.suspend(); }
+
+    void resumeFrom(const CatalogIterator& subfolder) override
+    {
+        if (const auto* below = dynamic_cast<const KernelCatalogIterator*>(&subfolder))
+            _reader.resumeFrom(below->_reader);
+    }
 
     void setKnownEntries(KnownEntries* known) override { _knownEntries = known; }
 

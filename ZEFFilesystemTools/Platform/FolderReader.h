@@ -41,7 +41,14 @@ public:
     void suspend();
 
     /// Opens the descriptor again if it was closed; NO, with an `error`, when that can't be done.
+    /// Where only descriptors were missing it may be tried again.
     bool resume();
+
+    /// The same by way of a folder that is open in this one; does nothing where it isn't any more.
+    void resumeFrom(const FolderReader& child);
+
+    /// Whether nothing is left, as far as that is known without a read.
+    bool isExhausted() const { return _isAtEnd && _offset == _length; }
 
     /// Reads the next entry, without a descriptor too; NO at the end and on an error.
     bool next(Entry&);

@@ -23,6 +23,11 @@ bool isUnchanged(const Stat& stat, const FSRef& ref)
         && (!stat.hasBirthTime || stat.birthTime == ref.birthTime());
 }
 
+bool isShortage(int error)
+{
+    return error == EMFILE || error == ENFILE;
+}
+
 bool isDotOrDotDot(const char* name)
 {
     return name[0] == '.' && (!name[1] || (name[1] == '.' && !name[2]));
@@ -129,9 +134,15 @@ bool FolderReader::resume()
     if (_folder >= 0)
         return true;
     const int error = open(_ref, _url);
-    if (error)
+    if (error || isShortage(_error))
         _error = error;
     return !error;
+}
+
+void FolderReader::resumeFrom(const FolderReader& child)
+{
+    if (_folder < 0 && child._folder >= 0)
+        openAt(child._folder, "..", _ref, nullptr);
 }
 
 bool FolderReader::next(Entry& entry)
@@ -152,6 +163,9 @@ bool FolderReader::next(Entry& entry)
 
 bool FolderReader::fillBuffer()
 {
+    // With a descriptor to spare it may go on.
+    if (isShortage(_error) && !_isReadable)
+        _error = 0;
     if (_error || _isAtEnd || (!_isReadable && (!resume() || !openForReading())))
         return false;
     const auto count = ::getdents64(_folder, _buffer.get(), bufferSize);

@@ -63,6 +63,13 @@ std::int16_t ObjectPlace::lookFor(const FSRef& ref, const FileURL& url)
     return result;
 }
 
+void ObjectPlace::noteFound(const FSRef& ref, const FileURL& url, const Stat& stat)
+{
+    RecentLook look;
+    look.take();
+    lastFound() = { .look = look, .ref = ref, .url = url, .stat = stat };
+}
+
 std::int16_t ObjectPlace::lookAt(const FileURL& url)
 {
     if (!url)

@@ -19,6 +19,10 @@ public:
     /// is gone.
     std::int16_t find(const FSRef& ref, const FileURL& lastKnown);
 
+    /// For a listing that has just looked at the object: this thread's next question about it needs
+    /// no look of its own.
+    static void noteFound(const FSRef& ref, const FileURL& url, const Stat& stat);
+
     /// Looks at what is at `url`, the link itself where it is one. A number of `CatalogResult`: -43
     /// when there is nothing.
     std::int16_t lookAt(const FileURL& url);

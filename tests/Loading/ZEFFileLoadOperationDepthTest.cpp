@@ -84,4 +84,15 @@ TEST_F(ZEFFileLoadOperationDepthTest, FindsEveryFileOfAWideFolder)
     EXPECT_EQ(load->loadingArray()->count(), count + 1);
 }
 
+TEST_F(ZEFFileLoadOperationDepthTest, GetsByWithTheDescriptorsThatThereAre)
+{
+    const DeepFolders deep(folder.path("loaded"), 100);
+    {
+        const FewDescriptors few(3);
+        load->start();
+    }
+
+    EXPECT_EQ(load->loadingArray()->count(), 3u * 100 + 1);
+}
+
 } // namespace

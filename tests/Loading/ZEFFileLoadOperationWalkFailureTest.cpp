@@ -244,4 +244,24 @@ TEST_F(ZEFFileLoadOperationWalkFailureTest, EndsWhenAllThatItWalksGoes)
     EXPECT_EQ(load->loadingArray()->objectAtIndex(load->loadingArray()->count() - 1), loaded.get());
 }
 
+TEST_F(ZEFFileLoadOperationWalkFailureTest, FindsEverythingInAFolderThatIsMovedOnceItIsDeepInside)
+{
+    std::string path = "loaded";
+    for (int level = 0; level < 20; ++level) {
+        path += "/" + std::to_string(level);
+        folder.makeFolder(path);
+        for (int number = 0; number < 50; ++number)
+            folder.write(path + "/file" + std::to_string(number), "");
+    }
+    folder.write(path + "/deepest");
+    const auto parent = item("."); // keeps the way to it
+    listen([&](const std::string& name) {
+        if (name == "deepest")
+            folder.rename("loaded", "moved");
+    });
+    load->start();
+
+    EXPECT_EQ(load->loadingArray()->count(), 20u * 51 + 2);
+}
+
 } // namespace
