@@ -52,7 +52,7 @@ protected:
     /// What a load with these parameters finds that begins with the folder.
     Names foundWith(JSON parameters)
     {
-        parameters["ids"] = { idAt("") };
+        parameters["ids"] = JSON::array({ idAt("") });
         parameters["depth"] = -1;
         load(parameters);
         return found();
@@ -73,20 +73,21 @@ TEST_F(ServeFileLoaderTest, LoadsOneFolderAlone)
 
 TEST_F(ServeFileLoaderTest, LoadsFilesAndWhatIsBeneathThem)
 {
-    load({ { "ids", { idAt("a"), idAt("Tool.app"), idAt("link") } }, { "depth", -1 } });
+    load(
+        { { "ids", JSON::array({ idAt("a"), idAt("Tool.app"), idAt("link") }) }, { "depth", -1 } });
 
     EXPECT_EQ(found(), Names({ "Tool.app", "Tool.app/file", "a", "a/file", "link" }));
 }
 
 TEST_F(ServeFileLoaderTest, LoadsAsDeepAsItIsTold)
 {
-    load({ { "ids", { idAt("") } }, { "depth", 1 } });
+    load({ { "ids", JSON::array({ idAt("") }) }, { "depth", 1 } });
     EXPECT_EQ(found(), Names({ "", ".hidden", "Tool.app", "a", "link" }));
 
-    load({ { "ids", { idAt("") } }, { "depth", 0 } });
+    load({ { "ids", JSON::array({ idAt("") }) }, { "depth", 0 } });
     EXPECT_EQ(found(), Names({ "" }));
 
-    load({ { "ids", { idAt("") } }, { "depth", -2.0 } });
+    load({ { "ids", JSON::array({ idAt("") }) }, { "depth", -2.0 } });
     EXPECT_EQ(found(), Names({ "" }));
 }
 
@@ -185,9 +186,9 @@ TEST_F(ServeFileLoaderTest, RefusesWrongParameters)
     const auto id = idAt("a");
 
     EXPECT_EQ(errorOfLoad(JSON::object()), wrongParameters);
-    EXPECT_EQ(errorOfLoad({ { "id", id }, { "ids", { id } } }), wrongParameters);
+    EXPECT_EQ(errorOfLoad({ { "id", id }, { "ids", JSON::array({ id }) } }), wrongParameters);
     EXPECT_EQ(errorOfLoad({ { "id", id }, { "depth", 1 } }), wrongParameters);
-    EXPECT_EQ(errorOfLoad({ { "ids", { id } } }), wrongParameters);
+    EXPECT_EQ(errorOfLoad({ { "ids", JSON::array({ id }) } }), wrongParameters);
     EXPECT_EQ(errorOfLoad({ { "ids", id }, { "depth", 1 } }), wrongParameters);
     EXPECT_EQ(errorOfLoad({ { "id", { id } } }), wrongParameters);
     EXPECT_EQ(errorOfLoad({ { "id", 4711 } }), wrongParameters);
@@ -205,7 +206,9 @@ TEST_F(ServeFileLoaderTest, RefusesDepthsThatAreNoWholeNumbers)
 
     for (const JSON& depth : { JSON("1"), JSON(1.5), JSON(true), JSON(nullptr), JSON(1e300),
              JSON(std::uint64_t{ 1 } << 63), JSON::array() })
-        EXPECT_EQ(errorOfLoad({ { "ids", { id } }, { "depth", depth } }), wrongParameters) << depth;
+        EXPECT_EQ(
+            errorOfLoad({ { "ids", JSON::array({ id }) }, { "depth", depth } }), wrongParameters)
+            << depth;
 }
 
 TEST_F(ServeFileLoaderTest, RefusesAListWithAnythingButLivingItems)
@@ -259,7 +262,8 @@ TEST_F(ServeFileLoaderTest, LogsAFolderThatCannotBeListedAndFindsNothing)
 
 TEST_F(ServeFileLoaderTest, CancelsALoad)
 {
-    const auto first = client.request("load", { { "ids", { idAt("") } }, { "depth", -1 } });
+    const auto first = client.request(
+        "load", { { "ids", JSON::array({ idAt("") }) }, { "depth", -1 } });
     // Both requests are waiting at once, so that no timer comes in between.
     client.sendLine(first + '\n' + client.request("cancelLoad", { { "loader", 1 } }));
     EXPECT_EQ(client.nextAnswer()["result"]["loader"], 1);
@@ -313,7 +317,7 @@ TEST_F(ServeFileLoaderTest, KeepsWhatAClientHoldsWhenTheLoadIsCancelled)
 TEST_F(ServeFileLoaderTest, ShutsDownWhileItLoads)
 {
     const auto id = itemAt(client, "/usr")["id"];
-    load({ { "ids", { id } }, { "depth", -1 } });
+    load({ { "ids", JSON::array({ id }) }, { "depth", -1 } });
 
     EXPECT_EQ(client.call("shutdown"), true);
     EXPECT_EQ(client.process().status(), 0);
@@ -323,7 +327,7 @@ TEST_F(ServeFileLoaderTest, ShutsDownWhileItLoads)
 TEST_F(ServeFileLoaderTest, EndsWithItsInputWhileItLoads)
 {
     const auto id = itemAt(client, "/usr")["id"];
-    load({ { "ids", { id } }, { "depth", -1 } });
+    load({ { "ids", JSON::array({ id }) }, { "depth", -1 } });
 
     client.process().closeInput();
 

@@ -120,7 +120,7 @@ TEST_F(ServeProtocolTest, KeepsTheIdOfAnInvalidRequestThatHasOne)
 TEST_F(ServeProtocolTest, DoesNotKnowMethodsThatAreNotThere)
 {
     for (const auto* method :
-        { "", "Subscriptions", "subscriptions ", "filesInDirectory", "load", "rpc.discover" })
+        { "", "Subscriptions", "subscriptions ", "filesindirectory", "Load", "rpc.discover" })
         EXPECT_EQ(client.errorCode(method), -32601) << method;
 }
 
