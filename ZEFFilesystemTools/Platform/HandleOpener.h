@@ -6,6 +6,7 @@
 #include "ZEFFilesystemTools/Platform/ObjectDescriptor.h"
 
 #include <atomic>
+#include <cstdint>
 
 namespace zef {
 
@@ -23,16 +24,19 @@ public:
 
     /// Opens the object that `ref` refers to and verifies that it is the one. `near` is somewhere
     /// on the same volume, if anything is known (may be nil). The refusal of one object ends all
-    /// further tries.
+    /// further tries: for good where the thread had the capability for it, and otherwise until it
+    /// has.
     Outcome open(const FSRef& ref, const FileURL& near, Ref<ObjectDescriptor>& object);
 
-    /// Whether the process wasn't refused yet.
-    bool mayOpen() const { return _mayOpen.load(std::memory_order_relaxed); }
+    /// Whether the calling thread wasn't refused yet.
+    bool mayOpen() const;
 
 private:
     Outcome openOnMount(const FSRef& ref, int mount, Ref<ObjectDescriptor>& object);
 
-    std::atomic<bool> _mayOpen{ true };
+    enum class Refusal : std::uint8_t { none, withoutCapability, forGood };
+
+    std::atomic<Refusal> _refusal{ Refusal::none };
 };
 
 } // namespace zef

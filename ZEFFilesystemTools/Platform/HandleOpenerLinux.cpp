@@ -6,10 +6,14 @@
 #include "ZEFFilesystemTools/Platform/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/MountTable.h"
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 
 #include <fcntl.h>
+#include <linux/capability.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace zef {
 namespace {
@@ -72,12 +76,35 @@ int openMountOf(std::uint32_t device)
     return -1;
 }
 
+// Whether this thread has what open_by_handle_at(2) asks for; it may have given that up for a while
+// (capabilities(7)).
+bool hasCapability()
+{
+    __user_cap_header_struct header{ _LINUX_CAPABILITY_VERSION_3, 0 };
+    std::array<__user_cap_data_struct, 2> sets{};
+    return ::syscall(SYS_capget, &header, sets.data()) == 0
+        && (sets[0].effective & (1U << CAP_DAC_READ_SEARCH)) != 0;
+}
+
 bool canBeOpened(const FileHandle& handle)
 {
     return handle.isKnown() && handle.isDecodable && handle.length <= handle.bytes.size();
 }
 
 } // namespace
+
+bool HandleOpener::mayOpen() const
+{
+    switch (_refusal.load(std::memory_order_relaxed)) {
+    case Refusal::none:
+        return true;
+    case Refusal::withoutCapability:
+        return hasCapability();
+    case Refusal::forGood:
+        break;
+    }
+    return false;
+}
 
 HandleOpener::Outcome HandleOpener::open(
     const FSRef& ref, const FileURL& near, Ref<ObjectDescriptor>& object)
@@ -104,9 +131,12 @@ HandleOpener::Outcome HandleOpener::openOnMount(
     const int descriptor = ::open_by_handle_at(
         mount, handle.record(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
     if (descriptor < 0) {
-        if (errno == EPERM || errno == ENOSYS)
-            _mayOpen.store(false, std::memory_order_relaxed);
-        return errno == ESTALE && hasLastingHandles(type) ? Outcome::gone : Outcome::unknown;
+        const int error = errno;
+        if (error == EPERM || error == ENOSYS) {
+            const bool isForGood = error == ENOSYS || hasCapability();
+            _refusal = isForGood ? Refusal::forGood : Refusal::withoutCapability;
+        }
+        return error == ESTALE && hasLastingHandles(type) ? Outcome::gone : Outcome::unknown;
     }
     auto opened = makeRef<ObjectDescriptor>(descriptor);
     Stat stat;
