@@ -89,6 +89,7 @@ double secondsOfLoads(std::size_t count, const std::vector<std::string>& paths)
     const auto queue = zef::makeRef<zef::OperationQueue>();
     queue->setMaxConcurrentOperationCount(count);
     std::vector<Load> loads;
+    loads.reserve(paths.size());
     for (const auto& path : paths)
         loads.push_back(newWalk(ZEFFileItem::classObject, path));
     const double start = secondsNow();

@@ -29,8 +29,11 @@ std::string makeRoot()
 void makeFiles(const std::string& folder, std::size_t count)
 {
     for (std::size_t number = 0; number < count; ++number) {
-        const auto name = "document-" + std::to_string(10000000 + number).substr(1) + ".txt";
-        std::ofstream(folder + "/" + name).exceptions(std::ios::failbit);
+        auto path = folder;
+        path += "/document-";
+        path += std::to_string(10000000 + number).substr(1);
+        path += ".txt";
+        std::ofstream(path).exceptions(std::ios::failbit);
     }
 }
 

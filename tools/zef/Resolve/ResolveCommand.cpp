@@ -74,7 +74,8 @@ void ResolveCommand::resolveLines()
 void ResolveCommand::resolve(const LineReader::Line& line)
 {
     try {
-        resolve(*archiveIn(line).get());
+        const auto archive = archiveIn(line);
+        resolve(*archive);
     } catch (const std::invalid_argument& error) {
         fail(nameOfLine(), error.what());
     }

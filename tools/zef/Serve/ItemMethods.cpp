@@ -16,7 +16,7 @@ JSON jsonOfDate(const std::optional<zef::Date>& date)
 JSON item(const Parameters& parameters)
 {
     const auto item = parameters.item("id");
-    return jsonOfItemInFull(*item.get());
+    return jsonOfItemInFull(*item);
 }
 
 JSON changesForObserver(const Parameters& parameters)

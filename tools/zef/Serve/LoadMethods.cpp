@@ -57,7 +57,7 @@ struct Beginning {
 Beginning flatBeginning(const Parameters& parameters)
 {
     if (parameters.has("depth"))
-        Parameters::refuse("\"depth\" goes with \"ids\" alone");
+        Parameters::refuse(R"("depth" goes with "ids" alone)");
     Beginning result{ zef::makeRef<ZEFFileItemArray>(), false };
     result.files->addObject(parameters.item("id"));
     return result;
