@@ -17,7 +17,6 @@ public:
 
     void take() { _seconds = Clock::shared().monotonicSeconds(); }
     bool serves() const { return age() < lifetime(); }
-    void forget() { _seconds = -1; }
 
 private:
     static std::atomic<double>& lifetime()
