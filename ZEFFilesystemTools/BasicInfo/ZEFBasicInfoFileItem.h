@@ -11,7 +11,7 @@
 struct ZEFBasicInfoDetails;
 
 /// Boolean: whether the file is an alias or a link, which is found again by its path.
-extern const char* const ZEFArchiveIsAliasKey;
+extern ZEF_EXPORT const char* const ZEFArchiveIsAliasKey;
 
 /// A file item that knows what a file browser shows: names, type, whether it is a folder, a
 /// package, an application, an alias or invisible, and where an alias or a link leads.
@@ -19,7 +19,7 @@ extern const char* const ZEFArchiveIsAliasKey;
 /// Every answer is computed with the first question and kept; `updateForEvent` drops what an event
 /// may have changed. Any thread may ask, because the filters of a load do; two that ask at once may
 /// both compute.
-class ZEFBasicInfoFileItem : public ZEFFileItem {
+class ZEF_EXPORT ZEFBasicInfoFileItem : public ZEFFileItem {
 public:
     static const ZEFFileItemClass classObject;
     const ZEFFileItemClass& objectClass() const override { return classObject; }

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 #include <cstdint>
 
 /// An answer that is yes, no, or not known yet.
-class ZEFTriState {
+class ZEF_EXPORT ZEFTriState {
 public:
     bool isKnown() const { return _value <= 254; }
     bool isYes() const { return _value == 1; }

@@ -13,13 +13,13 @@
 #include <vector>
 
 /// Data: a lasting reference to the file, which leads to it after it was renamed or moved.
-extern const char* const ZEFArchiveDataKey;
+extern ZEF_EXPORT const char* const ZEFArchiveDataKey;
 /// String: the path where the file was last seen.
-extern const char* const ZEFArchivePathKey;
+extern ZEF_EXPORT const char* const ZEFArchivePathKey;
 
 /// What a program keeps of a file item between its runs: values under string keys, in the order in
 /// which the keys came. Mutable; one thread at a time.
-class ZEFArchiveDictionary final : public ZEFObject {
+class ZEF_EXPORT ZEFArchiveDictionary final : public ZEFObject {
 public:
     using Bytes = std::vector<std::byte>;
     using Value = std::variant<std::string, Bytes, bool>;

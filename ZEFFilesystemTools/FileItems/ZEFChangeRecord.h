@@ -10,7 +10,7 @@ class ZEFFileItem;
 /// One thing that happened to one file; immutable, and keeps its file item alive.
 ///
 /// Any thread; the item belongs to the thread that uses it.
-class ZEFChangeRecord final : public ZEFObject {
+class ZEF_EXPORT ZEFChangeRecord final : public ZEFObject {
 public:
     static const zef::Class classObject;
     const zef::Class& objectClass() const override { return classObject; }

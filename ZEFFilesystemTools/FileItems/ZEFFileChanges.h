@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 /// What an observer learns when it asks about a file.
 ///
 /// All NO: the observer was told before that the file is lost. `exists` alone: unchanged. `exists`
 /// and `modified`: changed. `exists` and `pathChanged`: moved or renamed. `pathChanged` alone:
 /// lost.
-struct ZEFFileChanges {
+struct ZEF_EXPORT ZEFFileChanges {
     /// The file is still there, at its old place or another.
     bool exists = false;
     /// The path that this observer last saw no longer leads to the file.

@@ -21,16 +21,16 @@ enum class ZEFFileEvent : int {
 
 /// The number object of an event: the same one each time, kept for the life of the process. Any
 /// thread.
-const zef::Number* ZEFFileEventNumber(ZEFFileEvent);
+ZEF_EXPORT const zef::Number* ZEFFileEventNumber(ZEFFileEvent);
 
 /// The keys of a change record.
-extern const char* const ZEFFileEventKey;
-extern const char* const ZEFFileKey;
+extern ZEF_EXPORT const char* const ZEFFileEventKey;
+extern ZEF_EXPORT const char* const ZEFFileKey;
 
 /// Names of the events, for clients; change records carry the numbers.
-extern const char* const ZEFFileMovedEvent;
-extern const char* const ZEFFileRenamedEvent;
-extern const char* const ZEFFileRemovedEvent;
-extern const char* const ZEFFileUpdatedEvent;
-extern const char* const ZEFFileAppearedEvent;
-extern const char* const ZEFFileMovedInParentEvent;
+extern ZEF_EXPORT const char* const ZEFFileMovedEvent;
+extern ZEF_EXPORT const char* const ZEFFileRenamedEvent;
+extern ZEF_EXPORT const char* const ZEFFileRemovedEvent;
+extern ZEF_EXPORT const char* const ZEFFileUpdatedEvent;
+extern ZEF_EXPORT const char* const ZEFFileAppearedEvent;
+extern ZEF_EXPORT const char* const ZEFFileMovedInParentEvent;

@@ -7,7 +7,7 @@
 
 /// What was last seen of a file: one record for the item itself and, chained behind it, one for
 /// each observer.
-struct ZEFFileInfoList {
+struct ZEF_EXPORT ZEFFileInfoList {
     /// Whom the record belongs to: the item itself for the first one. Never retained.
     const ZEFObject* observer = nullptr;
     ZEFFileInfoList* next = nullptr;

@@ -20,7 +20,7 @@ class ZEFFileTable;
 ///
 /// Items come from a class object. An item belongs to one thread at a time; any thread may ask for
 /// `isValid`, the numbers, the two marks, `url` and for copies of references.
-class ZEFFileItem : public ZEFObject {
+class ZEF_EXPORT ZEFFileItem : public ZEFObject {
 public:
     static const ZEFFileItemClass classObject;
     const ZEFFileItemClass& objectClass() const override { return classObject; }

@@ -21,7 +21,7 @@ class ZEFFileItem;
 /// `ZEFFileItem` and one line:
 /// `const ZEFFileItemClass MyItem::classObject("MyItem", &ZEFFileItem::classObject,
 /// ZEFFileItemClass::initializer<MyItem>);`. Any thread.
-class ZEFFileItemClass : public zef::Class {
+class ZEF_EXPORT ZEFFileItemClass : public zef::Class {
 public:
     /// Makes an instance, or yields nil. Called by the factory alone, on the asking thread, with
     /// the registry locked: it must not ask a factory for items.

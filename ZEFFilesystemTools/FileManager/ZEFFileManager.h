@@ -20,7 +20,7 @@ class OperationQueue;
 /// It can't be copied or freed. Use it on one thread: the one whose run loop carries its timers,
 /// which is the thread that first subscribes, ends a pause or changes the interval. Subscribers are
 /// called on that thread. After `shutdown` it watches nothing and has no queues.
-class ZEFFileManager final : public ZEFObject {
+class ZEF_EXPORT ZEFFileManager final : public ZEFObject {
 public:
     static const zef::Class classObject;
     const zef::Class& objectClass() const override { return classObject; }

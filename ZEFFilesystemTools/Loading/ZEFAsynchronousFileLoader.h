@@ -14,7 +14,7 @@
 /// Use it on one thread, whose run loop it needs in the default mode; that thread never waits for
 /// the disk. A loader that is loading stays alive until it is done or cancelled. The array of what
 /// was found stays alive for good, with all files in it: empty it when you are done with it.
-class ZEFAsynchronousFileLoader final : public ZEFObject {
+class ZEF_EXPORT ZEFAsynchronousFileLoader final : public ZEFObject {
 public:
     static const zef::Class classObject;
     const zef::Class& objectClass() const override { return classObject; }

@@ -7,7 +7,7 @@ class ZEFAsynchronousFileLoader;
 
 /// Whom a loader tells of its end: a `ZEFObject` that also inherits from this protocol. It is never
 /// retained; cancel the loader before its delegate dies.
-class ZEFAsynchronousFileLoaderDelegate {
+class ZEF_EXPORT ZEFAsynchronousFileLoaderDelegate {
 public:
     /// `files` are all that were found; both are borrowed. Called once, on the thread that started
     /// the load, and not after `cancel`. May do anything with the loader.

@@ -8,7 +8,7 @@
 class ZEFAsynchronousFileLoader;
 
 /// What a delegate of a loader also inherits from when it wants to be told how far the load is.
-class ZEFAsynchronousFileLoaderProgressDelegate {
+class ZEF_EXPORT ZEFAsynchronousFileLoaderProgressDelegate {
 public:
     /// `count` files were found so far, `latestFile` (nil before the first) last; both objects are
     /// borrowed. Called ten times a second, whether or not the count has changed, on the thread

@@ -5,7 +5,7 @@
 
 /// Decides which folders a recursive load descends into, and which folder is listed for a file;
 /// this one takes every real folder, packages and hidden ones too, and follows no alias.
-class ZEFDirectoryFilter : public ZEFFileFilter {
+class ZEF_EXPORT ZEFDirectoryFilter : public ZEFFileFilter {
 public:
     static const zef::Class classObject;
     const zef::Class& objectClass() const override { return classObject; }

@@ -5,7 +5,7 @@
 
 /// Decides which files a load delivers; this one takes every file. Stateless; used on the thread of
 /// the load, by any number of loads at once.
-class ZEFFileFilter : public ZEFObject {
+class ZEF_EXPORT ZEFFileFilter : public ZEFObject {
 public:
     static const zef::Class classObject;
     const zef::Class& objectClass() const override { return classObject; }

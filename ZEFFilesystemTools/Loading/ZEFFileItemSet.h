@@ -6,7 +6,7 @@
 #include <unordered_set>
 
 /// File items told apart by `isEqual`, and retained. One thread at a time.
-class ZEFFileItemSet final : public ZEFObject {
+class ZEF_EXPORT ZEFFileItemSet final : public ZEFObject {
 public:
     explicit ZEFFileItemSet(std::size_t capacity) { _items.reserve(capacity); }
 

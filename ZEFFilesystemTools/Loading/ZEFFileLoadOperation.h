@@ -15,7 +15,7 @@
 ///
 /// Set it up before it starts, then give it to a queue or send it `start`. Failures are logged and
 /// make the result shorter. The items that it finds are made by the class of the folder's own item.
-class ZEFFileLoadOperation final : public ZEFLoadingOperation {
+class ZEF_EXPORT ZEFFileLoadOperation final : public ZEFLoadingOperation {
 public:
     static const zef::Class classObject;
     const zef::Class& objectClass() const override { return classObject; }

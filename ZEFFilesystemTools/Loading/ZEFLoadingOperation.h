@@ -13,7 +13,7 @@ using ZEFFileItemArray = zef::Array<ZEFFileItem>;
 /// it runs and they hold `loadingArrayLock`.
 ///
 /// Once it is finished nobody else writes to the array.
-class ZEFLoadingOperation : public zef::Operation {
+class ZEF_EXPORT ZEFLoadingOperation : public zef::Operation {
 public:
     static const zef::Class classObject;
     const zef::Class& objectClass() const override { return classObject; }

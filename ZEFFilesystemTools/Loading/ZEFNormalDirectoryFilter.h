@@ -6,7 +6,7 @@
 /// Takes the folders that people open: none that is hidden or a package, but those that an alias or
 /// a link leads to. For loads whose items are `ZEFBasicInfoFileItem`s: others don't know what they
 /// are, and none of them passes.
-class ZEFNormalDirectoryFilter : public ZEFDirectoryFilter {
+class ZEF_EXPORT ZEFNormalDirectoryFilter : public ZEFDirectoryFilter {
 public:
     static const zef::Class classObject;
     const zef::Class& objectClass() const override { return classObject; }

@@ -5,7 +5,7 @@
 
 /// Takes what isn't hidden from people. For loads whose items are `ZEFBasicInfoFileItem`s: others
 /// don't know what is hidden, and all of them pass.
-class ZEFVisibleFileFilter : public ZEFFileFilter {
+class ZEF_EXPORT ZEFVisibleFileFilter : public ZEFFileFilter {
 public:
     static const zef::Class classObject;
     const zef::Class& objectClass() const override { return classObject; }

@@ -13,7 +13,7 @@ namespace zef {
 
 /// A mutable array that owns its elements; itself counted, so that several parties can hold the
 /// same array. One thread at a time; whoever shares it guards it.
-template <typename T> class Array final : public ZEFObject {
+template <typename T> class ZEF_EXPORT Array final : public ZEFObject {
 public:
     Array() = default;
 

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 #include <atomic>
 #include <cstdint>
 
 namespace zef {
 
 /// A byte of flags that several threads read and change; `Flag` is an enum of single bits.
-template <typename Flag> class AtomicFlags {
+template <typename Flag> class ZEF_EXPORT AtomicFlags {
 public:
     bool has(Flag flag) const { return _bits.load(std::memory_order_acquire) & flag; }
     void set(Flag flag) { testAndSet(flag); }

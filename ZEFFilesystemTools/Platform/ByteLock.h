@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 #include <atomic>
 
 namespace zef {
 
 /// A lock of one byte, for objects of which there are very many; for short holds without a system
 /// call. Not recursive; any thread; works with std::lock_guard.
-class ByteLock {
+class ZEF_EXPORT ByteLock {
 public:
     void lock()
     {

@@ -11,7 +11,7 @@
 namespace zef {
 
 /// One entry of a folder: its name, what the system tells of it, and a reference to it.
-struct CatalogEntry {
+struct ZEF_EXPORT CatalogEntry {
     /// Names have 255 bytes at the most (NAME_MAX, limits.h(0p)); a NUL may follow.
     std::array<char, 256> nameBytes;
     std::size_t nameLength = 0;

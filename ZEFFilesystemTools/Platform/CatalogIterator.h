@@ -16,7 +16,7 @@ namespace zef {
 /// Reads the entries of one folder, in the file system's order, without "." and "..".
 ///
 /// An entry that is there from beginning to end is delivered exactly once. One thread at a time.
-class CatalogIterator {
+class ZEF_EXPORT CatalogIterator {
 public:
     virtual ~CatalogIterator() = default;
 

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 #include <cstdint>
 
 namespace zef {
 
 /// The results of reading a folder; others may occur.
-struct CatalogResult {
+struct ZEF_EXPORT CatalogResult {
     static constexpr std::int16_t noError = 0;
     static constexpr std::int16_t ioError = -36;
     static constexpr std::int16_t tooManyOpenFiles = -42;

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 namespace zef {
 
 /// What a class knows of itself when it is used as a value: its name and its superclass.
 ///
 /// One constant record stands for each class and lives as long as the process; two records are the
 /// same class exactly when they are the same object. Any thread.
-struct Class {
+struct ZEF_EXPORT Class {
     const char* name;
     const Class* superclass;
 

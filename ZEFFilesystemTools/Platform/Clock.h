@@ -7,7 +7,7 @@
 namespace zef {
 
 /// Tells the time, and lets it pass. Any thread.
-class Clock : public SharedService<Clock> {
+class ZEF_EXPORT Clock : public SharedService<Clock> {
 public:
     virtual ~Clock() = default;
 

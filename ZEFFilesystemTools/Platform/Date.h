@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 #include <chrono>
 #include <compare>
 
 namespace zef {
 
 /// A moment, as seconds since the reference date, 1 January 2001 00:00 UTC.
-class Date {
+class ZEF_EXPORT Date {
 public:
     /// Seconds from 1 January 1970 to the reference date.
     static constexpr double referenceDateSince1970 = 978307200.0;

@@ -13,7 +13,7 @@ namespace zef {
 /// without pointers, to be copied freely. `Locator` turns it into the object's current URL.
 ///
 /// Any thread; plain data.
-class FSRef {
+class ZEF_EXPORT FSRef {
 public:
     /// An empty reference, to no object.
     FSRef() = default;
@@ -63,6 +63,6 @@ static_assert(sizeof(FSRef) == 80 && std::is_trivially_copyable_v<FSRef>);
 /// equal numbers don't suffice: another birth time makes another object, unless the handles agree
 /// (overlayfs changes the birth time of a file at its first write). Asks the disk for a handle only
 /// when the birth times differ. Any thread.
-bool sameObject(const Stat& stat, const FSRef& recorded, const char* path);
+ZEF_EXPORT bool sameObject(const Stat& stat, const FSRef& recorded, const char* path);
 
 } // namespace zef

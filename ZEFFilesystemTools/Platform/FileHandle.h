@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -10,7 +12,7 @@ namespace zef {
 /// The file system's own lasting name for an object (name_to_handle_at(2)), which contains the
 /// generation of its inode number where the file system has one. Handles longer than 40 bytes are
 /// kept as a digest, which still tells two objects apart.
-struct FileHandle {
+struct ZEF_EXPORT FileHandle {
     std::uint8_t type = 0;
     std::uint8_t length = 0;
     bool isDigest = false;

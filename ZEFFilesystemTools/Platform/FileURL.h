@@ -19,7 +19,7 @@ enum class URLKind { file, folder };
 /// Two URLs are equal when their strings are, so the slash at the end counts. The bytes of a path
 /// are never recoded. All URLs of one folder share that folder's path. Any thread may use a URL of
 /// its own; one `FileURL` object belongs to one thread at a time.
-class FileURL {
+class ZEF_EXPORT FileURL {
 public:
     FileURL() noexcept;
     FileURL(std::nullptr_t) noexcept;

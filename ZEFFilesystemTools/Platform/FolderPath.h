@@ -14,7 +14,7 @@ namespace zef {
 ///
 /// Two folder paths with the same bytes are the same object while either is in use, so comparing
 /// them is comparing pointers. Immutable; any thread.
-class FolderPath {
+class ZEF_EXPORT FolderPath {
 public:
     /// The one folder path with these bytes, which must end in '/'.
     static Ref<const FolderPath> of(std::string_view bytes);

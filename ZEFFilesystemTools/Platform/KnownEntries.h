@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 #include <cstdint>
 #include <string_view>
 
 namespace zef {
 
 /// Says which entries of a folder its reader knows already.
-class KnownEntries {
+class ZEF_EXPORT KnownEntries {
 public:
     virtual ~KnownEntries() = default;
 

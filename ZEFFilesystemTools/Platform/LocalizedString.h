@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 #include <functional>
 #include <string>
 
@@ -12,11 +14,11 @@ using Localizer = std::function<std::string(const std::string& key)>;
 
 /// The text for `key`, from the host's localizer. The only key that the library asks for is
 /// "Computer". Any thread; calls the localizer with no lock held.
-std::string localizedString(const std::string& key);
+ZEF_EXPORT std::string localizedString(const std::string& key);
 
 /// Lets `localizer` translate from now on; an empty one gives back the default, which is
 /// gettext(3) with the host's text domain. Returns the one until now, empty for the default. Any
 /// thread.
-Localizer setLocalizer(Localizer localizer);
+ZEF_EXPORT Localizer setLocalizer(Localizer localizer);
 
 } // namespace zef

@@ -23,7 +23,7 @@ enum class DescriptorPolicy {
 /// It holds O_PATH descriptors within a budget, uses handles where the process may open them, and
 /// otherwise looks at the last known path, its folder and other folders that it knows. Every answer
 /// is verified by a fresh look at the disk. Any thread.
-class Locator : public SharedService<Locator> {
+class ZEF_EXPORT Locator : public SharedService<Locator> {
 public:
     virtual ~Locator() = default;
 

@@ -8,7 +8,7 @@
 namespace zef {
 
 /// A lock that several parties hold a reference to. Not recursive; any thread.
-class Lock final : public ZEFObject {
+class ZEF_EXPORT Lock final : public ZEFObject {
 public:
     void lock() { _mutex.lock(); }
     void unlock() { _mutex.unlock(); }

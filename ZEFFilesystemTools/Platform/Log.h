@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 #include <functional>
 #include <string>
 #include <string_view>
@@ -14,15 +16,15 @@ using LogSink = std::function<void(std::string_view line)>;
 /// escaped (\n, \x1b) so that a file's name can't break the line or drive a terminal. Never fails
 /// and leaves errno alone: a line that the sink throws at goes to the default one. Any thread;
 /// calls the sink with no lock held.
-void log(const char* format, ...) __attribute__((format(printf, 1, 2)));
+ZEF_EXPORT void log(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 /// Sends every later line to `sink`; an empty sink gives back the default, which writes
 /// `YYYY-MM-DD hh:mm:ss PROGRAM[PID]: line` in local time to standard error. Returns the sink until
 /// now, empty for the default. A line that another thread is logging may still reach the old sink
 /// after the return. Any thread.
-LogSink setLogSink(LogSink sink);
+ZEF_EXPORT LogSink setLogSink(LogSink sink);
 
 /// `text`, or "(null)" for null: what the log shows for nil.
-const char* logText(const char* text);
+ZEF_EXPORT const char* logText(const char* text);
 
 } // namespace zef

@@ -6,7 +6,7 @@
 namespace zef {
 
 /// A whole number as an object; equal to every other one with the same value. Immutable.
-class Number final : public ZEFObject {
+class ZEF_EXPORT Number final : public ZEFObject {
 public:
     static const Class classObject;
     const Class& objectClass() const override { return classObject; }

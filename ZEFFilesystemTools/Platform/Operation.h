@@ -15,7 +15,7 @@ enum class QueuePriority : int { veryLow = -8, low = -4, normal = 0, high = 4, v
 ///
 /// Subclasses override `main`. `cancel`, `isCancelled`, `isExecuting` and `isFinished` may be used
 /// on any thread; everything `main` wrote is visible to a thread that has seen `isFinished`.
-class Operation : public ZEFObject {
+class ZEF_EXPORT Operation : public ZEFObject {
 public:
     static const Class classObject;
     const Class& objectClass() const override;

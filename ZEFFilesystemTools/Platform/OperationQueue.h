@@ -15,7 +15,7 @@ namespace zef {
 /// is let go still runs what waits; if it is suspended, what waits is cancelled and finished
 /// without having run. Threads that are still busy when the process exits are no harm. Nothing
 /// survives fork(2): a child must not use its parent's queues. Any thread.
-class OperationQueue final : public ZEFObject {
+class ZEF_EXPORT OperationQueue final : public ZEFObject {
 public:
     static const Class classObject;
     const Class& objectClass() const override;
@@ -56,6 +56,6 @@ private:
 
 /// The number of processors that the calling thread and those it starts may run on, at least 1
 /// (sched_getaffinity(2)).
-std::size_t onlineProcessorCount();
+ZEF_EXPORT std::size_t onlineProcessorCount();
 
 } // namespace zef

@@ -14,7 +14,7 @@ namespace zef {
 /// were inserted. One thread at a time.
 ///
 /// It may be changed while it is walked by index: an element keeps its index until `compact`.
-template <typename T> class OrderedSet {
+template <typename T> class ZEF_EXPORT OrderedSet {
 public:
     explicit OrderedSet(std::size_t capacity) { rebuildSlots(capacity); }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 #include <climits>
 #include <cstddef>
 #include <cstdlib>
@@ -11,7 +13,7 @@ namespace zef {
 
 /// The bytes of a path with a NUL after them, in place: what system calls want. PATH_MAX - 1 bytes
 /// at the most (path_resolution(7)).
-class PathBytes {
+class ZEF_EXPORT PathBytes {
 public:
     PathBytes() { _bytes[0] = '\0'; }
 
@@ -42,7 +44,7 @@ private:
 };
 
 /// Gives a path buffer back with free(3).
-struct PathBufferDeleter {
+struct ZEF_EXPORT PathBufferDeleter {
     void operator()(char* bytes) const { std::free(bytes); }
 };
 
@@ -51,6 +53,6 @@ struct PathBufferDeleter {
 using PathBuffer = std::unique_ptr<char, PathBufferDeleter>;
 
 /// A buffer of its own with these bytes.
-PathBuffer makePathBuffer(std::string_view bytes);
+ZEF_EXPORT PathBuffer makePathBuffer(std::string_view bytes);
 
 } // namespace zef

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 #include <cstddef>
 #include <type_traits>
 #include <utility>
@@ -11,7 +13,7 @@ namespace zef {
 ///
 /// A raw pointer borrows; a `Ref` owns. Copying retains, moving hands the reference over. Any
 /// thread may copy a `Ref` of its own; one `Ref` object belongs to one thread at a time.
-template <typename T> class Ref {
+template <typename T> class ZEF_EXPORT Ref {
 public:
     constexpr Ref() noexcept = default;
     constexpr Ref(std::nullptr_t) noexcept { }

@@ -22,7 +22,7 @@ enum class TimerModes { defaultMode, common };
 /// change the mode and call `perform` or `run` again, but not end the loop's life. An exception
 /// that a callback lets out passes through `perform` and `run`; what was left of the pass is done
 /// in the next one. Nothing survives fork(2): a child must not use its parent's loops.
-class RunLoop {
+class ZEF_EXPORT RunLoop {
 public:
     /// The calling thread's loop, made at the first call; lives until the thread ends, after the
     /// thread's own thread_local objects. The main thread's is never destroyed.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 #include <atomic>
 
 namespace zef {
@@ -9,7 +11,7 @@ namespace zef {
 ///
 /// `Service` defines `static Service& system()`, the real one, which is never destroyed because
 /// late threads may still ask for it.
-template <typename Service> class SharedService {
+template <typename Service> class ZEF_EXPORT SharedService {
 public:
     /// The instance that the library uses. Any thread.
     static Service& shared()

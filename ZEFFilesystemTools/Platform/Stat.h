@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 #include <cstdint>
 #include <ctime>
 
 namespace zef {
 
 /// What the system tells of one object on disk in one call (statx(2)).
-struct Stat {
+struct ZEF_EXPORT Stat {
     std::uint32_t device = 0;
     std::uint32_t mode = 0;
     std::uint64_t inode = 0;

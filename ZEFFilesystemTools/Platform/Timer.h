@@ -21,7 +21,7 @@ enum class Repeats { no, yes };
 /// invalidated, or when its running action has returned. A timer never fires inside its own action:
 /// firings that fall due meanwhile are dropped, as are those that a busy thread missed, and the
 /// times of the later ones don't shift. Belongs to its run loop's thread.
-class Timer final : public ZEFObject {
+class ZEF_EXPORT Timer final : public ZEFObject {
 public:
     using Action = std::function<void(Timer&)>;
 

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
+
 #include <cstddef>
 #include <string>
 
 namespace zef {
 
 /// Why a request to move files to the trash was not carried out.
-struct TrashRefusal {
+struct ZEF_EXPORT TrashRefusal {
     /// The position of the file that stood in the way.
     std::size_t index = 0;
     /// The errno value that comes nearest; 0 when nothing was refused.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Export.h"
 #include "ZEFFilesystemTools/Platform/TypeIdentifiers.h"
 
 #include <memory>
@@ -14,7 +15,7 @@ namespace zef {
 /// table, completed from the system's shared MIME database where that is installed.
 ///
 /// Identifiers are compared without case. Immutable once made; any thread.
-class TypeTable {
+class ZEF_EXPORT TypeTable {
 public:
     /// The table of this system, loaded on the first call from the folders that `XDG_DATA_HOME`
     /// and `XDG_DATA_DIRS` name, and never destroyed.

@@ -13,7 +13,7 @@ namespace zef {
 
 /// A mutable array of plain values (strings, URLs); itself counted, so that several parties can
 /// hold the same array. One thread at a time; whoever shares it guards it.
-template <typename Value> class ValueArray final : public ZEFObject {
+template <typename Value> class ZEF_EXPORT ValueArray final : public ZEFObject {
 public:
     ValueArray() = default;
 

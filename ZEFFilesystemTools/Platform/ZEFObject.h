@@ -12,7 +12,7 @@
 ///
 /// An object starts with one reference, which `zef::makeRef` hands to its caller. Counting is safe
 /// on any thread; everything else is as each class says.
-class ZEFObject {
+class ZEF_EXPORT ZEFObject {
 public:
     static const zef::Class classObject;
 

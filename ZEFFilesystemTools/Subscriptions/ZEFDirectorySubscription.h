@@ -10,13 +10,13 @@
 class ZEFDirectorySubscription;
 
 /// Called by the timer of a background load; sends the subscription `ZEF_checkAsyncLoadingQueue`.
-void ZEFAsynchronousLoadingTimerCallback(zef::Timer*, ZEFDirectorySubscription*);
+ZEF_EXPORT void ZEFAsynchronousLoadingTimerCallback(zef::Timer*, ZEFDirectorySubscription*);
 
 /// Watches the contents of one folder for its subscribers.
 ///
 /// Belongs to one thread, whose run loop drives its background load. Subscribers are called on that
 /// thread, synchronously; they are not retained and don't keep the subscription alive.
-class ZEFDirectorySubscription final : public ZEFObject {
+class ZEF_EXPORT ZEFDirectorySubscription final : public ZEFObject {
 public:
     static const zef::Class classObject;
     const zef::Class& objectClass() const override { return classObject; }

@@ -9,7 +9,7 @@ class ZEFDirectorySubscription;
 
 /// What a subscriber answers to. It is a `ZEFObject` that also inherits from this protocol, and it
 /// is never retained: unsubscribe it before it dies.
-class ZEFDirectorySubscriptionProtocol {
+class ZEF_EXPORT ZEFDirectorySubscriptionProtocol {
 public:
     /// `changes` were found in the folder of `subscription`; both are borrowed. Called on the
     /// thread that polls. May subscribe, unsubscribe and ask for anything.

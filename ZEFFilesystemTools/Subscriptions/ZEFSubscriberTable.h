@@ -10,7 +10,7 @@ class ZEFDirectorySubscriptionProtocol;
 
 /// The subscribers of one folder: not retained, told apart by their own equality, in the order in
 /// which they subscribed. One thread.
-class ZEFSubscriberTable {
+class ZEF_EXPORT ZEFSubscriberTable {
 public:
     struct Entry {
         ZEFObject* object;

@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// Stands before what a host may use of the library; everything else is hidden in the shared
+/// library. Types that cross the border have it too, so that both sides agree which type an
+/// exception or a cast is of.
+#define ZEF_EXPORT __attribute__((visibility("default")))
