@@ -8,8 +8,8 @@ constexpr std::size_t capacityHint = 500;
 } // namespace
 
 ZEFFileManager::Directories::Directories()
-    : _directories(zef::makeRef<zef::Array<ZEFDirectorySubscription>>(capacityHint))
-    , _directoriesDict(capacityHint)
+    : _directoriesDict(capacityHint)
+    , _directories(zef::makeRef<zef::Array<ZEFDirectorySubscription>>(capacityHint))
 {
 }
 

@@ -34,7 +34,8 @@ private:
         }
     };
 
-    zef::Ref<zef::Array<ZEFDirectorySubscription>> _directories;
+    // The list is given up before the table: members go the other way round.
     std::unordered_map<zef::Ref<ZEFFileItem>, zef::Ref<ZEFDirectorySubscription>, Hash, Equal>
         _directoriesDict;
+    zef::Ref<zef::Array<ZEFDirectorySubscription>> _directories;
 };
