@@ -54,6 +54,7 @@ TEST_F(ZEFFileManagerListingTest, ListsWholeAlsoWhereFoldersLoadInTheBackground)
     manager.setAsynchronous(true);
 
     EXPECT_EQ(listed(), Names({ "a", "b" }));
+    EXPECT_EQ(loop.secondsUntilNextTimer(), never);
 }
 
 TEST_F(ZEFFileManagerListingTest, GivesTheItemsThatTheSubscriptionOfAWatchedFolderKnows)

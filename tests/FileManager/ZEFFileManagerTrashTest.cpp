@@ -2,6 +2,7 @@
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
 
+#include "tests/support/DiskCalls.h"
 #include "tests/support/EnvironmentVariable.h"
 #include "tests/support/FakeTrash.h"
 #include "tests/support/ManagerFixture.h"
@@ -54,9 +55,16 @@ protected:
     EnvironmentVariable dataHome{ "XDG_DATA_HOME", folder.path("data") };
 };
 
-TEST_F(ZEFFileManagerTrashTest, TakesNoArrayForDone)
+TEST_F(ZEFFileManagerTrashTest, TakesNoArrayForDoneAndWaitsAndPollsToo)
 {
-    EXPECT_TRUE(manager.moveFilesToTrash(nullptr));
+    auto& subscriber = newSubscriber();
+    subscribe(subscriber);
+    folder.write("watched/new");
+
+    const auto time = duration([&] { EXPECT_TRUE(manager.moveFilesToTrash(nullptr)); });
+
+    EXPECT_NEAR(time, pause, 1e-9);
+    EXPECT_THAT(subscriber.calls, SizeIs(1));
     EXPECT_TRUE(manager.ZEF_moveFilesToTrash(nullptr));
 }
 
@@ -226,6 +234,24 @@ TEST_F(ZEFFileManagerTrashTest, MovesNothingOfARequestWithAFileThatIsGone)
     EXPECT_TRUE(folder.exists("good"));
     EXPECT_FALSE(folder.exists("data/Trash/files/good"));
     EXPECT_EQ(manager.lastTrashRefusal().index, 1u);
+}
+
+TEST_F(ZEFFileManagerTrashTest, LogsAMoveThatTheDiskRefuses)
+{
+    const auto one = newItem("one");
+    const auto two = newItem("two");
+    DiskCalls disk;
+    disk.answer = [](const std::string& call) {
+        return call == "move two" ? std::optional(EIO) : std::nullopt;
+    };
+
+    EXPECT_FALSE(manager.moveFilesToTrash(array({ one, two }).get()));
+
+    EXPECT_THAT(log.lines(), ElementsAre("Move to trash produced error -36"));
+    log.clear();
+    EXPECT_TRUE(folder.exists("one") && folder.exists("two"));
+    EXPECT_EQ(manager.lastTrashRefusal().index, 1u);
+    EXPECT_EQ(manager.lastTrashRefusal().error, EIO);
 }
 
 TEST_F(ZEFFileManagerTrashTest, MovesFilesAlsoAfterShutdown)
