@@ -2,40 +2,80 @@
 #include "ZEFFilesystemTools/Platform/Trash.h"
 
 #include "tests/support/TrashFixture.h"
+#include "tests/support/TrashVolumesFixture.h"
 
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 
+#include <sys/stat.h>
+
 namespace {
 
 using testing::HasSubstr;
+
+bool areInstalled()
+{
+    return std::system("command -v trash-list trash-restore >/dev/null") == 0;
+}
+
+/// What a shell command writes.
+std::string output(const std::string& command)
+{
+    std::string text;
+    std::array<char, 4096> bytes;
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(
+        ::popen((command + " 2>&1").c_str(), "r"), ::pclose);
+    while (pipe && std::fgets(bytes.data(), bytes.size(), pipe.get()))
+        text += bytes.data();
+    return text;
+}
+
+std::string listed()
+{
+    return output("LC_ALL=C.UTF-8 trash-list");
+}
+
+std::string restoreFirstOf(const std::string& folder)
+{
+    return output("cd / && echo 0 | LC_ALL=C.UTF-8 trash-restore '" + folder + "'");
+}
 
 /// Whether another program that knows the trash, trash-cli, finds its way in ours.
 class TrashReadersTest : public TrashFixture {
 protected:
     void SetUp() override
     {
-        if (std::system("command -v trash-list trash-restore >/dev/null") != 0)
+        if (!areInstalled())
             GTEST_SKIP() << "trash-cli is not installed";
     }
 
-    /// What a shell command writes.
-    static std::string output(const std::string& command)
+    std::string restoreFirst() const { return restoreFirstOf(folder.path("files")); }
+};
+
+/// The same on another volume than the home trash's.
+class TrashReadersOnVolumesTest : public TrashVolumesFixture {
+protected:
+    void SetUp() override
     {
-        std::string text;
-        std::array<char, 4096> bytes;
-        const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(
-            ::popen((command + " 2>&1").c_str(), "r"), ::pclose);
-        while (pipe && std::fgets(bytes.data(), bytes.size(), pipe.get()))
-            text += bytes.data();
-        return text;
+        if (!areInstalled())
+            GTEST_SKIP() << "trash-cli is not installed";
     }
 
-    std::string restoreFirst() const
+    /// Whether a file of the volume is listed with its former path and comes back.
+    bool isListedAndRestored(const std::string& name)
     {
-        return output("cd / && echo 0 | trash-restore '" + folder.path("files") + "'");
+        const auto path = volume(name);
+        write(path, "contents");
+        if (trash({ path }) != zef::TrashOutcome::moved || exists(path))
+            return false;
+        const auto list = listed();
+        const auto text = restoreFirstOf(std::filesystem::path(path).parent_path());
+        const bool isBack = exists(path);
+        if (!isBack)
+            std::cerr << list << text;
+        return isBack && list.find(' ' + path + '\n') != std::string::npos;
     }
 };
 
@@ -45,7 +85,7 @@ TEST_F(TrashReadersTest, ListWhereTheFilesWere)
     folder.write("files/\u00e4\u20ac");
     trash(Names{ "files/a b.txt", "files/\u00e4\u20ac" });
 
-    const auto list = output("LC_ALL=C.UTF-8 trash-list");
+    const auto list = listed();
 
     EXPECT_THAT(list, HasSubstr(folder.path("files/a b.txt")));
     EXPECT_THAT(list, HasSubstr(folder.path("files/\u00e4\u20ac")));
@@ -84,6 +124,47 @@ TEST_F(TrashReadersTest, RestoreAFileWhoseNameWasCut)
     const auto text = restoreFirst();
 
     EXPECT_TRUE(folder.exists(name)) << text;
+}
+
+TEST_F(TrashReadersTest, RestoreALinkAndNotWhatItLeadsTo)
+{
+    folder.write("files/target");
+    folder.symlink("target", "files/link");
+    trash(Names{ "files/link" });
+
+    const auto text = restoreFirst();
+
+    EXPECT_EQ(std::filesystem::read_symlink(folder.path("files/link")), "target") << text;
+}
+
+TEST_F(TrashReadersTest, KnowBothOfTwoFilesOfOneName)
+{
+    folder.makeFolder("files/d");
+    folder.write("files/a");
+    folder.write("files/d/a");
+    trash(Names{ "files/a", "files/d/a" });
+
+    const auto list = listed();
+
+    EXPECT_THAT(list, HasSubstr(folder.path("files/a") + '\n'));
+    EXPECT_THAT(list, HasSubstr(folder.path("files/d/a") + '\n'));
+}
+
+TEST_F(TrashReadersOnVolumesTest, ListAndRestoreFromTheUsersTrash)
+{
+    run([this](Mounts) {
+        std::filesystem::create_directory(volume("d"));
+        return isListedAndRestored("d/50% \u00e4") && exists(volume(own));
+    });
+}
+
+TEST_F(TrashReadersOnVolumesTest, ListAndRestoreFromTheAdministratorsTrash)
+{
+    run([this](Mounts) {
+        std::filesystem::create_directory(volume(".Trash"));
+        ::chmod(volume(".Trash").c_str(), 01777);
+        return isListedAndRestored("a") && exists(volume(shared)) && !exists(volume(own));
+    });
 }
 
 } // namespace

@@ -1,107 +1,17 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/Trash.h"
-
-#include "tests/support/ChildProcess.h"
-#include "tests/support/EnvironmentVariable.h"
-#include "tests/support/PrivateMounts.h"
-#include "tests/support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/TrashVolumesFixture.h"
 
 #include <cerrno>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <iostream>
-#include <string>
-#include <vector>
 
 #include <sys/mount.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
 namespace fs = std::filesystem;
 using zef::TrashOutcome;
 
-constexpr int passed = 0;
-constexpr int failed = 1;
-constexpr int impossible = 2;
-
-const std::string own = ".Trash-" + std::to_string(::geteuid());
-
-/// A volume mounted at "volume", beside the home trash's. Each test works with mounts of its own in
-/// a child process, which says how it went.
-class TrashVolumesTest : public testing::Test {
-protected:
-    using Mounts = PrivateMounts&;
-
-    TrashVolumesTest()
-    {
-        folder.makeFolder("volume");
-        folder.makeFolder("other");
-    }
-
-    void run(const std::function<bool(Mounts)>& work)
-    {
-        const int result = resultInChildProcess([&] {
-            PrivateMounts mounts;
-            if (!mounts || !mounts.mountMemory(path("volume")))
-                return impossible;
-            const bool isGood = work(mounts);
-            if (!isGood)
-                std::cerr << "refused because of: " << refusal.reason << '\n';
-            return isGood ? passed : failed;
-        });
-        if (result == impossible)
-            GTEST_SKIP() << "no mounts to be had";
-        EXPECT_EQ(result, passed);
-    }
-
-    std::string path(const std::string& name) const { return folder.path(name); }
-
-    std::string volume(const std::string& name) const { return path("volume/" + name); }
-
-    static void write(const std::string& path, const std::string& text = "text")
-    {
-        std::ofstream(path) << text;
-    }
-
-    static bool exists(const std::string& path) { return fs::exists(fs::symlink_status(path)); }
-
-    TrashOutcome trash(const std::vector<std::string>& paths)
-    {
-        std::vector<zef::TrashEntry> entries;
-        for (const auto& each : paths) {
-            zef::Stat stat;
-            zef::FileSystem::system().statLink(each.c_str(), stat);
-            entries.push_back(
-                { zef::FSRef(stat), zef::FileURL::fromPath(each, zef::URLKind::file) });
-        }
-        return zef::Trash::system().moveToTrash(entries, refusal);
-    }
-
-    bool isRefused(const std::vector<std::string>& paths, int error)
-    {
-        return trash(paths) == TrashOutcome::refused && refusal.error == error
-            && refusal.index == paths.size() - 1 && exists(paths.front());
-    }
-
-    /// Whether the record in a volume's trash has this path.
-    bool isRecorded(const std::string& trash, const std::string& name, const std::string& original)
-    {
-        std::ifstream file(volume(trash + "/info/" + name + ".trashinfo"));
-        std::string line;
-        return std::getline(file, line) && line == "[Trash Info]" && std::getline(file, line)
-            && line == "Path=" + original;
-    }
-
-    TemporaryFolder folder;
-    EnvironmentVariable dataHome{ "XDG_DATA_HOME", folder.path("data") };
-    zef::TrashRefusal refusal;
-};
+class TrashVolumesTest : public TrashVolumesFixture { };
 
 TEST_F(TrashVolumesTest, AFileGoesToTheTrashOfItsVolumeWithARelativePath)
 {
@@ -137,7 +47,6 @@ TEST_F(TrashVolumesTest, ARefusalOnOneVolumeKeepsTheFilesOfAnother)
 TEST_F(TrashVolumesTest, TheAdministratorsStickyFolderComesFirst)
 {
     run([this](Mounts) {
-        const auto shared = ".Trash/" + std::to_string(::geteuid());
         fs::create_directory(volume(".Trash"));
         ::chmod(volume(".Trash").c_str(), 01777);
         write(volume("a"));
@@ -175,10 +84,26 @@ TEST_F(TrashVolumesTest, APlantedLinkInTheSharedFolderIsNotFollowed)
         fs::create_directory(volume(".Trash"));
         ::chmod(volume(".Trash").c_str(), 01777);
         fs::create_directory(volume("planted"));
-        fs::create_symlink("../planted", volume(".Trash/" + std::to_string(::geteuid())));
+        fs::create_symlink("../planted", volume(shared));
         write(volume("a"));
         return trash({ volume("a") }) == TrashOutcome::moved && exists(volume(own + "/files/a"))
             && fs::is_empty(volume("planted"));
+    });
+}
+
+TEST_F(TrashVolumesTest, AFolderOfAnotherUserInTheSharedFolderIsNotUsed)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root can make folders of another user";
+    run([this](Mounts) {
+        fs::create_directory(volume(".Trash"));
+        ::chmod(volume(".Trash").c_str(), 01777);
+        fs::create_directory(volume(shared));
+        if (::chown(volume(shared).c_str(), 65534, 65534) != 0)
+            return false;
+        write(volume("a"));
+        return trash({ volume("a") }) == TrashOutcome::moved && exists(volume(own + "/files/a"))
+            && fs::is_empty(volume(shared));
     });
 }
 
