@@ -53,7 +53,7 @@ public:
     /// Nil also for a path longer than PATH_MAX allows.
     zef::PathBuffer filesystemRepresentation();
     const zef::FSRef* fsRef() const;
-    bool refValid() const { return _state.has(refValidState); }
+    bool refValid() const { return _state.has(refValidState); } ///< Whether there is an `fsRef`.
     /// The date last seen through the item itself, kept until a change is seen.
     std::optional<zef::Date> modificationDate();
 
@@ -66,7 +66,8 @@ public:
     /// before and nothing has changed.
     std::optional<zef::Date> currentModificationDate();
 
-    // Kernel queue: notices what time stamps don't show.
+    // Kernel queue: asked instead of time stamps from `initKQueue` on, which begins anew, until
+    // `endKQueue`.
     void initKQueue();
     void endKQueue();
     bool usingKQueue() const { return _kernelQueue >= 0; }
@@ -80,7 +81,7 @@ public:
     ZEFFileChanges changesForObserver(const ZEFObject* observer);
     /// Asks for a registered observer; YES, and `updateForEvent` is sent, if something happened.
     bool updateForObserver(const ZEFObject* observer);
-    void eventOccurred(const ZEFChangeRecord*);
+    void eventOccurred(const ZEFChangeRecord*); ///< Sends `updateForEvent`.
     /// For subclasses: something happened to the file.
     virtual void updateForEvent(const ZEFChangeRecord*);
 
@@ -115,7 +116,6 @@ protected:
 private:
     enum Mark : std::uint8_t { basicDirectoryMark = 1, symlinkMark = 2 };
     enum State : std::uint8_t { validState = 1, refValidState = 2, referenceKeptState = 4 };
-
     void takeStat(const zef::Stat&);
     void takeReference(const zef::FSRef*, const zef::Stat*);
     zef::FSRef identity() const;

@@ -50,7 +50,8 @@ public:
 
     // File tracking. Subscribers are never retained. Results are borrowed.
 
-    /// The subscription of the folder, shared by all its subscribers; nil when there can be none.
+    /// The subscription of the folder, shared by all its subscribers; nil when there can be none,
+    /// as for a link to a folder.
     ZEFDirectorySubscription* subscribeForFile(ZEFObject* subscriber, ZEFFileItem* file);
     ZEFDirectorySubscription* subscribeForPath(ZEFObject* subscriber, std::string_view path);
     ZEFDirectorySubscription* subscribeForURL(ZEFObject* subscriber, const zef::FileURL& url);
@@ -74,11 +75,12 @@ public:
     /// Whether new subscriptions load their folders in the background; NO at first.
     bool asynchronous() const { return _asynchronous; }
 
-    /// Seconds; kept as a 32-bit float.
+    /// Seconds between two polls, the next of which is that far away then; kept as a 32-bit float.
     void setPollingInterval(double seconds);
     /// 3.0 at first.
     float pollingInterval() const { return _pollingInterval; }
 
+    /// While paused the timer doesn't poll.
     void setPaused(bool);
     bool isPaused() const { return _paused; }
     void pause() { setPaused(true); }

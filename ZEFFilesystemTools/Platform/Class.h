@@ -3,6 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/Export.h"
 
+/// What stands for the system: URLs, references, the run loop, timers, queues and the like.
 namespace zef {
 
 /// What a class knows of itself when it is used as a value: its name and its superclass.

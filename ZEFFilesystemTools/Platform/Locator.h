@@ -57,7 +57,10 @@ public:
     /// limit, at least 64 and at most 4096.
     virtual void setDescriptorBudget(std::size_t) = 0;
     virtual std::size_t descriptorBudget() const = 0;
+    /// How many are held now.
     virtual std::size_t heldDescriptorCount() const = 0;
+    /// `fixedVolumes` at first. Closes what may not be held any more, and ends what `releaseVolume`
+    /// asked for.
     virtual void setDescriptorPolicy(DescriptorPolicy) = 0;
 };
 

@@ -13,9 +13,9 @@ namespace zef {
 using LogSink = std::function<void(std::string_view line)>;
 
 /// Writes one line of any length to the log: `format` as printf(3) has it, control characters
-/// escaped (\n, \x1b) so that a file's name can't break the line or drive a terminal. Never fails
-/// and leaves errno alone: a line that the sink throws at goes to the default one. Any thread;
-/// calls the sink with no lock held.
+/// escaped (`\n`, `\x1b`) so that a file's name can't break the line or drive a terminal. Never
+/// fails and leaves errno alone: a line that the sink throws at goes to the default one. Any
+/// thread; calls the sink with no lock held.
 ZEF_EXPORT void log(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 /// Sends every later line to `sink`; an empty sink gives back the default, which writes

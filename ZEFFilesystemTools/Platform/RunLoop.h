@@ -66,6 +66,7 @@ public:
     RunLoopMode mode() const;
     /// For a host's nested loop: timers of other modes pause until `popMode`.
     void pushMode(RunLoopMode);
+    /// Back to the mode before the latest `pushMode`.
     void popMode();
 
     /// Adds a valid timer and keeps it alive until it is invalidated. Nil and an invalid timer do

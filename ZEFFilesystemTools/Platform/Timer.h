@@ -36,6 +36,7 @@ public:
 
     /// Stops the timer for good and lets go of its action. Harmless when it is invalid already.
     void invalidate();
+    /// Whether it is going to fire, or would once it is added to a run loop.
     bool isValid() const { return _valid; }
 
     /// Seconds between two firings.

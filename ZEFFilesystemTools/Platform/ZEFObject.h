@@ -19,6 +19,7 @@ public:
     ZEFObject(const ZEFObject&) = delete;
     ZEFObject& operator=(const ZEFObject&) = delete;
 
+    /// Takes one more reference.
     void retain() const noexcept;
 
     /// Gives up one reference; the last one sends `dealloc` on the calling thread.
@@ -33,6 +34,7 @@ public:
 
     /// The class that this object was made as.
     virtual const zef::Class& objectClass() const;
+    /// Whether the object's class is this one or inherits from it.
     bool isKindOfClass(const zef::Class&) const;
 
     /// Equality of what the objects stand for; identity unless a class says more. NO for nil.

@@ -38,6 +38,7 @@ public:
     void subscribe(ZEFObject* subscriber);
     /// Removes a subscriber (nil: none) and returns how many are left.
     std::int32_t unsubscribe(ZEFObject* subscriber);
+    /// How many subscribers there are now.
     std::int32_t numberOfSubscribers() const;
     /// Calls each subscriber that is still one when its turn comes.
     void notifySubscribers(ZEFChangeArray* changes);
