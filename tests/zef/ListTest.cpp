@@ -91,8 +91,10 @@ TEST_F(ListTest, SaysWhatCannotBeListed)
     expectFailure(folder.path("missing"), "No such file or directory");
     expectFailure(folder.path(".hidden"), "Not a directory");
     settings.withoutPrivileges = true;
-    folder.chmod("a", 0);
-    expectFailure(folder.path("a"), "Permission denied");
+    for (const auto mode : { 0000u, 0400u, 0100u }) {
+        folder.chmod("a", mode);
+        expectFailure(folder.path("a"), "Permission denied");
+    }
 }
 
 TEST_F(ListTest, ServesTheContentsOfAFolder)

@@ -14,12 +14,14 @@ namespace tool {
 
 std::string reasonNotToWatch(const std::string& path)
 {
-    // What can be opened for reading can be listed.
     const int folder = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC);
     if (folder < 0)
         return std::strerror(errno);
+    // Where nothing can be looked up, the names alone make no items.
+    const bool isSearchable = faccessat(folder, ".", X_OK, AT_EACCESS) == 0;
+    std::string reason = isSearchable ? "" : std::strerror(errno);
     close(folder);
-    return {};
+    return reason;
 }
 
 std::string pathToWatch(const std::string& path)
