@@ -38,7 +38,7 @@ TEST_F(CommandLineTest, HelpsWithTheProgramAndWithEachCommand)
     ZefProcess program({ "--help" });
     const auto text = program.rest();
     for (const auto* name :
-        { "watch", "find", "list", "info", "archive", "resolve", "serve", "--version" })
+        { "watch", "find", "list", "info", "archive", "resolve", "trash", "serve", "--version" })
         EXPECT_TRUE(contains(text, name)) << name;
     EXPECT_EQ(program.status(), 0);
 
@@ -54,6 +54,10 @@ TEST_F(CommandLineTest, HelpsWithTheProgramAndWithEachCommand)
     const auto infoText = ZefProcess::run({ "info", "--help" }).output;
     for (const auto* option : { "--plain", "--json", "PATH" })
         EXPECT_TRUE(contains(infoText, option)) << option;
+    const auto listText = ZefProcess::run({ "list", "--help" }).output;
+    for (const auto* option : { "--plain", "--json", "FOLDER" })
+        EXPECT_TRUE(contains(listText, option)) << option;
+    EXPECT_TRUE(contains(ZefProcess::run({ "trash", "--help" }).output, "PATH"));
     const auto archiveText = ZefProcess::run({ "archive", "--help" }).output;
     EXPECT_TRUE(contains(archiveText, "--plain") && contains(archiveText, "PATH"));
     const auto resolveText = ZefProcess::run({ "resolve", "--help" }).output;
@@ -80,6 +84,9 @@ TEST_F(CommandLineTest, RefusesWrongUsage)
     expectWrongUsage({ "info" }, "PATH");
     expectWrongUsage({ "archive", "--json", "/tmp" }, "--json");
     expectWrongUsage({ "resolve", "extra" }, "extra");
+    expectWrongUsage({ "trash" }, "PATH");
+    expectWrongUsage({ "trash", "--json", "/tmp" }, "--json");
+    expectWrongUsage({ "info", "--depth", "1", "/tmp" }, "--depth");
     expectWrongUsage({ "serve", "extra" }, "extra");
 }
 
