@@ -6,6 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <memory>
+#include <set>
+
 namespace {
 
 using JSON = ServeClient::JSON;
@@ -80,6 +84,99 @@ TEST_F(TrashCommandTest, NamesTheRightPathBesideOneThatLeadsNowhere)
 TEST_F(TrashCommandTest, WantsAPath)
 {
     EXPECT_EQ(trash({}).status, 2);
+}
+
+TEST_F(TrashCommandTest, ShowsTheNameOfARefusedFileFitForATerminal)
+{
+    const std::string name = "a\n\x1b[31m";
+    for (const auto* made : { "data", "data/Trash", "data/Trash/files" })
+        folder.makeFolder(made);
+    folder.write("data/Trash/files/" + name);
+
+    const auto result = trash({ folder.path("data/Trash/files/" + name) });
+
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors,
+        line(folder.path("data/Trash/files/a\\n\\x1b[31m"), "it is in the trash already"));
+}
+
+TEST_F(TrashCommandTest, MovesALinkItselfUnlessASlashAsksForItsFolder)
+{
+    folder.makeFolder("d");
+    folder.symlink("d", "link");
+    folder.symlink("nowhere", "dangling");
+
+    EXPECT_EQ(trash({ folder.path("dangling") }).status, 0);
+    EXPECT_EQ(trash({ folder.path("link") + "/" }).status, 0);
+    EXPECT_FALSE(folder.exists("d"));
+    EXPECT_EQ(trash({ folder.path("link") }).status, 0);
+
+    for (const auto* name : { "dangling", "d", "link" })
+        EXPECT_TRUE(folder.exists(std::string("data/Trash/files/") + name)) << name;
+}
+
+TEST_F(TrashCommandTest, TakesEveryNameAsItIs)
+{
+    const ZefProcess::Settings inFolder{ .folder = folder.path() };
+    for (const auto* name : { "-x", "--plain", "[a,b]" })
+        folder.write(name);
+
+    EXPECT_EQ(ZefProcess::run({ "trash", "--", "-x", "--plain", "[a,b]" }, {}, inFolder).status, 0);
+
+    for (const auto* name : { "-x", "--plain", "[a,b]" })
+        EXPECT_TRUE(folder.exists(std::string("data/Trash/files/") + name)) << name;
+}
+
+TEST_F(TrashCommandTest, TwoProgramsGiveFilesOfOneNameNamesOfTheirOwn)
+{
+    constexpr int count = 40;
+    std::vector<std::unique_ptr<ZefProcess>> programs;
+    for (const std::string name : { "mine", "others" }) {
+        std::vector<std::string> arguments{ "trash" };
+        folder.makeFolder(name);
+        for (int number = 0; number < count; ++number) {
+            const auto file = name + "/" + std::to_string(number);
+            folder.write(file, file);
+            arguments.push_back(folder.path(file));
+        }
+        programs.push_back(std::make_unique<ZefProcess>(arguments));
+    }
+
+    for (const auto& program : programs)
+        EXPECT_EQ(program->status(), 0) << program->errorText();
+
+    std::set<std::string> contents;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path("data/Trash/files"))) {
+        const auto name = entry.path().filename().string();
+        contents.insert(folder.contents("data/Trash/files/" + name));
+        EXPECT_TRUE(folder.exists("data/Trash/info/" + name + ".trashinfo")) << name;
+    }
+    EXPECT_EQ(contents.size(), std::size_t{ 2 * count });
+}
+
+TEST_F(TrashCommandTest, OfTwoProgramsThatAreAskedForTheSameFileOneMovesIt)
+{
+    folder.write("a");
+    ZefProcess one({ "trash", folder.path("a") });
+    ZefProcess other({ "trash", folder.path("a") });
+
+    EXPECT_EQ(one.status() + other.status(), 1);
+    EXPECT_TRUE(folder.exists("data/Trash/files/a"));
+    EXPECT_FALSE(folder.exists("data/Trash/files/a.2"));
+}
+
+TEST_F(TrashCommandTest, TellsSubscribersOfOtherProgramsBeforeItAnswers)
+{
+    folder.makeFolder("watched");
+    folder.write("watched/a");
+    ServeClient client;
+    client.call("settings", { { "paused", true } });
+    client.call("subscribe", { { "subscriber", "s" }, { "path", folder.path("watched") } });
+    const auto id = client.call("fileItem", { { "path", folder.path("watched/a") } })["id"];
+
+    EXPECT_EQ(client.call("moveFilesToTrash", { { "ids", JSON::array({ id }) } }), true);
+
+    EXPECT_EQ(client.takeNotifications("directorySubscription.foundChanges").size(), 1u);
 }
 
 TEST_F(TrashCommandTest, ServesOtherPrograms)
