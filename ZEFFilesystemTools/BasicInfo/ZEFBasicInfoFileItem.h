@@ -61,7 +61,9 @@ public:
     bool isRealFile();
     /// Whether it is hidden from people. "/home/" and "/net/" always are.
     bool isInvisible();
+    /// Whether it is "/".
     bool isRootDirectory();
+    /// Whether it is "/Volumes/".
     bool isVolumesDirectory();
 
     /// Lets everything that depends on an alias's target be found out anew, except names, types

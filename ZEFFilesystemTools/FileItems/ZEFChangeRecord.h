@@ -17,6 +17,7 @@ public:
 
     ZEFChangeRecord(ZEFFileEvent, zef::Ref<ZEFFileItem>);
 
+    /// What happened.
     ZEFFileEvent event() const { return _event; }
 
     /// The file concerned, borrowed from the record.

@@ -40,7 +40,7 @@ public:
     std::uint64_t fileiNodeHash() const;
     /// Whether mode bit 0x4000 was set: folders, packages, sockets.
     bool isBasicDirectory() const { return _marks & basicDirectoryMark; }
-    bool isSymlink() const { return _marks & symlinkMark; }
+    bool isSymlink() const { return _marks & symlinkMark; } ///< Itself, whatever it leads to.
     zef::Ref<ZEFObject> copy() override;
     std::string description() const override;
 

@@ -82,6 +82,7 @@ public:
 
     /// While paused the timer doesn't poll.
     void setPaused(bool);
+    /// Whether the timer is kept from polling; NO at first.
     bool isPaused() const { return _paused; }
     void pause() { setPaused(true); }
     void unPause() { setPaused(false); }

@@ -10,7 +10,9 @@ namespace zef {
 /// A lock that several parties hold a reference to. Not recursive; any thread.
 class ZEF_EXPORT Lock final : public ZEFObject {
 public:
+    /// Waits for the lock and takes it.
     void lock() { _mutex.lock(); }
+    /// Gives the lock up.
     void unlock() { _mutex.unlock(); }
 
     /// Takes the lock if nobody has it; never waits. NO when it is taken.

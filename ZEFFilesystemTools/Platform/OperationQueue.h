@@ -34,6 +34,7 @@ public:
 
     /// How many operations run at once at the most; 1 or more. Running ones are not stopped.
     void setMaxConcurrentOperationCount(std::size_t);
+    /// How many run at once at the most.
     std::size_t maxConcurrentOperationCount() const;
 
     /// While suspended no waiting operation begins; running ones go on.
