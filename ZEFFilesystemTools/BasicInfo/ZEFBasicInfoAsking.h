@@ -9,7 +9,7 @@
 
 /// One question to a basic info item: gives what it knows already, or computes the answer with
 /// nothing locked and lets the item keep it, unless an event has dropped answers meanwhile.
-class ZEFBasicInfoFileItem::Asking {
+class ZEF_INTERNAL ZEFBasicInfoFileItem::Asking {
 public:
     explicit Asking(ZEFBasicInfoFileItem& item)
         : _item(item)

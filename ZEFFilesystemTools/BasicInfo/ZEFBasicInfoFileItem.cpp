@@ -48,7 +48,7 @@ std::string shown(const zef::FileURL& url)
 
 } // namespace
 
-struct ZEFBasicInfoFileItem::FolderKind {
+struct ZEF_INTERNAL ZEFBasicInfoFileItem::FolderKind {
     bool isDirectory = false;
     bool isPackage = false;
 };

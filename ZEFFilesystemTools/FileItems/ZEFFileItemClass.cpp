@@ -17,7 +17,7 @@ constexpr int mostLooks = 8;
 } // namespace
 
 // One call of the factory. What it lets go of, it lets go of after the registry is unlocked.
-class ZEFFileItemClass::Request {
+class ZEF_INTERNAL ZEFFileItemClass::Request {
 public:
     Request(const ZEFFileItemClass& fileClass, const zef::FileURL& url, const zef::FSRef* ref,
         const zef::Stat& stat)

@@ -7,7 +7,7 @@
 #include <unordered_map>
 
 /// The kept subscriptions: all of them in the order of creation, and the one of each folder.
-class ZEFFileManager::Directories {
+class ZEF_INTERNAL ZEFFileManager::Directories {
 public:
     Directories();
 

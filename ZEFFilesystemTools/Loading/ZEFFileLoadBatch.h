@@ -10,7 +10,7 @@
 #include <vector>
 
 /// The storage of one folder's listing, used for batch after batch.
-class ZEFFileLoadOperation::Batch {
+class ZEF_INTERNAL ZEFFileLoadOperation::Batch {
 public:
     static constexpr std::size_t size = 40;
 

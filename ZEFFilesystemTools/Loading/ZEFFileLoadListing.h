@@ -10,7 +10,7 @@
 /// Lists one folder for an operation, and in a recursive walk all that is below it. Keeps its place
 /// in the tree on the heap, so that a deep tree needs no more of the thread's stack than a flat
 /// one. Thread of the operation.
-class ZEFFileLoadOperation::Listing {
+class ZEF_INTERNAL ZEFFileLoadOperation::Listing {
 public:
     /// `checkedDirectories` (borrowed) are the folders that were listed already; null for a listing
     /// that does not descend.

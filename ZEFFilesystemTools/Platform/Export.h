@@ -5,3 +5,6 @@
 /// library. Types that cross the border have it too, so that both sides agree which type an
 /// exception or a cast is of.
 #define ZEF_EXPORT __attribute__((visibility("default")))
+
+/// Stands before a class within one of those that is nobody's business outside the library.
+#define ZEF_INTERNAL __attribute__((visibility("hidden")))

@@ -10,7 +10,7 @@ namespace zef {
 
 // The name's bytes follow the node in the same block of memory, so that a URL is one small
 // allocation beside the folder path that it shares with its neighbours.
-class FileURL::Node {
+class ZEF_INTERNAL FileURL::Node {
 public:
     static Ref<const Node> make(Ref<const FolderPath> folder, std::string_view name, URLKind kind)
     {

@@ -18,7 +18,8 @@ namespace zef {
 ///
 /// Wherever an operation may begin there is a thread that will look: one that is idle, one that
 /// will look again when its operation is finished, or one that is about to be started.
-class OperationQueue::Implementation : public std::enable_shared_from_this<Implementation> {
+class ZEF_INTERNAL OperationQueue::Implementation
+    : public std::enable_shared_from_this<Implementation> {
 public:
     explicit Implementation(double secondsIdleThreadsStay)
         : _idleTime(std::clamp(secondsIdleThreadsStay, 0.0, 1e9))

@@ -17,7 +17,7 @@ namespace zef {
 
 /// What is inside a run loop; part of it, and of no interest to anybody else. Times are whole
 /// nanoseconds of the loop's clock, so that a timer's grid never drifts.
-class RunLoop::Implementation {
+class ZEF_INTERNAL RunLoop::Implementation {
 public:
     Implementation(RunLoop&, Clock&);
 

@@ -62,7 +62,7 @@ std::vector<MimeDatabase> databasesIn(const std::vector<std::string>& folders)
 
 } // namespace
 
-class TypeTable::Storage {
+class ZEF_INTERNAL TypeTable::Storage {
 public:
     explicit Storage(const std::vector<std::string>& mimeFolders)
         : types(databasesIn(mimeFolders))

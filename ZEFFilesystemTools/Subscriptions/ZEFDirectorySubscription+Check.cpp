@@ -27,7 +27,7 @@ bool isShortageOfResources(std::int16_t result)
 // One comparison of the folder and its known items with their state at the last look. Item hooks
 // are called on the way and may do anything, so every walk goes by index over a set that keeps its
 // indexes.
-class ZEFDirectorySubscription::Check {
+class ZEF_INTERNAL ZEFDirectorySubscription::Check {
 public:
     explicit Check(ZEFDirectorySubscription& subscription)
         : _subscription(subscription)

@@ -25,7 +25,7 @@ constexpr double referenceInterval = 0.01;
 // Knows the entries that the check has just looked at one by one, so that listing the folder again
 // needs no second look at them. The listing mostly has the order in which they became known, so
 // the walk's next item is tried before the whole set.
-class ZEFDirectorySubscription::KnownItems final : public zef::KnownEntries {
+class ZEF_INTERNAL ZEFDirectorySubscription::KnownItems final : public zef::KnownEntries {
 public:
     explicit KnownItems(const ZEFDirectorySubscription& subscription)
         : _items(subscription._directoryInfo)
