@@ -118,12 +118,11 @@ TEST_F(EveryCommandTest, EndsQuietlyWhenNobodyReads)
              { "info", file }, { "archive", file }, { "resolve" }, { "watch", folder.path() } }) {
         ZefProcess process(arguments);
         process.standStill();
+        if (arguments[0] == "resolve")
+            process.send(archive);
+        process.closeInput();
         process.closeOutput();
         process.goOn();
-        if (arguments[0] == "resolve") {
-            process.send(archive);
-            process.closeInput();
-        }
         EXPECT_EQ(process.status(), 0) << arguments[0];
         EXPECT_EQ(process.errorText(), "") << arguments[0];
     }
