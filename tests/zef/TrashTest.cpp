@@ -28,6 +28,14 @@ protected:
         return "zef: " + path + ": " + reason + "\n";
     }
 
+    std::set<std::string> namesIn(const std::string& name) const
+    {
+        std::set<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder.path(name)))
+            names.insert(entry.path().filename());
+        return names;
+    }
+
     TemporaryFolder folder;
     EnvironmentVariable dataHome{ "XDG_DATA_HOME", folder.path("data") };
 };
@@ -146,8 +154,7 @@ TEST_F(TrashCommandTest, TwoProgramsGiveFilesOfOneNameNamesOfTheirOwn)
         EXPECT_EQ(program->status(), 0) << program->errorText();
 
     std::set<std::string> contents;
-    for (const auto& entry : std::filesystem::directory_iterator(folder.path("data/Trash/files"))) {
-        const auto name = entry.path().filename().string();
+    for (const auto& name : namesIn("data/Trash/files")) {
         contents.insert(folder.contents("data/Trash/files/" + name));
         EXPECT_TRUE(folder.exists("data/Trash/info/" + name + ".trashinfo")) << name;
     }
@@ -161,8 +168,9 @@ TEST_F(TrashCommandTest, OfTwoProgramsThatAreAskedForTheSameFileOneMovesIt)
     ZefProcess other({ "trash", folder.path("a") });
 
     EXPECT_EQ(one.status() + other.status(), 1);
-    EXPECT_TRUE(folder.exists("data/Trash/files/a"));
-    EXPECT_FALSE(folder.exists("data/Trash/files/a.2"));
+    // Under a name that depends on who came first.
+    EXPECT_EQ(namesIn("data/Trash/files").size(), 1u);
+    EXPECT_EQ(namesIn("data/Trash/info").size(), 1u);
 }
 
 TEST_F(TrashCommandTest, TellsSubscribersOfOtherProgramsBeforeItAnswers)
