@@ -33,14 +33,16 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 file(WRITE "${CMAKE_CURRENT_BINARY_DIR}/triggers" "activate-noawait ldconfig\n")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_BINARY_DIR}/triggers")
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
-  "This is the shared library. Its file items stay attached to their files while these are renamed
-or moved, and its subscriptions report what changes in a folder.")
+  "This is the shared library. Its file items stay attached to their files
+while these are renamed or moved, and its subscriptions report what changes
+in a folder.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME "${development_package}")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${runtime_package} (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
-  "These are the C++20 headers, and what CMake and pkg-config need to find the library.")
+  "These are the C++20 headers, and what CMake and pkg-config need to find the
+library.")
 
 # Another package's program has the same name.
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME "${program_package}")
@@ -49,7 +51,8 @@ set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "${runtime_package} (>= ${PROJECT_VERSI
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS shared-mime-info)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_CONFLICTS raku-zef)
 set(CPACK_COMPONENT_PROGRAM_DESCRIPTION
-  "This is the zef program: it shows people what happens to their files, finds these again after
-they were moved, and serves programs in any language by JSON-RPC.")
+  "This is the zef program: it shows people what happens to their files, finds
+these again after they were moved, and serves programs in any language by
+JSON-RPC.")
 
 include(CPack)
