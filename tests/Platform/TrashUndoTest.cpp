@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/TrashRequest.h"
 
+#include "tests/support/DiskCalls.h"
 #include "tests/support/TrashFixture.h"
 #include "tests/support/WithoutPrivileges.h"
 
 #include <cerrno>
+#include <utility>
 
 #include <sys/resource.h>
 
@@ -76,6 +78,46 @@ TEST_F(TrashUndoTest, TakesTheOthersBackWhenAnotherFileComesToItsName)
     expectAllBack(1, ESTALE);
     EXPECT_EQ(folder.contents(file("b")), "new");
     EXPECT_EQ(folder.contents(file("c")), "c");
+}
+
+TEST_F(TrashUndoTest, GivesBackAFileThatComesToTheNameAtTheLastMoment)
+{
+    ASSERT_TRUE(validate());
+    folder.write("files/new", "new");
+    DiskCalls disk;
+    bool hasCome = false;
+    disk.answer = [&](const std::string& call) {
+        if (call == "move b" && !std::exchange(hasCome, true))
+            folder.rename("files/new", file("b"));
+        return std::nullopt;
+    };
+
+    EXPECT_FALSE(request.perform());
+
+    expectAllBack(1, ESTALE);
+    EXPECT_EQ(folder.contents(file("b")), "new");
+    EXPECT_EQ(folder.contents(file("c")), "c");
+}
+
+TEST_F(TrashUndoTest, SaysSoWhenAnotherFileHasTakenTheFormersPlace)
+{
+    ASSERT_TRUE(validate());
+    DiskCalls disk;
+    disk.answer = [&](const std::string& call) -> std::optional<int> {
+        if (call != "move b")
+            return std::nullopt;
+        folder.write(file("a"), "another");
+        return EIO;
+    };
+
+    EXPECT_FALSE(request.perform());
+
+    EXPECT_EQ(refusal.index, 1u);
+    EXPECT_FALSE(refusal.isUndone);
+    EXPECT_EQ(folder.contents(file("a")), "another");
+    EXPECT_EQ(folder.contents("data/Trash/files/a"), "a");
+    EXPECT_THAT(infos(), ElementsAre("a.trashinfo"));
+    EXPECT_EQ(folder.contents(file("b")), "b");
 }
 
 TEST_F(TrashUndoTest, TakesTheOthersBackWhenAFolderIsReplaced)
