@@ -1,39 +1,61 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/FolderPath.h"
 
+#include <functional>
 #include <mutex>
-#include <unordered_map>
+#include <unordered_set>
 
 namespace zef {
-namespace {
 
-// Holds every folder path in use, weakly; the key's bytes are those of the value.
-struct Table {
+// Holds every folder path in use, weakly. Paths may be long, so a hash is computed once.
+struct FolderPath::Table {
+    struct Key {
+        std::string_view bytes;
+        std::size_t hash;
+    };
+
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(const FolderPath* path) const { return path->_hash; }
+        std::size_t operator()(const Key& key) const { return key.hash; }
+    };
+
+    struct Equal {
+        using is_transparent = void;
+        bool operator()(const FolderPath* left, const FolderPath* right) const
+        {
+            return left == right;
+        }
+        bool operator()(const Key& key, const FolderPath* path) const
+        {
+            return key.bytes == path->_bytes;
+        }
+    };
+
+    static Table& shared()
+    {
+        static auto& instance = *new Table; // never destroyed: late threads may still let URLs go
+        return instance;
+    }
+
     std::mutex mutex;
-    std::unordered_map<std::string_view, const FolderPath*> paths;
+    std::unordered_set<const FolderPath*, Hash, Equal> paths;
 };
-
-Table& table()
-{
-    static auto& instance = *new Table; // never destroyed: late threads may still let URLs go
-    return instance;
-}
-
-} // namespace
 
 Ref<const FolderPath> FolderPath::of(std::string_view bytes)
 {
-    auto& all = table();
+    const Table::Key key{ bytes, std::hash<std::string_view>()(bytes) };
+    auto& all = Table::shared();
     std::lock_guard lock(all.mutex);
-    auto found = all.paths.find(bytes);
+    const auto found = all.paths.find(key);
     if (found != all.paths.end()) {
-        if (found->second->retainIfAlive())
-            return Ref<const FolderPath>::adopt(found->second);
+        if ((*found)->retainIfAlive())
+            return Ref<const FolderPath>::adopt(*found);
         // Its last user is just letting it go; that thread sees that the entry is not its own.
         all.paths.erase(found);
     }
-    auto* path = new FolderPath(bytes);
-    all.paths.emplace(path->bytes(), path);
+    auto* path = new FolderPath(bytes, key.hash);
+    all.paths.insert(path);
     return Ref<const FolderPath>::adopt(path);
 }
 
@@ -42,11 +64,9 @@ void FolderPath::release() const noexcept
     if (_retainCount.fetch_sub(1, std::memory_order_acq_rel) != 1)
         return;
     {
-        auto& all = table();
+        auto& all = Table::shared();
         std::lock_guard lock(all.mutex);
-        auto found = all.paths.find(_bytes);
-        if (found != all.paths.end() && found->second == this)
-            all.paths.erase(found);
+        all.paths.erase(this);
     }
     delete this;
 }

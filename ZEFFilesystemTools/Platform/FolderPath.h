@@ -25,8 +25,11 @@ public:
     void release() const noexcept;
 
 private:
-    explicit FolderPath(std::string_view bytes)
+    struct Table;
+
+    FolderPath(std::string_view bytes, std::size_t hash)
         : _bytes(bytes)
+        , _hash(hash)
     {
     }
 
@@ -34,6 +37,7 @@ private:
 
     mutable std::atomic<std::uint32_t> _retainCount{ 1 };
     std::string _bytes;
+    std::size_t _hash;
 };
 
 } // namespace zef
