@@ -6,6 +6,7 @@
 #include "ZEFFilesystemTools/Platform/Catalog.h"
 #include "ZEFFilesystemTools/Platform/Log.h"
 
+#include <algorithm>
 #include <iterator>
 #include <mutex>
 #include <utility>
@@ -43,7 +44,13 @@ struct ZEFFileLoadOperation::Listing::Level {
     /// The entry at `index` has its item, and all that is below it was listed.
     bool hasDescended = false;
 
-    bool isDone() const { return index + 1 >= count && result == Result::noMoreItems; }
+    /// Whether anything is left to read, or to open, in the folder itself.
+    bool needsFolder() const
+    {
+        const auto rest = batch->entries().first(count).subspan(std::min(index + 1, count));
+        return result != Result::noMoreItems
+            || std::any_of(rest.begin(), rest.end(), [](const auto& one) { return one.isFolder; });
+    }
 };
 
 ZEFFileLoadOperation::Listing::Listing(
@@ -68,10 +75,9 @@ std::int16_t ZEFFileLoadOperation::Listing::run(zef::Ref<ZEFFileItem> folder, st
 bool ZEFFileLoadOperation::Listing::mayEnter(
     const zef::Ref<ZEFFileItem>& folder, std::ptrdiff_t level)
 {
-    if (!folder || _checkedDirectories->contains(folder))
-        return false;
     const auto depth = _operation._depth;
-    return (depth == noDepthLimit || depth >= level) && _checkedDirectories->insert(folder);
+    return folder && (depth == noDepthLimit || depth >= level)
+        && _checkedDirectories->insert(folder);
 }
 
 // `found` is where the folder was just seen as an entry of the level above; nil when it has to be
@@ -192,7 +198,7 @@ void ZEFFileLoadOperation::Listing::leave(std::int16_t result)
     _levels.pop_back();
     _freeBatches.push_back(std::move(left->batch));
     // The folder above may have been moved, so that its path leads nowhere.
-    if (!_levels.empty() && !_levels.back()->isDone())
+    if (!_levels.empty() && _levels.back()->needsFolder())
         _levels.back()->iterator->resumeFrom(*left->iterator);
     if (_levels.empty())
         _result = result;

@@ -22,7 +22,7 @@ public:
         const int error = _reader.open(ref, folder);
         if (error)
             return resultOfOpening(error);
-        begin(ref);
+        begin(ref, !keepsBirthTimes(fileSystemType(_reader.folder())));
         return CatalogResult::noError;
     }
 
@@ -45,7 +45,7 @@ public:
         std::unique_ptr<CatalogIterator>& iterator) override
     {
         auto opened = std::make_unique<KernelCatalogIterator>();
-        if (opened->openIn(_reader, entry, url) == 0) {
+        if (opened->openIn(*this, entry, url) == 0) {
             iterator = std::move(opened);
             return CatalogResult::noError;
         }
@@ -72,18 +72,24 @@ public:
     }
 
 private:
-    int openIn(const FolderReader& parent, const CatalogEntry& entry, const FileURL& url)
+    // What is on one device is of one type.
+    int openIn(const KernelCatalogIterator& parent, const CatalogEntry& entry, const FileURL& url)
     {
-        const int error = _reader.openIn(parent, entry.nameBytes.data(), entry.ref, url);
-        if (!error)
-            begin(entry.ref);
-        return error;
+        const int error = _reader.openIn(parent._reader, entry.nameBytes.data(), entry.ref, url);
+        if (error)
+            return error;
+        begin(entry.ref,
+            entry.ref.device() == parent._device
+                ? parent._needsHandles
+                : !keepsBirthTimes(fileSystemType(_reader.folder())));
+        return 0;
     }
 
-    void begin(const FSRef& ref)
+    void begin(const FSRef& ref, bool needsHandles)
     {
+        _device = ref.device();
         _folderInode = ref.inode();
-        _needsHandles = !keepsBirthTimes(fileSystemType(_reader.folder()));
+        _needsHandles = needsHandles;
     }
 
     // An error behind entries that were read waits for the next call.
@@ -112,6 +118,7 @@ private:
 
     FolderReader _reader;
     KnownEntries* _knownEntries = nullptr;
+    std::uint32_t _device = 0;
     std::uint64_t _folderInode = 0;
     bool _needsHandles = false;
 };

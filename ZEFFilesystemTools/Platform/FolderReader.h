@@ -30,8 +30,8 @@ public:
     /// an empty reference. Permission to read is not needed yet.
     int open(const FSRef& ref, const FileURL& url);
 
-    /// The same for the entry `name` of a folder that is open, without a look at the whole path.
-    /// EBADF when the parent is suspended.
+    /// The same for the entry `name` of a folder that is open, without a look at the whole path,
+    /// and with one call of the system where it may be read. EBADF when the parent is suspended.
     int openIn(const FolderReader& parent, const char* name, const FSRef& ref, const FileURL& url);
 
     /// Reads what is left into memory and returns how many entries that are.
@@ -60,10 +60,8 @@ public:
     int folder() const { return _folder; }
 
 private:
-    static constexpr std::size_t bufferSize = 32768;
-
     int openAtPath(const FSRef& ref, const FileURL& url);
-    int openAt(int parent, const char* name, const FSRef& ref, const char* path);
+    int openAt(int parent, const char* name, int mode, const FSRef& ref, const char* path);
     bool openForReading();
     bool fillBuffer();
     void readRest();
@@ -76,6 +74,7 @@ private:
     bool _isAtEnd = false;
     int _error = 0;
     std::unique_ptr<std::byte[]> _buffer;
+    std::size_t _capacity = 0;
     std::size_t _length = 0;
     std::size_t _offset = 0;
 };

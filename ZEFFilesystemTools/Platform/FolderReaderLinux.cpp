@@ -28,6 +28,16 @@ bool isShortage(int error)
     return error == EMFILE || error == ENFILE;
 }
 
+constexpr std::size_t readSize = 32768;
+
+// One for all the folders that a thread reads: a walk has many of them open, most are small, and
+// each keeps no more than what was read.
+std::byte* readBuffer()
+{
+    thread_local const std::unique_ptr<std::byte[]> buffer(new std::byte[readSize]);
+    return buffer.get();
+}
+
 bool isDotOrDotDot(const char* name)
 {
     return name[0] == '.' && (!name[1] || (name[1] == '.' && !name[2]));
@@ -62,7 +72,10 @@ int FolderReader::openIn(
         return EBADF;
     _ref = ref;
     _url = url;
-    return openAt(parent._folder, name, ref, nullptr);
+    const int error = openAt(parent._folder, name, O_RDONLY, ref, nullptr);
+    _isReadable = !error;
+    // That it may not be read is said by the first read.
+    return error == EACCES ? openAt(parent._folder, name, O_PATH, ref, nullptr) : error;
 }
 
 int FolderReader::openAtPath(const FSRef& ref, const FileURL& url)
@@ -70,15 +83,15 @@ int FolderReader::openAtPath(const FSRef& ref, const FileURL& url)
     PathBytes path;
     if (!url.fileSystemRepresentation(path))
         return ENOENT;
-    return openAt(AT_FDCWD, path.text(), ref, path.text());
+    return openAt(AT_FDCWD, path.text(), O_PATH, ref, path.text());
 }
 
 // ENOENT also when another object is there. `path` leads to it, for the question about its handle;
 // nil to do without, where a changed birth time counts as another object.
-int FolderReader::openAt(int parent, const char* name, const FSRef& ref, const char* path)
+int FolderReader::openAt(int parent, const char* name, int mode, const FSRef& ref, const char* path)
 {
     const int folder = DescriptorReserve::shared().openAt(
-        parent, name, O_PATH | O_DIRECTORY | O_NOFOLLOW);
+        parent, name, mode | O_DIRECTORY | O_NOFOLLOW);
     if (folder < 0)
         return errno;
     Stat stat;
@@ -125,6 +138,7 @@ void FolderReader::readRest()
     _buffer = std::make_unique<std::byte[]>(rest.size());
     std::copy(rest.begin(), rest.end(), _buffer.get());
     _offset = 0;
+    _capacity = rest.size();
     _length = rest.size();
     _isAtEnd = true;
 }
@@ -142,7 +156,7 @@ bool FolderReader::resume()
 void FolderReader::resumeFrom(const FolderReader& child)
 {
     if (_folder < 0 && child._folder >= 0)
-        openAt(child._folder, "..", _ref, nullptr);
+        openAt(child._folder, "..", O_PATH, _ref, nullptr);
 }
 
 bool FolderReader::next(Entry& entry)
@@ -168,13 +182,19 @@ bool FolderReader::fillBuffer()
         _error = 0;
     if (_error || _isAtEnd || (!_isReadable && (!resume() || !openForReading())))
         return false;
-    const auto count = ::getdents64(_folder, _buffer.get(), bufferSize);
+    const auto count = ::getdents64(_folder, readBuffer(), readSize);
+    _isAtEnd = count == 0;
     if (count < 0)
         _error = errno;
     if (count <= 0)
         return false;
     _offset = 0;
     _length = static_cast<std::size_t>(count);
+    if (_length > _capacity) {
+        _buffer.reset(new std::byte[_length]);
+        _capacity = _length;
+    }
+    std::memcpy(_buffer.get(), readBuffer(), _length);
     return true;
 }
 
@@ -188,8 +208,6 @@ bool FolderReader::openForReading()
         return false;
     }
     reserve.close(std::exchange(_folder, readable));
-    // Left as it is: the system writes before anybody reads.
-    _buffer.reset(new std::byte[bufferSize]);
     _isReadable = true;
     return true;
 }

@@ -307,6 +307,20 @@ TEST_F(FolderReaderTest, OpensInAnotherOnlyWhatIsMeant)
     EXPECT_LT(subfolder.folder(), 0);
 }
 
+TEST_F(FolderReaderTest, OpensAFolderInAnotherThatMayNotBeRead)
+{
+    folder.makeFolder("read/sub");
+    folder.write("read/sub/file");
+    ASSERT_EQ(open(), 0);
+    folder.chmod("read/sub", 0300);
+    const WithoutPrivileges user;
+    zef::FolderReader subfolder;
+
+    ASSERT_EQ(openIn(subfolder, "sub"), 0);
+    EXPECT_THAT(readOn(subfolder, many), IsEmpty());
+    EXPECT_EQ(subfolder.error(), EACCES);
+}
+
 TEST_F(FolderReaderTest, SuspendsAFolderThatWasOpenedInAnother)
 {
     folder.makeFolder("read/sub");
