@@ -142,8 +142,19 @@ std::string ZEFBasicInfoFileItem::makeResolvedType()
 
 bool ZEFBasicInfoFileItem::isAlias()
 {
-    return Asking(*this).decide(
-        &ZEFBasicInfoFileItem::_isAlias, [&] { return conforms(uti(), zef::type::aliasFile); });
+    return Asking(*this).decide(&ZEFBasicInfoFileItem::_isAlias,
+        [&] { return mayBeAlias() && conforms(uti(), zef::type::aliasFile); });
+}
+
+// Every file of a walk may be asked whether it is an alias: no type is made for that and kept where
+// the answer is clear.
+bool ZEFBasicInfoFileItem::mayBeAlias()
+{
+    if (Asking(*this).find([&] { return _details && _details->uti; }))
+        return true;
+    zef::FSRef ref;
+    return !ZEF_copyReference(ref)
+        || zef::FileInformation::shared().mayBeAliasFile({ ref, url(), isSymlink() });
 }
 
 bool ZEFBasicInfoFileItem::isRealFile()

@@ -98,6 +98,7 @@ private:
     std::optional<std::string> makeDisplayName();
     std::string makeType();
     std::string makeResolvedType();
+    bool mayBeAlias();
     std::optional<Resolution> target();
     Resolution resolveTarget() const;
     zef::FileURL findTarget();

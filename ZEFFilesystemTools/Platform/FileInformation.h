@@ -33,6 +33,10 @@ public:
     /// where that suffices, also for an object that is gone.
     virtual std::int16_t copyContentType(const Object&, std::string& type) = 0;
 
+    /// NO when the name alone, which is not looked for on disk, tells that the object is no alias
+    /// file, as of most files it does: then nothing needs to be made of its type.
+    virtual bool mayBeAliasFile(const Object&) { return true; }
+
     /// Whether the object is hidden from people: by a dot at the beginning of its name or by its
     /// folder's ".hidden" list. -43 when it is gone.
     virtual std::int16_t copyInvisibility(const Object&, bool& isInvisible) = 0;

@@ -84,10 +84,15 @@ std::int16_t LinuxFileInformation::copyContentType(const Object& object, std::st
         type = type::symlink;
         return CatalogResult::noError;
     }
-    if (!object.url || mayBeEntry(object, object.url.name()))
+    if (mayBeAliasFile(object))
         return copyTypeOfEntry(object, type);
     type = typeByName(object.ref, object.url.name());
     return CatalogResult::noError;
+}
+
+bool LinuxFileInformation::mayBeAliasFile(const Object& object)
+{
+    return !object.url || mayBeEntry(object, object.url.name());
 }
 
 // Also of an object whose name isn't known yet.
@@ -106,6 +111,10 @@ std::int16_t LinuxFileInformation::copyTypeOfEntry(const Object& object, std::st
 
 std::int16_t LinuxFileInformation::copyInvisibility(const Object& object, bool& isInvisible)
 {
+    if (ObjectPlace::isJustFound(object.ref, object.url)) {
+        isInvisible = _hiddenLists.hides(object.url);
+        return CatalogResult::noError;
+    }
     ObjectPlace place;
     const auto result = place.find(object.ref, object.url);
     if (result == CatalogResult::noError)

@@ -21,6 +21,7 @@ public:
     }
 
     std::int16_t copyContentType(const Object&, std::string& type) override;
+    bool mayBeAliasFile(const Object&) override;
     std::int16_t copyInvisibility(const Object&, bool& isInvisible) override;
     std::int16_t copyInvisibilityAtURL(const FileURL& url, bool& isInvisible) override;
     std::string copyDisplayName(const Object&) override;

@@ -70,6 +70,11 @@ void ObjectPlace::noteFound(const FSRef& ref, const FileURL& url, const Stat& st
     lastFound() = { .look = look, .ref = ref, .url = url, .stat = stat };
 }
 
+bool ObjectPlace::isJustFound(const FSRef& ref, const FileURL& lastKnown)
+{
+    return !ref.isEmpty() && lastFound().serves(ref, lastKnown);
+}
+
 std::int16_t ObjectPlace::lookAt(const FileURL& url)
 {
     if (!url)

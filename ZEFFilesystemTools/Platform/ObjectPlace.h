@@ -15,13 +15,15 @@ class ObjectPlace {
 public:
     /// Finds the object that `ref` refers to, at `lastKnown` (may be nil) or wherever it was moved,
     /// with one look at the disk where it was not moved, and none where this thread found it a
-    /// moment ago. A number of `CatalogResult`: -43 when it
-    /// is gone.
+    /// moment ago. A number of `CatalogResult`: -43 when it is gone.
     std::int16_t find(const FSRef& ref, const FileURL& lastKnown);
 
     /// For a listing that has just looked at the object: this thread's next question about it needs
     /// no look of its own.
     static void noteFound(const FSRef& ref, const FileURL& url, const Stat& stat);
+
+    /// Whether `find` would need no look to find the object at `lastKnown`.
+    static bool isJustFound(const FSRef& ref, const FileURL& lastKnown);
 
     /// Looks at what is at `url`, the link itself where it is one. A number of `CatalogResult`: -43
     /// when there is nothing.

@@ -5,6 +5,7 @@
 #include "tests/support/LogRecorder.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace {
@@ -38,6 +39,18 @@ TEST_F(ZEFBasicInfoFileItemOnDiskTest, KnowsAFolderAPackageAndAFile)
     EXPECT_FALSE(info("file")->isDirectory());
     EXPECT_FALSE(info("file")->isPackage());
     EXPECT_EQ(info("file")->uti(), zef::type::data);
+}
+
+// Every file of a walk with the normal directory filter is asked that.
+TEST_F(ZEFBasicInfoFileItemOnDiskTest, KeepsNoTypeToSayThatAFileIsNoDirectory)
+{
+    folder.write("file.txt");
+    const auto file = info("file.txt");
+
+    EXPECT_FALSE(file->isDirectory());
+    EXPECT_THAT(file->description(), testing::EndsWith("UTI: (null)"));
+    EXPECT_EQ(file->uti(), "public.plain-text");
+    EXPECT_THAT(file->description(), testing::EndsWith("UTI: public.plain-text"));
 }
 
 TEST_F(ZEFBasicInfoFileItemOnDiskTest, FollowsALinkToAFolder)
