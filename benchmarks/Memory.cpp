@@ -6,6 +6,7 @@
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
 #include "benchmarks/support/BenchmarkFolders.h"
+#include "benchmarks/support/BenchmarkTrees.h"
 #include "benchmarks/support/ProgramOutput.h"
 #include "benchmarks/support/WatchedFolders.h"
 
@@ -23,6 +24,7 @@ namespace {
 
 constexpr const char* memoryOption = "--memory";
 constexpr const char* alone = "alone";
+constexpr const char* walked = "walked";
 constexpr const char* observed = "observed";
 
 // The soft limit of most systems, and one with which the library holds as many descriptors as it
@@ -51,6 +53,22 @@ double bytesForItems(const std::string& path, std::size_t count)
     return items->count() == count ? static_cast<double>(after - before) : 0;
 }
 
+// At the end of a recursive walk, its own tables still there.
+double bytesForWalkedItems(const std::string& path, std::size_t count)
+{
+    const auto items = zef::makeRef<ZEFFileItemArray>(count + 1);
+    const auto files = zef::makeRef<ZEFFileItemArray>();
+    const auto before = bytesInUse();
+    files->addObject(ZEFFileItem::classObject.newFileItemForPath(path));
+    auto operation = zef::makeRef<ZEFFileLoadOperation>();
+    operation->setRecursive(true);
+    operation->setFilesToIterate(files.get());
+    operation->setLoadingArray(items);
+    operation->start();
+    const auto after = bytesInUse();
+    return items->count() == count + 1 ? static_cast<double>(after - before) : 0;
+}
+
 // After a first full check, in which every item got a record for its observer, and with all that
 // finds the files again after a move. What the process has once, for however many, is in it too.
 double bytesForObservedItems(const std::string& path, std::size_t count)
@@ -69,7 +87,8 @@ double bytesForObservedItems(const std::string& path, std::size_t count)
 void memory(benchmark::State& state, const char* circumstance)
 {
     const auto count = static_cast<std::size_t>(state.range(0));
-    const auto& path = BenchmarkFolders::shared().withFiles(count);
+    const auto& path = circumstance == walked ? BenchmarkTrees::shared().wide()
+                                              : BenchmarkFolders::shared().withFiles(count);
     std::string output;
     for (auto _ : state)
         output = outputOfThisProgram({ memoryOption, circumstance, std::to_string(count), path,
@@ -94,6 +113,10 @@ BENCHMARK_CAPTURE(memory, alone, alone)
     ->Args({ 100000, usualDescriptors })
     ->Iterations(1)
     ->Repetitions(1);
+BENCHMARK_CAPTURE(memory, walked, walked)
+    ->Args({ static_cast<std::int64_t>(BenchmarkTrees::entryCount()), usualDescriptors })
+    ->Iterations(1)
+    ->Repetitions(1);
 BENCHMARK_CAPTURE(memory, observed, observed)
     ->ArgsProduct({ { 10000, 100000 }, { usualDescriptors, manyDescriptors } })
     ->Iterations(1)
@@ -108,8 +131,9 @@ std::optional<int> measureMemoryIfAsked(int argumentCount, char** arguments)
     const auto count = static_cast<std::size_t>(std::strtoull(arguments[3], nullptr, 10));
     if (!limitDescriptors(std::strtoull(arguments[5], nullptr, 10)))
         return EXIT_FAILURE;
-    const bool isAlone = std::strcmp(arguments[2], alone) == 0;
-    std::printf("%.0f\n",
-        isAlone ? bytesForItems(arguments[4], count) : bytesForObservedItems(arguments[4], count));
+    const auto bytes = std::strcmp(arguments[2], alone) == 0 ? bytesForItems
+        : std::strcmp(arguments[2], walked) == 0             ? bytesForWalkedItems
+                                                             : bytesForObservedItems;
+    std::printf("%.0f\n", bytes(arguments[4], count));
     return EXIT_SUCCESS;
 }

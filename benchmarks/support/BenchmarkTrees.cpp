@@ -37,6 +37,24 @@ void makeFiles(const std::string& folder, std::size_t count)
     }
 }
 
+// The folders are numbered breadth first, so that the last level takes what the others leave.
+void makeTree(const std::string& path, std::size_t count)
+{
+    fs::create_directory(path);
+    const auto folderCount = std::max<std::size_t>(1, count / entriesPerFolder);
+    std::vector<std::string> folders;
+    std::size_t filesLeft = count - folderCount;
+    for (std::size_t number = 0; number < folderCount; ++number) {
+        const auto parent = number < foldersPerFolder ? path
+                                                      : folders[number / foldersPerFolder - 1];
+        folders.push_back(parent + "/folder-" + std::to_string(100000 + number).substr(1));
+        fs::create_directory(folders.back());
+        const auto files = filesLeft / (folderCount - number);
+        makeFiles(folders.back(), files);
+        filesLeft -= files;
+    }
+}
+
 } // namespace
 
 BenchmarkTrees& BenchmarkTrees::shared()
@@ -62,27 +80,18 @@ std::size_t BenchmarkTrees::entryCount()
     return count ? std::strtoull(count, nullptr, 10) : defaultEntryCount;
 }
 
-// The folders are numbered breadth first, so that the last level takes what the others leave.
 const std::string& BenchmarkTrees::wide()
 {
-    if (!_wide.empty())
-        return _wide;
-    _wide = _root + "/wide";
-    fs::create_directory(_wide);
-    const auto count = entryCount();
-    const auto folderCount = std::max<std::size_t>(1, count / entriesPerFolder);
-    std::vector<std::string> folders;
-    std::size_t filesLeft = count - folderCount;
-    for (std::size_t number = 0; number < folderCount; ++number) {
-        const auto parent = number < foldersPerFolder ? _wide
-                                                      : folders[number / foldersPerFolder - 1];
-        folders.push_back(parent + "/folder-" + std::to_string(100000 + number).substr(1));
-        fs::create_directory(folders.back());
-        const auto files = filesLeft / (folderCount - number);
-        makeFiles(folders.back(), files);
-        filesLeft -= files;
-    }
+    if (_wide.empty())
+        makeTree(_wide = _root + "/wide", entryCount());
     return _wide;
+}
+
+const std::string& BenchmarkTrees::large()
+{
+    if (_large.empty())
+        makeTree(_large = _root + "/large", largeCount());
+    return _large;
 }
 
 const std::string& BenchmarkTrees::narrow()

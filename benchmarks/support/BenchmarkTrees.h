@@ -22,6 +22,10 @@ public:
     /// in each that has any.
     const std::string& wide();
 
+    /// The path of a tree like it with twice as many.
+    const std::string& large();
+    static std::size_t largeCount() { return 2 * entryCount(); }
+
     /// The path of a tree of 100 chains of 100 folders with 4 files each.
     const std::string& narrow();
 
@@ -37,5 +41,6 @@ private:
 
     std::string _root;
     std::string _wide;
+    std::string _large;
     std::string _narrow;
 };

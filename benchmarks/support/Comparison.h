@@ -48,14 +48,15 @@ public:
             floor, [] {}, work);
     }
 
-private:
-    template <typename Action> static double seconds(Action& action)
+    /// What `action` needs of the processor.
+    template <typename Action> static double seconds(Action&& action)
     {
         const double start = processorSeconds();
         action();
         return processorSeconds() - start;
     }
 
+private:
     static double processorSeconds()
     {
         std::timespec time{};

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include "benchmarks/support/WalkPeers.h"
+
+#ifdef ZEF_HAS_QT
+
+#include <QDateTime>
+#include <QDirIterator>
+#include <QFileInfo>
+
+bool walkPeers::hasQt()
+{
+    return true;
+}
+
+std::size_t walkPeers::qt(const std::string& path)
+{
+    std::vector<QFileInfo> found;
+    QDirIterator entries(QString::fromLocal8Bit(path.c_str()),
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+        QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        entries.next();
+        found.push_back(entries.fileInfo());
+        static_cast<void>(found.back().size());
+        static_cast<void>(found.back().lastModified());
+    }
+    return found.size();
+}
+
+#else
+
+bool walkPeers::hasQt()
+{
+    return false;
+}
+
+std::size_t walkPeers::qt(const std::string&)
+{
+    return 0;
+}
+
+#endif
