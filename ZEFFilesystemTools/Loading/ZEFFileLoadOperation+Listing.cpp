@@ -6,7 +6,6 @@
 #include "ZEFFilesystemTools/Platform/Catalog.h"
 #include "ZEFFilesystemTools/Platform/Log.h"
 
-#include <algorithm>
 #include <iterator>
 #include <mutex>
 #include <utility>
@@ -43,14 +42,6 @@ struct ZEFFileLoadOperation::Listing::Level {
     std::int16_t result = Result::noError;
     /// The entry at `index` has its item, and all that is below it was listed.
     bool hasDescended = false;
-
-    /// Whether anything is left to read, or to open, in the folder itself.
-    bool needsFolder() const
-    {
-        const auto rest = batch->entries().first(count).subspan(std::min(index + 1, count));
-        return result != Result::noMoreItems
-            || std::any_of(rest.begin(), rest.end(), [](const auto& one) { return one.isFolder; });
-    }
 };
 
 ZEFFileLoadOperation::Listing::Listing(
@@ -198,7 +189,7 @@ void ZEFFileLoadOperation::Listing::leave(std::int16_t result)
     _levels.pop_back();
     _freeBatches.push_back(std::move(left->batch));
     // The folder above may have been moved, so that its path leads nowhere.
-    if (!_levels.empty() && _levels.back()->needsFolder())
+    if (!_levels.empty())
         _levels.back()->iterator->resumeFrom(*left->iterator);
     if (_levels.empty())
         _result = result;

@@ -34,9 +34,9 @@ public:
     /// Holds no descriptor until the next read. It keeps what is still to be delivered.
     virtual void suspend() { }
 
-    /// Takes a descriptor again from `subfolder`, which is open below this folder, wherever both
-    /// were moved meanwhile; does nothing where that can't be done.
-    virtual void resumeFrom(const CatalogIterator& subfolder) { static_cast<void>(subfolder); }
+    /// For the next read after a suspension: it will find this folder from `subfolder`, one of its
+    /// entries that is not needed any more, wherever both were moved meanwhile.
+    virtual void resumeFrom(CatalogIterator& subfolder) { static_cast<void>(subfolder); }
 
     /// From now on entries that `known` (borrowed) knows are left out.
     virtual void setKnownEntries(KnownEntries* known) = 0;

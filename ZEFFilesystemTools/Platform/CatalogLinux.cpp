@@ -54,9 +54,9 @@ public:
 
     void suspend() override { _reader.suspend(); }
 
-    void resumeFrom(const CatalogIterator& subfolder) override
+    void resumeFrom(CatalogIterator& subfolder) override
     {
-        if (const auto* below = dynamic_cast<const KernelCatalogIterator*>(&subfolder))
+        if (auto* below = dynamic_cast<KernelCatalogIterator*>(&subfolder))
             _reader.resumeFrom(below->_reader);
     }
 
@@ -73,7 +73,7 @@ public:
 
 private:
     // What is on one device is of one type.
-    int openIn(const KernelCatalogIterator& parent, const CatalogEntry& entry, const FileURL& url)
+    int openIn(KernelCatalogIterator& parent, const CatalogEntry& entry, const FileURL& url)
     {
         const int error = _reader.openIn(parent._reader, entry.nameBytes.data(), entry.ref, url);
         if (error)

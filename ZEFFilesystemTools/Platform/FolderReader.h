@@ -31,8 +31,9 @@ public:
     int open(const FSRef& ref, const FileURL& url);
 
     /// The same for the entry `name` of a folder that is open, without a look at the whole path,
-    /// and with one call of the system where it may be read. EBADF when the parent is suspended.
-    int openIn(const FolderReader& parent, const char* name, const FSRef& ref, const FileURL& url);
+    /// and with one call of the system where it may be read. A parent that is suspended is resumed;
+    /// EBADF when that can't be done.
+    int openIn(FolderReader& parent, const char* name, const FSRef& ref, const FileURL& url);
 
     /// Reads what is left into memory and returns how many entries that are.
     std::size_t countRest();
@@ -44,8 +45,9 @@ public:
     /// Where only descriptors were missing it may be tried again.
     bool resume();
 
-    /// The same by way of a folder that is open in this one; does nothing where it isn't any more.
-    void resumeFrom(const FolderReader& child);
+    /// Takes over the descriptor of a folder in this one, to get back from there, wherever both
+    /// were moved meanwhile, when this one is resumed; nothing while this one isn't suspended.
+    void resumeFrom(FolderReader& child);
 
     /// Whether nothing is left, as far as that is known without a read.
     bool isExhausted() const { return _isAtEnd && _offset == _length; }
@@ -60,6 +62,7 @@ public:
     int folder() const { return _folder; }
 
 private:
+    int openAbove();
     int openAtPath(const FSRef& ref, const FileURL& url);
     int openAt(int parent, const char* name, int mode, const FSRef& ref, const char* path);
     bool openForReading();
@@ -69,6 +72,9 @@ private:
     FSRef _ref;
     FileURL _url;
     int _folder = -1;
+    /// While suspended: a folder so many levels below this one, or none.
+    int _folderBelow = -1;
+    std::size_t _levelsAbove = 0;
     bool _isReadable = false;
     /// Behind the buffer there is nothing.
     bool _isAtEnd = false;

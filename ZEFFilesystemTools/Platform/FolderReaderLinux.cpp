@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -30,6 +31,9 @@ bool isShortage(int error)
 
 constexpr std::size_t readSize = 32768;
 
+// Far below what a path may have (PATH_MAX).
+constexpr std::size_t mostLevelsAtOnce = 100;
+
 // One for all the folders that a thread reads: a walk has many of them open, most are small, and
 // each keeps no more than what was read.
 std::byte* readBuffer()
@@ -48,6 +52,7 @@ bool isDotOrDotDot(const char* name)
 FolderReader::~FolderReader()
 {
     DescriptorReserve::shared().close(_folder);
+    DescriptorReserve::shared().close(_folderBelow);
 }
 
 int FolderReader::open(const FSRef& ref, const FileURL& url)
@@ -66,9 +71,9 @@ int FolderReader::open(const FSRef& ref, const FileURL& url)
 }
 
 int FolderReader::openIn(
-    const FolderReader& parent, const char* name, const FSRef& ref, const FileURL& url)
+    FolderReader& parent, const char* name, const FSRef& ref, const FileURL& url)
 {
-    if (parent._folder < 0)
+    if (!parent.resume())
         return EBADF;
     _ref = ref;
     _url = url;
@@ -120,11 +125,10 @@ std::size_t FolderReader::countRest()
 
 void FolderReader::suspend()
 {
-    if (_folder < 0)
-        return;
-    if (_isReadable && !_isAtEnd)
+    if (_isReadable && !_isAtEnd && _folder >= 0)
         readRest();
     DescriptorReserve::shared().close(std::exchange(_folder, -1));
+    DescriptorReserve::shared().close(std::exchange(_folderBelow, -1));
 }
 
 // An error stays for the end of what was read.
@@ -147,16 +151,35 @@ bool FolderReader::resume()
 {
     if (_folder >= 0)
         return true;
-    const int error = open(_ref, _url);
+    const int error = openAbove() == 0 ? 0 : open(_ref, _url);
     if (error || isShortage(_error))
         _error = error;
     return !error;
 }
 
-void FolderReader::resumeFrom(const FolderReader& child)
+// A walk may come up from very far below through folders in which nothing is left to do: there is
+// one descriptor for all of them, and one call of the system, or one in so many levels.
+void FolderReader::resumeFrom(FolderReader& child)
 {
-    if (_folder < 0 && child._folder >= 0)
-        openAt(child._folder, "..", O_PATH, _ref, nullptr);
+    if (_folder >= 0)
+        return;
+    _levelsAbove = child._folder >= 0 ? 1 : child._levelsAbove + 1;
+    _folderBelow = std::exchange(child._folder >= 0 ? child._folder : child._folderBelow, -1);
+    if (_levelsAbove == mostLevelsAtOnce)
+        openAbove();
+}
+
+int FolderReader::openAbove()
+{
+    const int below = std::exchange(_folderBelow, -1);
+    if (below < 0)
+        return EBADF;
+    std::string path;
+    for (std::size_t level = 0; level < _levelsAbove; ++level)
+        path += "../";
+    const int error = openAt(below, path.c_str(), O_PATH, _ref, nullptr);
+    DescriptorReserve::shared().close(below);
+    return error;
 }
 
 bool FolderReader::next(Entry& entry)

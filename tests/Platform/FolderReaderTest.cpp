@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -276,16 +277,78 @@ TEST_F(FolderReaderTest, OpensAFolderInAnotherThatWasMoved)
     EXPECT_THAT(readOn(subfolder, many), ElementsAre("file"));
 }
 
-TEST_F(FolderReaderTest, OpensNothingInAFolderThatIsSuspended)
+TEST_F(FolderReaderTest, ResumesAFolderToOpenOneInIt)
 {
     folder.makeFolder("read/sub");
     ASSERT_EQ(open(), 0);
     reader.suspend();
     zef::FolderReader subfolder;
 
-    EXPECT_EQ(openIn(subfolder, "sub"), EBADF);
-    EXPECT_TRUE(reader.resume());
     EXPECT_EQ(openIn(subfolder, "sub"), 0);
+    EXPECT_GE(reader.folder(), 0);
+}
+
+TEST_F(FolderReaderTest, OpensNothingInAFolderThatCantBeResumed)
+{
+    folder.makeFolder("read/sub");
+    ASSERT_EQ(open(), 0);
+    const auto subfolderRef = ref("read/sub");
+    reader.suspend();
+    folder.remove("read");
+    zef::FolderReader subfolder;
+
+    EXPECT_EQ(subfolder.openIn(reader, "sub", subfolderRef, folder.folderUrl("read/sub")), EBADF);
+}
+
+TEST_F(FolderReaderTest, GetsBackFromFoldersBelowWhereverTheyWereMoved)
+{
+    folder.makeFolder("read/a");
+    folder.makeFolder("read/a/b");
+    folder.makeFolder("far");
+    folder.makeFolder("far/away");
+    ASSERT_EQ(open(), 0);
+    zef::FolderReader a;
+    zef::FolderReader b;
+    ASSERT_EQ(openIn(a, "a"), 0);
+    ASSERT_EQ(b.openIn(a, "b", ref("read/a/b"), folder.folderUrl("read/a/b")), 0);
+    reader.suspend();
+    a.suspend();
+    a.resumeFrom(b);
+    reader.resumeFrom(a);
+    folder.rename("read", "far/away/moved");
+
+    EXPECT_TRUE(reader.resume());
+    EXPECT_THAT(readAll(), ElementsAre("a"));
+    EXPECT_LT(b.folder(), 0);
+}
+
+TEST_F(FolderReaderTest, GetsBackFromVeryFarBelow)
+{
+    constexpr std::size_t levels = 250;
+    std::string path = "read";
+    for (std::size_t level = 0; level < levels; ++level)
+        folder.makeFolder(path += "/d");
+    path = "read";
+    ASSERT_EQ(open(), 0);
+    std::vector<std::unique_ptr<zef::FolderReader>> below;
+    for (std::size_t level = 0; level < levels; ++level) {
+        auto& above = below.empty() ? reader : *below.back();
+        path += "/d";
+        auto next = std::make_unique<zef::FolderReader>();
+        ASSERT_EQ(next->openIn(above, "d", ref(path), folder.folderUrl(path)), 0);
+        above.suspend();
+        below.push_back(std::move(next));
+    }
+    folder.rename("read", "moved");
+    while (below.size() > 1) {
+        const auto last = std::move(below.back());
+        below.pop_back();
+        below.back()->resumeFrom(*last);
+    }
+    reader.resumeFrom(*below.front());
+
+    EXPECT_TRUE(reader.resume());
+    EXPECT_THAT(readAll(), ElementsAre("d"));
 }
 
 TEST_F(FolderReaderTest, OpensInAnotherOnlyWhatIsMeant)
