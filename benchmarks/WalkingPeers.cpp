@@ -64,16 +64,15 @@ void once(benchmark::internal::Benchmark* benchmark)
     benchmark->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
 }
 
-BENCHMARK_CAPTURE(peerLibrary, standardLibrary / wide, walkPeers::standardLibrary, Tree::wide)
+BENCHMARK_CAPTURE(peerLibrary, standardWide, walkPeers::standardLibrary, Tree::wide)->Apply(once);
+BENCHMARK_CAPTURE(peerLibrary, standardNarrow, walkPeers::standardLibrary, Tree::narrow)
     ->Apply(once);
-BENCHMARK_CAPTURE(peerLibrary, standardLibrary / narrow, walkPeers::standardLibrary, Tree::narrow)
-    ->Apply(once);
-BENCHMARK_CAPTURE(peerLibrary, GIO / wide, walkPeers::gio, Tree::wide)->Apply(once);
-BENCHMARK_CAPTURE(peerLibrary, GIO / narrow, walkPeers::gio, Tree::narrow)->Apply(once);
-BENCHMARK_CAPTURE(peerLibrary, Qt / wide, walkPeers::qt, Tree::wide)->Apply(once);
-BENCHMARK_CAPTURE(peerLibrary, Qt / narrow, walkPeers::qt, Tree::narrow)->Apply(once);
-BENCHMARK_CAPTURE(peerProgram, find, { "find", "", "-printf", "%i %s %T@\\n" }, 1)->Apply(once);
-BENCHMARK_CAPTURE(peerProgram, bfs, { "bfs", "", "-printf", "%i %s %T@\\n" }, 1)->Apply(once);
+BENCHMARK_CAPTURE(peerLibrary, gioWide, walkPeers::gio, Tree::wide)->Apply(once);
+BENCHMARK_CAPTURE(peerLibrary, gioNarrow, walkPeers::gio, Tree::narrow)->Apply(once);
+BENCHMARK_CAPTURE(peerLibrary, qtWide, walkPeers::qt, Tree::wide)->Apply(once);
+BENCHMARK_CAPTURE(peerLibrary, qtNarrow, walkPeers::qt, Tree::narrow)->Apply(once);
+BENCHMARK_CAPTURE(peerProgram, find, { "find", "", "-printf", "%i %s %T@\n" }, 1)->Apply(once);
+BENCHMARK_CAPTURE(peerProgram, bfs, { "bfs", "", "-printf", "%i %s %T@\n" }, 1)->Apply(once);
 BENCHMARK_CAPTURE(
     peerProgram, fd, { "fdfind", "--unrestricted", "--changed-after", "1990-01-01", ".", "" }, 5)
     ->Apply(once);

@@ -3,7 +3,6 @@
 
 #ifdef ZEF_HAS_QT
 
-#include <QDateTime>
 #include <QDirIterator>
 #include <QFileInfo>
 
@@ -22,7 +21,6 @@ std::size_t walkPeers::qt(const std::string& path)
         entries.next();
         found.push_back(entries.fileInfo());
         static_cast<void>(found.back().size());
-        static_cast<void>(found.back().lastModified());
     }
     return found.size();
 }
