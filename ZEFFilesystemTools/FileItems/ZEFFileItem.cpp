@@ -99,6 +99,12 @@ zef::FileURL ZEFFileItem::url() const
     return _pathURL;
 }
 
+bool ZEFFileItem::ZEF_hasPathOf(const zef::FileURL& url) const
+{
+    std::lock_guard lock(_locationLock);
+    return _pathURL.hasPathOf(url);
+}
+
 const zef::FSRef* ZEFFileItem::fsRef() const
 {
     return refValid() && isValid() ? &_fsRef : nullptr;

@@ -62,12 +62,10 @@ public:
     zef::FileURL currentURL();
     std::optional<std::string> currentPath();
     zef::PathBuffer currentFilesystemRepresentation();
-    /// The date after a look at the remembered path alone; nil when nobody asked for the date
-    /// before and nothing has changed.
+    /// After a look at the remembered path alone; nil when nobody asked before and nothing changed.
     std::optional<zef::Date> currentModificationDate();
 
-    // Kernel queue: asked instead of time stamps from `initKQueue` on, which begins anew, until
-    // `endKQueue`.
+    // Kernel queue, asked instead of time stamps until `endKQueue`; `initKQueue` begins anew.
     void initKQueue();
     void endKQueue();
     bool usingKQueue() const { return _kernelQueue >= 0; }
@@ -102,6 +100,8 @@ public:
     void ZEF_seenAtURL(const zef::FileURL& url);
     /// Whether `other` is of another file that has, or had, the same numbers. Any thread.
     bool ZEF_isAnotherObject(const ZEFFileItem& other) const;
+    /// Whether `url` has the path of its location, whatever their marks. Any thread.
+    bool ZEF_hasPathOf(const zef::FileURL& url) const;
     /// Takes what finds the file again after a move, unless that was done. Any thread.
     void ZEF_keepReference();
     /// Copies the reference; NO where `fsRef` yields none. Any thread.

@@ -20,7 +20,7 @@ zef::FileURL ZEFFileLoadOperation::Batch::fillSlot(std::size_t index)
     _slots[index] = _fileClass->ZEF_newFileItemForEntry(url, entry.ref, entry.stat);
     if (_isAskedAbout)
         zef::ObjectPlace::noteFound(entry.ref, url, entry.stat);
-    if (_slots[index] && !_slots[index]->url().hasPathOf(url))
+    if (_slots[index] && !_slots[index]->ZEF_hasPathOf(url))
         _sightings.push_back({ _slots[index], url });
     return url;
 }

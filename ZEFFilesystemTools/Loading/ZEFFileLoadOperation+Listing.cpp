@@ -207,7 +207,7 @@ bool ZEFFileLoadOperation::Listing::descend(Level& level, const zef::FileURL& fo
     if (!mayEnter(folder, levelBelow))
         return false;
     // An item that was made before may know its folder by another path.
-    const bool isHere = folder == item && item->url().hasPathOf(found);
+    const bool isHere = folder == item && item->ZEF_hasPathOf(found);
     const auto count = _levels.size();
     enter(std::move(folder), levelBelow, isHere ? found : nullptr);
     return _levels.size() > count;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <atomic>
 #include <mutex>
 
 namespace zef {
@@ -34,13 +35,14 @@ public:
     void refill();
 
     /// Whether the spare is there.
-    bool isFilled() const;
+    bool isFilled() const { return _spare.load(std::memory_order_relaxed) >= 0; }
 
 private:
     bool giveUpSpare();
 
-    mutable std::mutex _mutex;
-    int _spare = -1;
+    /// Held while the spare is opened, so that only one is.
+    std::mutex _refillMutex;
+    std::atomic<int> _spare{ -1 };
 };
 
 } // namespace zef

@@ -4,7 +4,6 @@
 #include "ZEFFilesystemTools/Platform/Locator.h"
 
 #include <cerrno>
-#include <utility>
 
 #include <fcntl.h>
 #include <sys/eventfd.h>
@@ -82,23 +81,18 @@ void DescriptorReserve::close(int descriptor)
 
 void DescriptorReserve::refill()
 {
+    if (isFilled())
+        return;
     ErrnoKeeper keeper;
-    std::lock_guard lock(_mutex);
-    if (_spare < 0)
+    std::lock_guard lock(_refillMutex);
+    if (!isFilled())
         _spare = openSpare();
-}
-
-bool DescriptorReserve::isFilled() const
-{
-    std::lock_guard lock(_mutex);
-    return _spare >= 0;
 }
 
 bool DescriptorReserve::giveUpSpare()
 {
     ErrnoKeeper keeper;
-    std::lock_guard lock(_mutex);
-    const int spare = std::exchange(_spare, -1);
+    const int spare = _spare.exchange(-1);
     return spare >= 0 && ::close(spare) == 0;
 }
 

@@ -200,7 +200,10 @@ Ref<const FolderPath> FileURL::asFolder() const
         return nullptr;
     if (_node->isRoot())
         return _node->folder();
-    return FolderPath::of(path() + "/");
+    std::string bytes;
+    bytes.reserve(_node->folder()->bytes().size() + _node->name().size() + 1);
+    bytes.append(_node->folder()->bytes()).append(_node->name()).append(1, '/');
+    return FolderPath::of(bytes);
 }
 
 } // namespace zef
