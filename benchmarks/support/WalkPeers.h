@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-/// Other ways to walk a tree in a program and to keep their own record of every entry; each is asked
-/// something, so that it has looked at the file itself.
+/// Other ways to walk a tree in a program and to keep their own record of every entry; each is
+/// asked something, so that it has looked at the file itself.
 ///
 /// All are single-threaded, and return how many entries they found below `path`.
 namespace walkPeers {
