@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 
 #include "benchmarks/support/BenchmarkFolders.h"
@@ -30,8 +31,36 @@ void listing(benchmark::State& state)
     }
 }
 
+// What the file manager does beside the flat load. The listing is of a folder that nobody watches.
+void filesInDirectory(benchmark::State& state)
+{
+    const auto count = static_cast<std::size_t>(state.range(0));
+    const auto& path = BenchmarkFolders::shared().withFiles(count);
+    auto* manager = ZEFFileManager::defaultFileManager();
+    const auto folder = manager->fileClass()->newFileItemForPath(path);
+
+    Comparison comparison(state);
+    for (auto _ : state) {
+        zef::Ref<ZEFFileLoadOperation> operation;
+        zef::Ref<ZEFFileItemArray> files;
+        operation = zef::makeRef<ZEFFileLoadOperation>();
+        operation->setLoadingDirectory(folder);
+        comparison.round([&] { operation->start(); }, [&] { operation = nullptr; },
+            [&] { files = manager->filesInDirectory(folder.get()); });
+        if (!files || files->count() != count) {
+            state.SkipWithError("the listing is not complete");
+            break;
+        }
+    }
+}
+
 BENCHMARK(listing)->Arg(1000)->Iterations(100)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(listing)->Arg(10000)->Iterations(10)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(listing)->Arg(100000)->Iterations(2)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(filesInDirectory)
+    ->Arg(10000)
+    ->Iterations(10)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace
