@@ -12,8 +12,9 @@
 namespace zef {
 namespace {
 
-// Opens the folder at `path` or, where there is none, the nearest above it, links followed.
-Ref<ObjectDescriptor> openNearest(std::string path)
+// Opens the folder at `path`, links followed, or where there is none the nearest above it, whose
+// path it is then.
+Ref<ObjectDescriptor> openNearest(std::string& path)
 {
     for (;;) {
         const int descriptor = DescriptorReserve::shared().openAt(
@@ -39,16 +40,15 @@ TrashPlaces::TrashPlaces()
 
 void TrashPlaces::lookForHome()
 {
-    const auto nearest = openNearest(_homePath);
+    auto path = _homePath;
+    const auto nearest = openNearest(path);
     Stat stat;
     if (!nearest || nearest->stat(stat, _homeVolume.first) != 0 || _homeAscent.climb(nearest) != 0)
         return _homePath.clear();
     _homeVolume.second = stat.device;
     _homeAscent.closeTop();
-    const int descriptor = DescriptorReserve::shared().openAt(
-        AT_FDCWD, _homePath.c_str(), O_PATH | O_DIRECTORY);
-    _hasHomeTrash = descriptor >= 0;
-    DescriptorReserve::shared().close(descriptor);
+    // Not by another look: another program may just have made it.
+    _hasHomeTrash = path == _homePath;
 }
 
 TrashProblem TrashPlaces::find(const TrashFolder& folder, TrashPlace*& place)
