@@ -47,7 +47,7 @@ void peerProgram(benchmark::State& state, std::vector<std::string> command, std:
     double work = 0;
     for (auto _ : state) {
         floor += Comparison::seconds([&] { benchmark::DoNotOptimize(walkByHand(path)); });
-        const double time = walkPeers::secondsOfProgram(command);
+        const double time = peers::secondsOfProgram(command);
         if (time < 0) {
             state.SkipWithError("the peer is not there, or it failed");
             return;
@@ -64,13 +64,12 @@ void once(benchmark::internal::Benchmark* benchmark)
     benchmark->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
 }
 
-BENCHMARK_CAPTURE(peerLibrary, standardWide, walkPeers::standardLibrary, Tree::wide)->Apply(once);
-BENCHMARK_CAPTURE(peerLibrary, standardNarrow, walkPeers::standardLibrary, Tree::narrow)
-    ->Apply(once);
-BENCHMARK_CAPTURE(peerLibrary, gioWide, walkPeers::gio, Tree::wide)->Apply(once);
-BENCHMARK_CAPTURE(peerLibrary, gioNarrow, walkPeers::gio, Tree::narrow)->Apply(once);
-BENCHMARK_CAPTURE(peerLibrary, qtWide, walkPeers::qt, Tree::wide)->Apply(once);
-BENCHMARK_CAPTURE(peerLibrary, qtNarrow, walkPeers::qt, Tree::narrow)->Apply(once);
+BENCHMARK_CAPTURE(peerLibrary, standardWide, peers::standardLibrary, Tree::wide)->Apply(once);
+BENCHMARK_CAPTURE(peerLibrary, standardNarrow, peers::standardLibrary, Tree::narrow)->Apply(once);
+BENCHMARK_CAPTURE(peerLibrary, gioWide, peers::gio, Tree::wide)->Apply(once);
+BENCHMARK_CAPTURE(peerLibrary, gioNarrow, peers::gio, Tree::narrow)->Apply(once);
+BENCHMARK_CAPTURE(peerLibrary, qtWide, peers::qt, Tree::wide)->Apply(once);
+BENCHMARK_CAPTURE(peerLibrary, qtNarrow, peers::qt, Tree::narrow)->Apply(once);
 BENCHMARK_CAPTURE(peerProgram, find, { "find", "", "-printf", "%i %s %T@\n" }, 1)->Apply(once);
 BENCHMARK_CAPTURE(peerProgram, bfs, { "bfs", "", "-printf", "%i %s %T@\n" }, 1)->Apply(once);
 BENCHMARK_CAPTURE(

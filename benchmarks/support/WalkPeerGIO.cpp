@@ -28,12 +28,12 @@ void walk(GFile* folder, std::vector<GFileInfo*>& found)
 
 } // namespace
 
-bool walkPeers::hasGIO()
+bool peers::hasGIO()
 {
     return true;
 }
 
-std::size_t walkPeers::gio(const std::string& path)
+std::size_t peers::gio(const std::string& path)
 {
     std::vector<GFileInfo*> found;
     auto* folder = g_file_new_for_path(path.c_str());
@@ -46,12 +46,12 @@ std::size_t walkPeers::gio(const std::string& path)
 
 #else
 
-bool walkPeers::hasGIO()
+bool peers::hasGIO()
 {
     return false;
 }
 
-std::size_t walkPeers::gio(const std::string&)
+std::size_t peers::gio(const std::string&)
 {
     return 0;
 }

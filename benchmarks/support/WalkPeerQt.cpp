@@ -6,12 +6,12 @@
 #include <QDirIterator>
 #include <QFileInfo>
 
-bool walkPeers::hasQt()
+bool peers::hasQt()
 {
     return true;
 }
 
-std::size_t walkPeers::qt(const std::string& path)
+std::size_t peers::qt(const std::string& path)
 {
     std::vector<QFileInfo> found;
     QDirIterator entries(QString::fromLocal8Bit(path.c_str()),
@@ -27,12 +27,12 @@ std::size_t walkPeers::qt(const std::string& path)
 
 #else
 
-bool walkPeers::hasQt()
+bool peers::hasQt()
 {
     return false;
 }
 
-std::size_t walkPeers::qt(const std::string&)
+std::size_t peers::qt(const std::string&)
 {
     return 0;
 }

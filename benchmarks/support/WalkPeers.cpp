@@ -27,7 +27,7 @@ double seconds(const timeval& time)
 
 } // namespace
 
-std::size_t walkPeers::standardLibrary(const std::string& path)
+std::size_t peers::standardLibrary(const std::string& path)
 {
     std::vector<Found> found;
     std::error_code ignored;
@@ -36,9 +36,10 @@ std::size_t walkPeers::standardLibrary(const std::string& path)
     return found.size();
 }
 
-double walkPeers::secondsOfProgram(const std::vector<std::string>& command)
+double peers::secondsOfProgram(const std::vector<std::string>& command)
 {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (const auto& argument : command)
         arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);

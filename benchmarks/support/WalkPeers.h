@@ -9,7 +9,7 @@
 /// asked something, so that it has looked at the file itself.
 ///
 /// All are single-threaded, and return how many entries they found below `path`.
-namespace walkPeers {
+namespace peers {
 
 std::size_t standardLibrary(const std::string& path);
 
@@ -25,4 +25,4 @@ std::size_t qt(const std::string& path);
 /// of processor time that it used, on all its threads; negative when it is not there.
 double secondsOfProgram(const std::vector<std::string>& command);
 
-} // namespace walkPeers
+} // namespace peers
