@@ -120,7 +120,8 @@ std::int16_t ZEFFileLoadOperation::Listing::openIterator(Level& next, const zef:
         const auto& entry = above.batch->entry(above.index);
         return above.iterator->openSubfolder(entry, next.url, next.iterator);
     }
-    if (_levels.empty() && _operation._openedIterator) {
+    // A folder may have got lost since it was opened; then there are no paths for what is in it.
+    if (next.url && _levels.empty() && _operation._openedIterator) {
         next.iterator = std::move(_operation._openedIterator);
         return Result::noError;
     }

@@ -6,7 +6,9 @@
 #include "tests/support/SpyCatalog.h"
 #include "tests/support/WithoutPrivileges.h"
 
+#include <memory>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -86,6 +88,20 @@ TEST_F(ZEFFileLoadOperationFailureTest, LogsAFileThatIsNoFolder)
 
 TEST_F(ZEFFileLoadOperationFailureTest, LogsALostFolder)
 {
+    folder.remove("loaded");
+
+    EXPECT_THAT(run(), IsEmpty());
+    EXPECT_THAT(takeLog(), ElementsAre(openingFailed(-1401, "(null)")));
+}
+
+TEST_F(ZEFFileLoadOperationFailureTest, LogsAFolderThatGotLostSinceItWasOpened)
+{
+    folder.makeFolder("opened");
+    folder.write("opened/file", "");
+    const auto opened = item("opened");
+    std::unique_ptr<zef::CatalogIterator> iterator;
+    zef::Catalog::system().openIterator(opened->fsRef(), opened->url(), iterator);
+    load->setOpenedIterator(std::move(iterator));
     folder.remove("loaded");
 
     EXPECT_THAT(run(), IsEmpty());
