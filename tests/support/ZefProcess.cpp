@@ -136,6 +136,8 @@ public:
         ::dup2(_error[1], STDERR_FILENO);
     }
 
+    void closeReader() { closeIfOpen(_output[0]); }
+
     void keepOwnEnds(ZefProcess& process)
     {
         closeIfOpen(_input[0]);
@@ -210,6 +212,8 @@ void ZefProcess::startOnPipes(const std::vector<std::string>& arguments, const S
 {
     Start start(arguments, settings);
     Pipes pipes;
+    if (settings.nobodyReads)
+        pipes.closeReader();
     _process = ::fork();
     if (_process < 0)
         fail("fork");

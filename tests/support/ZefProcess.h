@@ -23,6 +23,8 @@ public:
         unsigned short columns = 200;
         /// Descriptors that the program finds closed.
         std::vector<int> closed{};
+        /// Whether the reader of the program's output, a pipe, is gone before it starts.
+        bool nobodyReads = false;
         /// Environment variables to set, or to remove where there is no value.
         std::map<std::string, std::optional<std::string>> environment{};
         /// The folder to run in; the test's own when empty.

@@ -116,13 +116,10 @@ TEST_F(EveryCommandTest, EndsQuietlyWhenNobodyReads)
     for (const auto& arguments : std::vector<std::vector<std::string>>{ { "--help" },
              { "--version" }, { "find", folder.path() }, { "list", folder.path() },
              { "info", file }, { "archive", file }, { "resolve" }, { "watch", folder.path() } }) {
-        ZefProcess process(arguments);
-        process.standStill();
+        ZefProcess process(arguments, { .nobodyReads = true });
         if (arguments[0] == "resolve")
             process.send(archive);
         process.closeInput();
-        process.closeOutput();
-        process.goOn();
         EXPECT_EQ(process.status(), 0) << arguments[0];
         EXPECT_EQ(process.errorText(), "") << arguments[0];
     }
