@@ -46,7 +46,8 @@ public:
     bool resume();
 
     /// Takes over the descriptor of a folder in this one, to get back from there, wherever both
-    /// were moved meanwhile, when this one is resumed; nothing while this one isn't suspended.
+    /// were moved meanwhile, when this one is resumed; nothing where this one has a descriptor
+    /// already.
     void resumeFrom(FolderReader& child);
 
     /// Whether nothing is left, as far as that is known without a read.

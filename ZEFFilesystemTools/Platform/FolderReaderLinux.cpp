@@ -161,7 +161,7 @@ bool FolderReader::resume()
 // one descriptor for all of them, and one call of the system, or one in so many levels.
 void FolderReader::resumeFrom(FolderReader& child)
 {
-    if (_folder >= 0)
+    if (_folder >= 0 || _folderBelow >= 0)
         return;
     _levelsAbove = child._folder >= 0 ? 1 : child._levelsAbove + 1;
     _folderBelow = std::exchange(child._folder >= 0 ? child._folder : child._folderBelow, -1);
