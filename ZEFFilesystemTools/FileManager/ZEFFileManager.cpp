@@ -2,6 +2,7 @@
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 
 #include "ZEFFilesystemTools/FileManager/ZEFFileManagerDirectories.h"
+#include "ZEFFilesystemTools/Loading/ZEFLoadQueue.h"
 #include "ZEFFilesystemTools/Platform/OperationQueue.h"
 
 #include <atomic>
@@ -10,7 +11,6 @@
 
 namespace {
 
-constexpr std::size_t loadsAtOnce = 64;
 constexpr std::size_t utilitiesPerProcessor = 4;
 constexpr std::size_t releaseTimersHint = 100;
 
@@ -55,12 +55,11 @@ ZEFFileManager* ZEFFileManager::init()
 }
 
 ZEFFileManager::ZEFFileManager()
-    : _operationQueue(zef::makeRef<zef::OperationQueue>())
-    , _utilityQueue(zef::makeRef<zef::OperationQueue>())
+    : _utilityQueue(zef::makeRef<zef::OperationQueue>())
     , _directories(std::make_unique<Directories>())
     , _removedDirectoriesReleaseTimers(zef::makeRef<zef::Array<zef::Timer>>(releaseTimersHint))
 {
-    _operationQueue->setMaxConcurrentOperationCount(loadsAtOnce);
+    ZEFLoadQueue::begin();
     _utilityQueue->setMaxConcurrentOperationCount(
         utilitiesPerProcessor * zef::onlineProcessorCount());
     makeImmortal();
@@ -81,11 +80,16 @@ bool ZEFFileManager::setFileClass(const ZEFFileItemClass* fileClass)
     return true;
 }
 
+zef::OperationQueue* ZEFFileManager::operationQueue() const
+{
+    return ZEFLoadQueue::queue();
+}
+
 void ZEFFileManager::shutdown()
 {
     if (std::exchange(_isShutDown, true))
         return;
-    _operationQueue->setSuspended(true);
+    operationQueue()->setSuspended(true);
     _utilityQueue->setSuspended(true);
     if (_timer)
         _timer->invalidate();
@@ -93,8 +97,7 @@ void ZEFFileManager::shutdown()
     for (const auto& timer : *_removedDirectoriesReleaseTimers)
         timer->invalidate();
     _removedDirectoriesReleaseTimers->removeAllObjects();
-    _operationQueue->waitUntilAllOperationsAreFinished();
-    _operationQueue = nullptr;
+    ZEFLoadQueue::end();
     _utilityQueue->waitUntilAllOperationsAreFinished();
     _utilityQueue = nullptr;
 }

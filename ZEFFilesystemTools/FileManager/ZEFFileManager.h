@@ -44,7 +44,7 @@ public:
     bool setFileClass(const ZEFFileItemClass*);
 
     /// For loads; at most 64 at once. Borrowed.
-    zef::OperationQueue* operationQueue() const { return _operationQueue.get(); }
+    zef::OperationQueue* operationQueue() const;
     /// For the host's own work; at most four operations for each processor at once. Borrowed.
     zef::OperationQueue* utilityQueue() const { return _utilityQueue.get(); }
 
@@ -127,7 +127,6 @@ private:
     void scheduleRelease(ZEFDirectorySubscription&);
     ZEFDirectorySubscription* makeSubscription(ZEFObject* subscriber, ZEFFileItem& file);
 
-    zef::Ref<zef::OperationQueue> _operationQueue;
     zef::Ref<zef::OperationQueue> _utilityQueue;
     /// Kept alive by the run loop while it is valid.
     zef::Ref<zef::Timer> _timer;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Loading/ZEFAsynchronousFileLoader.h"
 
-#include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
+#include "ZEFFilesystemTools/Loading/ZEFLoadQueue.h"
 #include "ZEFFilesystemTools/Platform/LetOutlive.h"
 #include "ZEFFilesystemTools/Platform/OperationQueue.h"
 #include "ZEFFilesystemTools/Platform/RunLoop.h"
@@ -69,7 +69,7 @@ void ZEFAsynchronousFileLoader::start()
     zef::letOutlive(_loadingArray.get(), "what was found outlives every loader that was started");
     _loadingArrayLock = _fileLoadOperation->loadingArrayLock();
     _loadingArray = _fileLoadOperation->loadingArray();
-    if (auto* queue = ZEFFileManager::defaultFileManager()->operationQueue()) {
+    if (auto* queue = ZEFLoadQueue::queue()) {
         queue->addOperation(_fileLoadOperation);
     } else {
         // After the shutdown, as what was on the queue then: it ends without having begun.

@@ -6,6 +6,9 @@
 
 namespace zef {
 
+/// Closes one descriptor that somebody holds only to be faster; false when there is none.
+using DescriptorGiver = bool (*)();
+
 /// Lets the library open a folder for a moment even when the process has no descriptor left.
 ///
 /// One spare descriptor is open from the start; it makes room when everything else fails and is
@@ -22,9 +25,11 @@ public:
     DescriptorReserve& operator=(const DescriptorReserve&) = delete;
 
     /// As openat(2), close-on-exec in any case, without O_CREAT. When there is no descriptor left
-    /// (EMFILE, ENFILE) the shared locator gives back descriptors that it holds, and if it has none
-    /// the spare is closed. -1 with errno on failure. No lock is held while the file system works.
+    /// (EMFILE, ENFILE) the giver closes some, and if it has none the spare is closed. -1 with errno on failure. No lock is held while the file system works.
     int openAt(int folder, const char* path, int flags);
+
+    /// Asks `giver` whenever there is no descriptor left; null asks nobody. Any thread.
+    void setGiver(DescriptorGiver giver) { _giver.store(giver, std::memory_order_relaxed); }
 
     /// Closes a descriptor, by preference one that `openAt` returned, and opens the spare again if
     /// it was used. Leaves errno alone; does nothing for -1.
@@ -38,11 +43,13 @@ public:
     bool isFilled() const { return _spare.load(std::memory_order_relaxed) >= 0; }
 
 private:
+    bool makeRoom();
     bool giveUpSpare();
 
     /// Held while the spare is opened, so that only one is.
     std::mutex _refillMutex;
     std::atomic<int> _spare{ -1 };
+    std::atomic<DescriptorGiver> _giver{ nullptr };
 };
 
 } // namespace zef

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
 
-#include "ZEFFilesystemTools/Platform/Locator.h"
-
 #include <cerrno>
 
 #include <fcntl.h>
@@ -61,7 +59,7 @@ int DescriptorReserve::openAt(int folder, const char* path, int flags)
     const auto open = [&] { return ::openat(folder, path, flags | O_CLOEXEC); };
     int result = open();
     for (int tries = 0; isOutOfDescriptors(result) && tries < mostDescriptorsGivenBack; ++tries) {
-        if (!Locator::shared().giveBackOneDescriptor())
+        if (!makeRoom())
             break;
         result = open();
     }
@@ -87,6 +85,12 @@ void DescriptorReserve::refill()
     std::lock_guard lock(_refillMutex);
     if (!isFilled())
         _spare = openSpare();
+}
+
+bool DescriptorReserve::makeRoom()
+{
+    const auto giver = _giver.load(std::memory_order_relaxed);
+    return giver && giver();
 }
 
 bool DescriptorReserve::giveUpSpare()

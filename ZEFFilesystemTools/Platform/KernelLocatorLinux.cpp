@@ -48,8 +48,8 @@ Locator& Locator::system()
 KernelLocator::KernelLocator()
     : _tables(defaultDescriptorBudget())
 {
-    // Filled while there are still descriptors.
-    DescriptorReserve::shared();
+    // Made here so that it is filled while there are still descriptors.
+    DescriptorReserve::shared().setGiver([] { return shared().giveBackOneDescriptor(); });
 }
 
 bool KernelLocator::makeRef(const FileURL& url, const Stat& stat, FSRef& ref)

@@ -54,7 +54,7 @@ bool isHighControl(std::string_view text, std::size_t index)
         && static_cast<unsigned char>(text[index + 1]) <= 0x9f;
 }
 
-void appendEscaped(std::string& line, char character)
+void appendControl(std::string& line, char character)
 {
     switch (character) {
     case '\n':
@@ -78,12 +78,12 @@ std::string escaped(std::string_view text)
     line.reserve(text.size());
     for (std::size_t index = 0; index < text.size(); ++index) {
         if (isHighControl(text, index)) {
-            appendEscaped(line, text[index]);
-            appendEscaped(line, text[++index]);
+            appendControl(line, text[index]);
+            appendControl(line, text[++index]);
             continue;
         }
         if (isControl(static_cast<unsigned char>(text[index])))
-            appendEscaped(line, text[index]);
+            appendControl(line, text[index]);
         else
             line += text[index];
     }

@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
-#include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
+#include "ZEFFilesystemTools/Loading/ZEFLoadQueue.h"
 #include "ZEFFilesystemTools/Platform/Clock.h"
 #include "ZEFFilesystemTools/Platform/FirstException.h"
 #include "ZEFFilesystemTools/Platform/OperationQueue.h"
@@ -142,7 +142,7 @@ void ZEFDirectorySubscription::loadInBackground()
             [this](zef::Timer& timer) { ZEFAsynchronousLoadingTimerCallback(&timer, this); });
         zef::RunLoop::current().addTimer(_asyncLoadingCheckTimer, zef::TimerModes::common);
     }
-    if (auto* queue = ZEFFileManager::defaultFileManager()->operationQueue())
+    if (auto* queue = ZEFLoadQueue::queue())
         queue->addOperation(std::move(operation));
 }
 

@@ -14,7 +14,8 @@
 /// the disk nothing and completes no reference. Any thread.
 class FakeLocator final : public zef::Locator {
 public:
-    FakeLocator() { replaceShared(this); }
+    // The real one first: it makes the shared locator known to the reserve of descriptors.
+    FakeLocator() { system(), replaceShared(this); }
     ~FakeLocator() override { replaceShared(nullptr); }
     FakeLocator(const FakeLocator&) = delete;
     FakeLocator& operator=(const FakeLocator&) = delete;

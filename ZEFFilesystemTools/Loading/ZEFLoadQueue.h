@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ZEFFilesystemTools/Platform/Export.h"
+
+namespace zef {
+class OperationQueue;
+}
+
+/// The one queue that every background load of the process runs on, at most 64 at once.
+///
+/// The file manager hands it out and ends it. Any thread, but `end` only on the manager's.
+class ZEF_INTERNAL ZEFLoadQueue {
+public:
+    /// Borrowed; made at the first call, null between `end` and `begin`.
+    static zef::OperationQueue* queue();
+    /// Makes a new queue if the last one was ended.
+    static void begin();
+    /// Waits for the loads that run; those that have not begun never will if the queue is
+    /// suspended.
+    static void end();
+};
