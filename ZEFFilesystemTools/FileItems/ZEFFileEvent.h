@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Number.h"
+#include "ZEFFilesystemTools/Platform/Objects/Number.h"
 
 /// What happened to a file. Single bits, but a change record carries exactly one of them.
 enum class ZEFFileEvent : int {

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/FileURL.h"
+#include "ZEFFilesystemTools/Platform/Objects/ZEFObject.h"
 #include "ZEFFilesystemTools/Platform/Stat.h"
-#include "ZEFFilesystemTools/Platform/ZEFObject.h"
 
 /// What was last seen of a file: one record for the item itself and, chained behind it, one for
 /// each observer.

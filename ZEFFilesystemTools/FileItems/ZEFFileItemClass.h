@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Array.h"
-#include "ZEFFilesystemTools/Platform/Class.h"
 #include "ZEFFilesystemTools/Platform/FSRef.h"
 #include "ZEFFilesystemTools/Platform/FileURL.h"
-#include "ZEFFilesystemTools/Platform/Ref.h"
-#include "ZEFFilesystemTools/Platform/ValueArray.h"
+#include "ZEFFilesystemTools/Platform/Objects/Array.h"
+#include "ZEFFilesystemTools/Platform/Objects/Class.h"
+#include "ZEFFilesystemTools/Platform/Objects/Ref.h"
+#include "ZEFFilesystemTools/Platform/Objects/ValueArray.h"
 
 #include <cstddef>
 #include <string>

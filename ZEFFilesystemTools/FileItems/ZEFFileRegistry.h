@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Mutex.h"
-#include "ZEFFilesystemTools/Platform/Ref.h"
+#include "ZEFFilesystemTools/Platform/Objects/Ref.h"
 
 #include <cstdint>
 

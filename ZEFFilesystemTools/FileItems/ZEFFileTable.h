@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Ref.h"
+#include "ZEFFilesystemTools/Platform/Objects/Ref.h"
 
 #include <cstddef>
 #include <cstdint>

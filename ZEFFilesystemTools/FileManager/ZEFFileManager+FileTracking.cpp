@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 
 #include "ZEFFilesystemTools/FileManager/ZEFFileManagerDirectories.h"
-#include "ZEFFilesystemTools/Platform/FirstException.h"
+#include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
 #include "ZEFFilesystemTools/Platform/RunLoop.h"
 #include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
 

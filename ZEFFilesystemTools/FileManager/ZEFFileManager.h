@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
-#include "ZEFFilesystemTools/Platform/Array.h"
+#include "ZEFFilesystemTools/Platform/Objects/Array.h"
 #include "ZEFFilesystemTools/Platform/Timer.h"
 #include "ZEFFilesystemTools/Platform/TrashRefusal.h"
 

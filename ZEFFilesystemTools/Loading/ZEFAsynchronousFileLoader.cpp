@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Loading/ZEFAsynchronousFileLoader.h"
 
 #include "ZEFFilesystemTools/Loading/ZEFLoadQueue.h"
-#include "ZEFFilesystemTools/Platform/LetOutlive.h"
+#include "ZEFFilesystemTools/Platform/Objects/LetOutlive.h"
 #include "ZEFFilesystemTools/Platform/OperationQueue.h"
 #include "ZEFFilesystemTools/Platform/RunLoop.h"
 

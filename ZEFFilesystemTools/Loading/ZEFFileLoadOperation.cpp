@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadListing.h"
-#include "ZEFFilesystemTools/Platform/LetOutlive.h"
+#include "ZEFFilesystemTools/Platform/Objects/LetOutlive.h"
 
 #include <mutex>
 #include <utility>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
-#include "ZEFFilesystemTools/Platform/Array.h"
 #include "ZEFFilesystemTools/Platform/Lock.h"
+#include "ZEFFilesystemTools/Platform/Objects/Array.h"
 #include "ZEFFilesystemTools/Platform/Operation.h"
 
 /// The files that a load found, in the order in which it found them.

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/CatalogIterator.h"
 #include "ZEFFilesystemTools/Platform/FileURL.h"
-#include "ZEFFilesystemTools/Platform/SharedService.h"
+#include "ZEFFilesystemTools/Platform/Objects/SharedService.h"
 
 #include <memory>
 

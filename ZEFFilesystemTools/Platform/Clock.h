@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Date.h"
-#include "ZEFFilesystemTools/Platform/SharedService.h"
+#include "ZEFFilesystemTools/Platform/Objects/SharedService.h"
 
 namespace zef {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/FileHandle.h"
-#include "ZEFFilesystemTools/Platform/SharedService.h"
+#include "ZEFFilesystemTools/Platform/Objects/SharedService.h"
 #include "ZEFFilesystemTools/Platform/Stat.h"
 
 namespace zef {

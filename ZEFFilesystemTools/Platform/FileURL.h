@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/FolderPath.h"
+#include "ZEFFilesystemTools/Platform/Objects/Ref.h"
 #include "ZEFFilesystemTools/Platform/PathBytes.h"
-#include "ZEFFilesystemTools/Platform/Ref.h"
 
 #include <cstdint>
 #include <string>

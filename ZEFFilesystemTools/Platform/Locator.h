@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/FSRef.h"
 #include "ZEFFilesystemTools/Platform/FileURL.h"
-#include "ZEFFilesystemTools/Platform/SharedService.h"
+#include "ZEFFilesystemTools/Platform/Objects/SharedService.h"
 
 #include <cstddef>
 #include <string_view>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/FSRef.h"
+#include "ZEFFilesystemTools/Platform/Objects/ZEFObject.h"
 #include "ZEFFilesystemTools/Platform/PathBytes.h"
-#include "ZEFFilesystemTools/Platform/ZEFObject.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/ZEFObject.h"
+#include "ZEFFilesystemTools/Platform/Objects/ZEFObject.h"
 
 #include <atomic>
 #include <cstdint>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
-#include "ZEFFilesystemTools/Platform/OrderedSet.h"
+#include "ZEFFilesystemTools/Platform/Objects/OrderedSet.h"
 #include "ZEFFilesystemTools/Platform/Timer.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscriptionProtocol.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFSubscriberTable.h"

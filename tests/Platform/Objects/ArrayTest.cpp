@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Array.h"
+#include "ZEFFilesystemTools/Platform/Objects/Array.h"
 
 #include "tests/support/CountedObject.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/ZEFObject.h"
+#include "ZEFFilesystemTools/Platform/Objects/ZEFObject.h"
 
-#include "ZEFFilesystemTools/Platform/LetOutlive.h"
+#include "ZEFFilesystemTools/Platform/Objects/LetOutlive.h"
 
 #include "tests/support/CountedObject.h"
 

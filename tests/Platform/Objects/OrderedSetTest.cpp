@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/OrderedSet.h"
+#include "ZEFFilesystemTools/Platform/Objects/OrderedSet.h"
 
-#include "ZEFFilesystemTools/Platform/Number.h"
+#include "ZEFFilesystemTools/Platform/Objects/Number.h"
 
 #include <gtest/gtest.h>
 

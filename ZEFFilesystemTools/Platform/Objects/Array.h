@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/MutationError.h"
-#include "ZEFFilesystemTools/Platform/ZEFObject.h"
+#include "ZEFFilesystemTools/Platform/Objects/MutationError.h"
+#include "ZEFFilesystemTools/Platform/Objects/ZEFObject.h"
 
 #include <algorithm>
 #include <cassert>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/LetOutlive.h"
+#include "ZEFFilesystemTools/Platform/Objects/LetOutlive.h"
 
 // Present only in a program that was built with the leak checker.
 // NOLINTNEXTLINE(readability-identifier-naming): the name is the run-time library's

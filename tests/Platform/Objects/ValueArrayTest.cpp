@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/ValueArray.h"
+#include "ZEFFilesystemTools/Platform/Objects/ValueArray.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Ref.h"
+#include "ZEFFilesystemTools/Platform/Objects/Ref.h"
 
-#include "ZEFFilesystemTools/Platform/LetOutlive.h"
+#include "ZEFFilesystemTools/Platform/Objects/LetOutlive.h"
 
 #include "tests/support/CountedObject.h"
 

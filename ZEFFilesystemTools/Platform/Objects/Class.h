@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Export.h"
+#include "ZEFFilesystemTools/Platform/Objects/Export.h"
 
 /// What stands for the system: URLs, references, the run loop, timers, queues and the like.
 namespace zef {

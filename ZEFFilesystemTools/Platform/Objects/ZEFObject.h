@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Class.h"
-#include "ZEFFilesystemTools/Platform/Ref.h"
+#include "ZEFFilesystemTools/Platform/Objects/Class.h"
+#include "ZEFFilesystemTools/Platform/Objects/Ref.h"
 
 #include <atomic>
 #include <cstdint>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Number.h"
+#include "ZEFFilesystemTools/Platform/Objects/Number.h"
 
 namespace zef {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/ZEFObject.h"
+#include "ZEFFilesystemTools/Platform/Objects/ZEFObject.h"
 
 #include <cstdio>
 #include <functional>
