@@ -2,8 +2,8 @@
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoAsking.h"
-#include "ZEFFilesystemTools/Platform/LocalizedString.h"
-#include "ZEFFilesystemTools/Platform/Log.h"
+#include "ZEFFilesystemTools/Platform/Text/LocalizedString.h"
+#include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/TypeTable.h"
 
 namespace {

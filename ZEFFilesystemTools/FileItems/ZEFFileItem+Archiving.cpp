@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
 #include "ZEFFilesystemTools/Platform/AliasData.h"
-#include "ZEFFilesystemTools/Platform/Log.h"
+#include "ZEFFilesystemTools/Platform/Text/Log.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
-#include "ZEFFilesystemTools/Platform/Log.h"
+#include "ZEFFilesystemTools/Platform/Text/Log.h"
 
 #include <cmath>
 #include <mutex>

@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
 #include "ZEFFilesystemTools/Platform/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/Log.h"
+#include "ZEFFilesystemTools/Platform/Text/Log.h"
 
 #include <cassert>
 #include <cmath>

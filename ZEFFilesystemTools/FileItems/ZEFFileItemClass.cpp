@@ -6,7 +6,7 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
 #include "ZEFFilesystemTools/Platform/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
-#include "ZEFFilesystemTools/Platform/Log.h"
+#include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/WideInode.h"
 
 namespace {

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
-#include "ZEFFilesystemTools/Platform/Log.h"
+#include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/WideInode.h"
 
 #include <atomic>

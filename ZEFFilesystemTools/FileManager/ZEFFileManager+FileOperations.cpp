@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/Clock.h"
 #include "ZEFFilesystemTools/Platform/LinuxCalls.h"
-#include "ZEFFilesystemTools/Platform/Log.h"
+#include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/Trash.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
-#include "ZEFFilesystemTools/Platform/Log.h"
 #include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
 #include "ZEFFilesystemTools/Platform/Objects/LetOutlive.h"
+#include "ZEFFilesystemTools/Platform/Text/Log.h"
 
 namespace {
 

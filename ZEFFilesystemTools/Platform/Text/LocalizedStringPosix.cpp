@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/LocalizedString.h"
+#include "ZEFFilesystemTools/Platform/Text/LocalizedString.h"
 
 #include <mutex>
 #include <utility>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/StandardError.h"
+#include "ZEFFilesystemTools/Platform/Text/StandardError.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Log.h"
+#include "ZEFFilesystemTools/Platform/Text/Log.h"
 
-#include "ZEFFilesystemTools/Platform/StandardError.h"
+#include "ZEFFilesystemTools/Platform/Text/StandardError.h"
 
 #include <cerrno>
 #include <cstdarg>
