@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileItems/ZEFFileInfoList.h"
 
-#include "ZEFFilesystemTools/Platform/TimeStamp.h"
+#include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 
 bool ZEFFileInfoList::hasTimeStampsOf(const zef::Stat& stat) const
 {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
-#include "ZEFFilesystemTools/Platform/Clock.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
+#include "ZEFFilesystemTools/Platform/Time/Clock.h"
 #include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
 
 #include <algorithm>

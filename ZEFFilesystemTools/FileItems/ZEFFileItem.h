@@ -7,7 +7,7 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileItemClass.h"
 #include "ZEFFilesystemTools/Platform/AtomicFlags.h"
 #include "ZEFFilesystemTools/Platform/ByteLock.h"
-#include "ZEFFilesystemTools/Platform/Date.h"
+#include "ZEFFilesystemTools/Platform/Time/Date.h"
 
 #include <limits>
 #include <memory>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 
-#include "ZEFFilesystemTools/Platform/Clock.h"
 #include "ZEFFilesystemTools/Platform/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
+#include "ZEFFilesystemTools/Platform/Time/Clock.h"
 #include "ZEFFilesystemTools/Platform/Trash.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 

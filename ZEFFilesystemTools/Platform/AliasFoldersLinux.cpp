@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/AliasFolders.h"
 
-#include "ZEFFilesystemTools/Platform/Clock.h"
 #include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <fcntl.h>
 

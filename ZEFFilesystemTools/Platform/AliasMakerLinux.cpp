@@ -2,10 +2,10 @@
 #include "ZEFFilesystemTools/Platform/AliasMaker.h"
 
 #include "ZEFFilesystemTools/Platform/CatalogResult.h"
-#include "ZEFFilesystemTools/Platform/Clock.h"
 #include "ZEFFilesystemTools/Platform/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/ObjectPlace.h"
+#include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -4,9 +4,9 @@
 #include "ZEFFilesystemTools/Platform/AliasBreadth.h"
 #include "ZEFFilesystemTools/Platform/AliasChain.h"
 #include "ZEFFilesystemTools/Platform/CatalogResult.h"
-#include "ZEFFilesystemTools/Platform/Clock.h"
 #include "ZEFFilesystemTools/Platform/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/MountTable.h"
+#include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <algorithm>
 #include <unordered_set>

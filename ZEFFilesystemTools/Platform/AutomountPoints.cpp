@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/AutomountPoints.h"
 
-#include "ZEFFilesystemTools/Platform/Clock.h"
+#include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/FileStamps.h"
 
-#include "ZEFFilesystemTools/Platform/TimeStamp.h"
+#include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 
 #include <cmath>
 #include <tuple>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/FolderIndex.h"
 
-#include "ZEFFilesystemTools/Platform/Clock.h"
 #include "ZEFFilesystemTools/Platform/FileSystemType.h"
 #include "ZEFFilesystemTools/Platform/LinuxCalls.h"
-#include "ZEFFilesystemTools/Platform/TimeStamp.h"
+#include "ZEFFilesystemTools/Platform/Time/Clock.h"
+#include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 
 #include <algorithm>
 #include <cstddef>

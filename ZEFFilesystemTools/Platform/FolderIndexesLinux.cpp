@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/FolderIndexes.h"
 
-#include "ZEFFilesystemTools/Platform/Clock.h"
 #include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <fcntl.h>
 

@@ -3,8 +3,8 @@
 
 #include "ZEFFilesystemTools/Platform/FileURL.h"
 #include "ZEFFilesystemTools/Platform/HiddenList.h"
-#include "ZEFFilesystemTools/Platform/RecentLook.h"
 #include "ZEFFilesystemTools/Platform/SmallFileCache.h"
+#include "ZEFFilesystemTools/Platform/Time/RecentLook.h"
 
 #include <memory>
 #include <mutex>

@@ -5,7 +5,7 @@
 #include "ZEFFilesystemTools/Platform/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
-#include "ZEFFilesystemTools/Platform/RecentLook.h"
+#include "ZEFFilesystemTools/Platform/Time/RecentLook.h"
 
 #include <cerrno>
 

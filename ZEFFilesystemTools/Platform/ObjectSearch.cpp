@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/ObjectSearch.h"
 
-#include "ZEFFilesystemTools/Platform/Clock.h"
 #include "ZEFFilesystemTools/Platform/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/PathSpelling.h"
+#include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Clock.h"
 #include "ZEFFilesystemTools/Platform/DeviceKinds.h"
 #include "ZEFFilesystemTools/Platform/FileStamps.h"
 #include "ZEFFilesystemTools/Platform/SmallFile.h"
+#include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <array>
 #include <cstddef>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Date.h"
+#include "ZEFFilesystemTools/Platform/Time/Date.h"
 
 #include <string>
 #include <string_view>

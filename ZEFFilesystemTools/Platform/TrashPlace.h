@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Date.h"
 #include "ZEFFilesystemTools/Platform/FolderAscent.h"
+#include "ZEFFilesystemTools/Platform/Time/Date.h"
 #include "ZEFFilesystemTools/Platform/TrashInfoFolder.h"
 #include "ZEFFilesystemTools/Platform/TrashName.h"
 #include "ZEFFilesystemTools/Platform/TrashProblem.h"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/VolumeEvidences.h"
 
-#include "ZEFFilesystemTools/Platform/Clock.h"
 #include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/FileSystemType.h"
 #include "ZEFFilesystemTools/Platform/MountTable.h"
+#include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <algorithm>
 #include <cstring>

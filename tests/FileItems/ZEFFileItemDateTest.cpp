@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TimeStamp.h"
+#include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 
 #include "tests/support/FakeFileItemFixture.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/TimeStamp.h"
+#include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 
 #include "tests/support/FakeFileSystem.h"
 #include "tests/support/TemporaryFolder.h"

@@ -2,9 +2,9 @@
 #include "ZEFFilesystemTools/Platform/KernelAliasData.h"
 
 #include "ZEFFilesystemTools/Platform/CatalogResult.h"
-#include "ZEFFilesystemTools/Platform/Clock.h"
 #include "ZEFFilesystemTools/Platform/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include "tests/support/AliasBytes.h"
 #include "tests/support/AliasFixture.h"

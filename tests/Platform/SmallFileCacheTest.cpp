@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Platform/SmallFileCache.h"
 
 #include "ZEFFilesystemTools/Platform/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/TimeStamp.h"
+#include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 
 #include "tests/support/SteppedClock.h"
 #include "tests/support/TemporaryFolder.h"

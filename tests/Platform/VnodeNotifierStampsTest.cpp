@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TimeStamp.h"
+#include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 #include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
 
 #include "tests/support/FakeFileSystem.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Clock.h"
 #include "ZEFFilesystemTools/Platform/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/KernelAliasData.h"
+#include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include "tests/support/AliasBytes.h"
 

@@ -2,7 +2,7 @@
 #include "tests/stress/WatchedFolder.h"
 
 #include "ZEFFilesystemTools/Platform/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/TimeStamp.h"
+#include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 
 #include <gtest/gtest.h>
 

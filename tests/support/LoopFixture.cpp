@@ -2,7 +2,7 @@
 #include "tests/support/LoopFixture.h"
 
 #include "ZEFFilesystemTools/Platform/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/TimeStamp.h"
+#include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 
 #include <algorithm>
 #include <string>

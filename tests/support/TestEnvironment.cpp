@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
-#include "ZEFFilesystemTools/Platform/RecentLook.h"
+#include "ZEFFilesystemTools/Platform/Time/RecentLook.h"
 
 #include <gtest/gtest.h>
 

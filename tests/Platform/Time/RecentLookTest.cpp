@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/RecentLook.h"
+#include "ZEFFilesystemTools/Platform/Time/RecentLook.h"
 
 #include "ZEFFilesystemTools/Platform/HiddenLists.h"
 #include "ZEFFilesystemTools/Platform/ObjectPlace.h"

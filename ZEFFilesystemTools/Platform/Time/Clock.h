@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Date.h"
 #include "ZEFFilesystemTools/Platform/Objects/SharedService.h"
+#include "ZEFFilesystemTools/Platform/Time/Date.h"
 
 namespace zef {
 
