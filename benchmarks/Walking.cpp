@@ -3,7 +3,7 @@
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 #include "ZEFFilesystemTools/Loading/ZEFNormalDirectoryFilter.h"
 #include "ZEFFilesystemTools/Loading/ZEFVisibleFileFilter.h"
-#include "ZEFFilesystemTools/Platform/OperationQueue.h"
+#include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
 #include "benchmarks/support/BenchmarkFolders.h"
 #include "benchmarks/support/BenchmarkTrees.h"

@@ -5,8 +5,8 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileChanges.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileInfoList.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileItemClass.h"
-#include "ZEFFilesystemTools/Platform/AtomicFlags.h"
-#include "ZEFFilesystemTools/Platform/ByteLock.h"
+#include "ZEFFilesystemTools/Platform/Threads/AtomicFlags.h"
+#include "ZEFFilesystemTools/Platform/Threads/ByteLock.h"
 #include "ZEFFilesystemTools/Platform/Time/Date.h"
 
 #include <limits>

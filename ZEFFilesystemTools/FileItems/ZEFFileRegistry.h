@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Mutex.h"
 #include "ZEFFilesystemTools/Platform/Objects/Ref.h"
+#include "ZEFFilesystemTools/Platform/Threads/Mutex.h"
 
 #include <cstdint>
 

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/FileManager/ZEFFileManagerDirectories.h"
 #include "ZEFFilesystemTools/Loading/ZEFLoadQueue.h"
-#include "ZEFFilesystemTools/Platform/OperationQueue.h"
+#include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
 #include <atomic>
 #include <mutex>

@@ -3,8 +3,8 @@
 
 #include "ZEFFilesystemTools/Loading/ZEFLoadQueue.h"
 #include "ZEFFilesystemTools/Platform/Objects/LetOutlive.h"
-#include "ZEFFilesystemTools/Platform/OperationQueue.h"
 #include "ZEFFilesystemTools/Platform/RunLoop.h"
+#include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
 #include <utility>
 

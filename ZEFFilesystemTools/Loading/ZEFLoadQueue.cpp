@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Loading/ZEFLoadQueue.h"
 
-#include "ZEFFilesystemTools/Platform/OperationQueue.h"
+#include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
 #include <mutex>
 

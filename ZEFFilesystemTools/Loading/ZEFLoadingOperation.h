@@ -2,9 +2,9 @@
 #pragma once
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
-#include "ZEFFilesystemTools/Platform/Lock.h"
 #include "ZEFFilesystemTools/Platform/Objects/Array.h"
-#include "ZEFFilesystemTools/Platform/Operation.h"
+#include "ZEFFilesystemTools/Platform/Threads/Lock.h"
+#include "ZEFFilesystemTools/Platform/Threads/Operation.h"
 
 /// The files that a load found, in the order in which it found them.
 using ZEFFileItemArray = zef::Array<ZEFFileItem>;

@@ -4,8 +4,8 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
 #include "ZEFFilesystemTools/Loading/ZEFLoadQueue.h"
 #include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
-#include "ZEFFilesystemTools/Platform/OperationQueue.h"
 #include "ZEFFilesystemTools/Platform/RunLoop.h"
+#include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
-#include "ZEFFilesystemTools/Platform/OperationQueue.h"
+#include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
 #include "tests/support/ManagerFixture.h"
 #include "tests/support/ZEFDirectorySubscriptionTestAccess.h"

@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 
 #include "ZEFFilesystemTools/Platform/Catalog.h"
-#include "ZEFFilesystemTools/Platform/OperationQueue.h"
+#include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
 #include "tests/support/FileLoadFixture.h"
 #include "tests/support/Gate.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Operation.h"
+#include "ZEFFilesystemTools/Platform/Threads/Operation.h"
 
 #include <functional>
 #include <utility>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/ThreadStarter.h"
+#include "ZEFFilesystemTools/Platform/Threads/ThreadStarter.h"
 
 #include <condition_variable>
 #include <cstddef>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
-#include "ZEFFilesystemTools/Platform/OperationQueue.h"
+#include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
 #include "tests/support/LoopFixture.h"
 #include "tests/support/RecordingLoaderDelegate.h"

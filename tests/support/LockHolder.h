@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Lock.h"
+#include "ZEFFilesystemTools/Platform/Threads/Lock.h"
 
 #include <latch>
 #include <mutex>

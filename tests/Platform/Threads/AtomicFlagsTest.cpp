@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AtomicFlags.h"
+#include "ZEFFilesystemTools/Platform/Threads/AtomicFlags.h"
 
 #include <gtest/gtest.h>
 

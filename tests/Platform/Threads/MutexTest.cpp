@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Mutex.h"
+#include "ZEFFilesystemTools/Platform/Threads/Mutex.h"
 
-#include "ZEFFilesystemTools/Platform/ByteLock.h"
+#include "ZEFFilesystemTools/Platform/Threads/ByteLock.h"
 
 #include <gtest/gtest.h>
 

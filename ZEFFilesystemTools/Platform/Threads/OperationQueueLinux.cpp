@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/OperationQueue.h"
+#include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
 #include <cerrno>
 #include <vector>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Lock.h"
+#include "ZEFFilesystemTools/Platform/Threads/Lock.h"
 
 #include <gtest/gtest.h>
 

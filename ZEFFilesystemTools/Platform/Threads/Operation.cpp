@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Operation.h"
+#include "ZEFFilesystemTools/Platform/Threads/Operation.h"
 
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/ThreadStarter.h"
+#include "ZEFFilesystemTools/Platform/Threads/ThreadStarter.h"
 
 #include <csignal>
 #include <cstddef>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/WaitingOperations.h"
+#include "ZEFFilesystemTools/Platform/Threads/WaitingOperations.h"
 
 #include <algorithm>
 #include <functional>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/OperationQueue.h"
+#include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
-#include "ZEFFilesystemTools/Platform/ThreadStarter.h"
-#include "ZEFFilesystemTools/Platform/WaitingOperations.h"
+#include "ZEFFilesystemTools/Platform/Threads/ThreadStarter.h"
+#include "ZEFFilesystemTools/Platform/Threads/WaitingOperations.h"
 
 #include <algorithm>
 #include <cassert>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Operation.h"
+#include "ZEFFilesystemTools/Platform/Threads/Operation.h"
 
 #include "tests/support/BlockOperation.h"
 #include "tests/support/LogRecorder.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Mutex.h"
+#include "ZEFFilesystemTools/Platform/Threads/Mutex.h"
 
 #include <pthread.h>
 
