@@ -10,7 +10,7 @@
 #include "ZEFFilesystemTools/Loading/ZEFNormalDirectoryFilter.h"
 #include "ZEFFilesystemTools/Loading/ZEFVisibleFileFilter.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
-#include "ZEFFilesystemTools/Platform/RunLoop.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
 #include "ZEFFilesystemTools/Platform/Text/LocalizedString.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"

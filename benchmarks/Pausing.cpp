@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 #include "ZEFFilesystemTools/Loading/ZEFAsynchronousFileLoader.h"
-#include "ZEFFilesystemTools/Platform/RunLoop.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
 
 #include "benchmarks/support/BenchmarkTrees.h"
 #include "benchmarks/support/Comparison.h"

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/FileManager/ZEFFileManagerDirectories.h"
 #include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
-#include "ZEFFilesystemTools/Platform/RunLoop.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
 #include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
 
 namespace {

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 #include "ZEFFilesystemTools/Platform/Objects/Array.h"
-#include "ZEFFilesystemTools/Platform/Timer.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/Timer.h"
 #include "ZEFFilesystemTools/Platform/TrashRefusal.h"
 
 #include <memory>

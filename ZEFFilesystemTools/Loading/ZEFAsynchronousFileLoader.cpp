@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Loading/ZEFLoadQueue.h"
 #include "ZEFFilesystemTools/Platform/Objects/LetOutlive.h"
-#include "ZEFFilesystemTools/Platform/RunLoop.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
 #include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
 #include <utility>

@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/Loading/ZEFAsynchronousFileLoaderDelegate.h"
 #include "ZEFFilesystemTools/Loading/ZEFAsynchronousFileLoaderProgressDelegate.h"
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
-#include "ZEFFilesystemTools/Platform/Timer.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/Timer.h"
 
 #include <cstddef>
 

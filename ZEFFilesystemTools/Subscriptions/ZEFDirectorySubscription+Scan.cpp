@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
 #include "ZEFFilesystemTools/Loading/ZEFLoadQueue.h"
 #include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
-#include "ZEFFilesystemTools/Platform/RunLoop.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
 #include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 #include "ZEFFilesystemTools/Platform/Objects/OrderedSet.h"
-#include "ZEFFilesystemTools/Platform/Timer.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/Timer.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscriptionProtocol.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFSubscriberTable.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Loading/ZEFLoadingOperation.h"
-#include "ZEFFilesystemTools/Platform/RunLoop.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
 
 #include "tests/support/Gate.h"
 #include "tests/support/LogRecorder.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TimerQueue.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/TimerQueue.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Timer.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/Timer.h"
 
-#include "ZEFFilesystemTools/Platform/RunLoop.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
 
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/SteppedClock.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/RunLoop.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
 
 #include <chrono>
 #include <cstdint>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/RunLoop.h"
-#include "ZEFFilesystemTools/Platform/TimerQueue.h"
-#include "ZEFFilesystemTools/Platform/WakeUpDescriptor.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/TimerQueue.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/WakeUpDescriptor.h"
 
 #include <chrono>
 #include <condition_variable>

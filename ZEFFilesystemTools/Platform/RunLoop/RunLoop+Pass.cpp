@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/RunLoop.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
 
-#include "ZEFFilesystemTools/Platform/RunLoopImplementation.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/RunLoopImplementation.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/RunLoop/Timer.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
-#include "ZEFFilesystemTools/Platform/Timer.h"
 
 #include <functional>
 #include <memory>

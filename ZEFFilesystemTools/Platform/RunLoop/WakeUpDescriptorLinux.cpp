@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/WakeUpDescriptor.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/WakeUpDescriptor.h"
 
 #include <algorithm>
 #include <cstdint>
