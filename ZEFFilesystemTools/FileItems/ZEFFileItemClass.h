@@ -2,11 +2,11 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/FSRef.h"
-#include "ZEFFilesystemTools/Platform/FileURL.h"
 #include "ZEFFilesystemTools/Platform/Objects/Array.h"
 #include "ZEFFilesystemTools/Platform/Objects/Class.h"
 #include "ZEFFilesystemTools/Platform/Objects/Ref.h"
 #include "ZEFFilesystemTools/Platform/Objects/ValueArray.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
 #include <cstddef>
 #include <string>

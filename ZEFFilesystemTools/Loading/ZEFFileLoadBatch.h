@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
-#include "ZEFFilesystemTools/Platform/FileURL.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
 #include <array>
 #include <span>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/FSRef.h"
-#include "ZEFFilesystemTools/Platform/FileURL.h"
 #include "ZEFFilesystemTools/Platform/Objects/SharedService.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
 #include <cstddef>
 #include <cstdint>

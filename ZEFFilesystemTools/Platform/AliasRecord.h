@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/AliasData.h"
 #include "ZEFFilesystemTools/Platform/FileHandle.h"
-#include "ZEFFilesystemTools/Platform/PathBytes.h"
+#include "ZEFFilesystemTools/Platform/Paths/PathBytes.h"
 #include "ZEFFilesystemTools/Platform/VolumeEvidence.h"
 
 #include <cstddef>

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/AliasRecord.h"
 #include "ZEFFilesystemTools/Platform/FSRef.h"
-#include "ZEFFilesystemTools/Platform/FileURL.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 #include "ZEFFilesystemTools/Platform/Stat.h"
 
 #include <cstdint>

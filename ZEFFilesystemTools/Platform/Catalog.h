@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/CatalogIterator.h"
-#include "ZEFFilesystemTools/Platform/FileURL.h"
 #include "ZEFFilesystemTools/Platform/Objects/SharedService.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
 #include <memory>
 

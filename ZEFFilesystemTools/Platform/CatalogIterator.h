@@ -3,8 +3,8 @@
 
 #include "ZEFFilesystemTools/Platform/CatalogEntry.h"
 #include "ZEFFilesystemTools/Platform/CatalogResult.h"
-#include "ZEFFilesystemTools/Platform/FileURL.h"
 #include "ZEFFilesystemTools/Platform/KnownEntries.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Platform/DesktopEntry.h"
 
 #include "ZEFFilesystemTools/Platform/DisplayName.h"
-#include "ZEFFilesystemTools/Platform/FileURLText.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURLText.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/FileURL.h"
 #include "ZEFFilesystemTools/Platform/FolderIndex.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
 #include <atomic>
 #include <cstddef>

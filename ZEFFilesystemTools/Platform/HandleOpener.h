@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/FSRef.h"
-#include "ZEFFilesystemTools/Platform/FileURL.h"
 #include "ZEFFilesystemTools/Platform/ObjectDescriptor.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
 #include <atomic>
 #include <cstdint>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/FileURL.h"
 #include "ZEFFilesystemTools/Platform/HiddenList.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 #include "ZEFFilesystemTools/Platform/SmallFileCache.h"
 #include "ZEFFilesystemTools/Platform/Time/RecentLook.h"
 

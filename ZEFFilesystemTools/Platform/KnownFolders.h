@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/FSRef.h"
-#include "ZEFFilesystemTools/Platform/FileURL.h"
 #include "ZEFFilesystemTools/Platform/ObjectNumbers.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/MimeFolders.h"
 
-#include "ZEFFilesystemTools/Platform/DataHome.h"
+#include "ZEFFilesystemTools/Platform/Paths/DataHome.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/FSRef.h"
 #include "ZEFFilesystemTools/Platform/Objects/ZEFObject.h"
-#include "ZEFFilesystemTools/Platform/PathBytes.h"
+#include "ZEFFilesystemTools/Platform/Paths/PathBytes.h"
 
 #include <cstdint>
 

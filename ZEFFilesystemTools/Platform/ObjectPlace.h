@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/FSRef.h"
-#include "ZEFFilesystemTools/Platform/FileURL.h"
-#include "ZEFFilesystemTools/Platform/PathBytes.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
+#include "ZEFFilesystemTools/Platform/Paths/PathBytes.h"
 #include "ZEFFilesystemTools/Platform/Stat.h"
 
 #include <cstdint>

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/ObjectNumbers.h"
-#include "ZEFFilesystemTools/Platform/PathBytes.h"
+#include "ZEFFilesystemTools/Platform/Paths/PathBytes.h"
 
 #include <algorithm>
 #include <cstddef>

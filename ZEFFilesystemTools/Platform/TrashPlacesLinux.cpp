@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/TrashPlaces.h"
 
-#include "ZEFFilesystemTools/Platform/DataHome.h"
 #include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/Paths/DataHome.h"
 
 #include <algorithm>
 #include <cerrno>

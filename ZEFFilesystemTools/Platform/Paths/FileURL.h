@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/FolderPath.h"
 #include "ZEFFilesystemTools/Platform/Objects/Ref.h"
-#include "ZEFFilesystemTools/Platform/PathBytes.h"
+#include "ZEFFilesystemTools/Platform/Paths/FolderPath.h"
+#include "ZEFFilesystemTools/Platform/Paths/PathBytes.h"
 
 #include <cstdint>
 #include <string>

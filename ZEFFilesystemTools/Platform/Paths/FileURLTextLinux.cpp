@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FileURLText.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURLText.h"
 
 #include <cstdlib>
 #include <cstring>

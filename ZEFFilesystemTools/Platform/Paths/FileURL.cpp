@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FileURL.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
-#include "ZEFFilesystemTools/Platform/FileURLText.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURLText.h"
 
 #include <cassert>
 #include <new>

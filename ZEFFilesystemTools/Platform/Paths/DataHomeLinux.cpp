@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/DataHome.h"
+#include "ZEFFilesystemTools/Platform/Paths/DataHome.h"
 
 #include <array>
 #include <cstdlib>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FolderPath.h"
+#include "ZEFFilesystemTools/Platform/Paths/FolderPath.h"
 
 #include <gtest/gtest.h>
 
