@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Disk/Stat.h"
 #include "ZEFFilesystemTools/Platform/Objects/ZEFObject.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
-#include "ZEFFilesystemTools/Platform/Stat.h"
 
 /// What was last seen of a file: one record for the item itself and, chained behind it, one for
 /// each observer.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 
 #include <cassert>

@@ -2,10 +2,10 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/WideInode.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
-#include "ZEFFilesystemTools/Platform/WideInode.h"
 
 #include <mutex>
 

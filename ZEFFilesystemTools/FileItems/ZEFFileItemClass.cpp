@@ -4,10 +4,10 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/WideInode.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
-#include "ZEFFilesystemTools/Platform/WideInode.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
+#include "ZEFFilesystemTools/Platform/Disk/WideInode.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
-#include "ZEFFilesystemTools/Platform/WideInode.h"
 
 #include <atomic>
 #include <unordered_map>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/AliasFolders.h"
 
-#include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <fcntl.h>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/AliasRecord.h"
-#include "ZEFFilesystemTools/Platform/FSRef.h"
+#include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 #include "ZEFFilesystemTools/Platform/VolumeEvidences.h"
 

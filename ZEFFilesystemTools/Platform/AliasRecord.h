@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/AliasData.h"
-#include "ZEFFilesystemTools/Platform/FileHandle.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileHandle.h"
 #include "ZEFFilesystemTools/Platform/Paths/PathBytes.h"
 #include "ZEFFilesystemTools/Platform/VolumeEvidence.h"
 

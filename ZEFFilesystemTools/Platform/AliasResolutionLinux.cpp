@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/AliasResolution.h"
 
-#include "ZEFFilesystemTools/Platform/CatalogResult.h"
-#include "ZEFFilesystemTools/Platform/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/PathDots.h"
 
 #include <array>

@@ -3,8 +3,8 @@
 
 #include "ZEFFilesystemTools/Platform/AliasBreadth.h"
 #include "ZEFFilesystemTools/Platform/AliasChain.h"
-#include "ZEFFilesystemTools/Platform/CatalogResult.h"
-#include "ZEFFilesystemTools/Platform/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/MountTable.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/AliasRecord.h"
-#include "ZEFFilesystemTools/Platform/FSRef.h"
+#include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
+#include "ZEFFilesystemTools/Platform/Disk/Stat.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
-#include "ZEFFilesystemTools/Platform/Stat.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/AliasTarget.h"
 
-#include "ZEFFilesystemTools/Platform/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 
 #include <fcntl.h>
 

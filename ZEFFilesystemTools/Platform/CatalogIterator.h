@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/CatalogEntry.h"
-#include "ZEFFilesystemTools/Platform/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/KnownEntries.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 

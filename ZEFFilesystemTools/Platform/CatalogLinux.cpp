@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Catalog.h"
 
+#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/FileSystemType.h"
 #include "ZEFFilesystemTools/Platform/FolderReader.h"
-#include "ZEFFilesystemTools/Platform/LinuxCalls.h"
 
 #include <cerrno>
 

@@ -2,9 +2,9 @@
 #include "ZEFFilesystemTools/Platform/FileInformation.h"
 
 #include "ZEFFilesystemTools/Platform/AliasResolution.h"
-#include "ZEFFilesystemTools/Platform/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/DisplayName.h"
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/LinuxFileInformation.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
 #include "ZEFFilesystemTools/Platform/ObjectPlace.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/ObjectDescriptor.h"
-#include "ZEFFilesystemTools/Platform/ObjectNumbers.h"
+#include "ZEFFilesystemTools/Platform/Disk/ObjectDescriptor.h"
+#include "ZEFFilesystemTools/Platform/Disk/ObjectNumbers.h"
 
 #include <cstdint>
 #include <vector>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/FolderAscent.h"
 
-#include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 
 #include <algorithm>
 #include <cerrno>

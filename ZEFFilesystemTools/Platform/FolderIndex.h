@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Disk/Stat.h"
 #include "ZEFFilesystemTools/Platform/Objects/ZEFObject.h"
-#include "ZEFFilesystemTools/Platform/Stat.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/FolderIndex.h"
 
+#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/FileSystemType.h"
-#include "ZEFFilesystemTools/Platform/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 #include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 

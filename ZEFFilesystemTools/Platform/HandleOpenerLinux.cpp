@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/HandleOpener.h"
 
-#include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/FileSystemType.h"
-#include "ZEFFilesystemTools/Platform/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/MountTable.h"
 
 #include <array>

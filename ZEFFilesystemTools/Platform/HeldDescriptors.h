@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/DescriptorShelf.h"
-#include "ZEFFilesystemTools/Platform/ObjectNumbers.h"
+#include "ZEFFilesystemTools/Platform/Disk/ObjectNumbers.h"
 
 #include <array>
 #include <cstddef>

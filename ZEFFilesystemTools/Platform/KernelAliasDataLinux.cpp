@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/AliasMaker.h"
 #include "ZEFFilesystemTools/Platform/AliasResolver.h"
-#include "ZEFFilesystemTools/Platform/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 
 namespace zef {
 

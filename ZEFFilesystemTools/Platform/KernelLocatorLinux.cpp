@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/KernelLocator.h"
 
-#include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 
 #include <algorithm>
 

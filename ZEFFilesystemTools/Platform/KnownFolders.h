@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/FSRef.h"
-#include "ZEFFilesystemTools/Platform/ObjectNumbers.h"
+#include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
+#include "ZEFFilesystemTools/Platform/Disk/ObjectNumbers.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/PathDots.h"
 
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/ObjectNumbers.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/ObjectNumbers.h"
 #include "ZEFFilesystemTools/Platform/Paths/PathBytes.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/ObjectNumbers.h"
+#include "ZEFFilesystemTools/Platform/Disk/ObjectNumbers.h"
+#include "ZEFFilesystemTools/Platform/Disk/Stat.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
-#include "ZEFFilesystemTools/Platform/Stat.h"
 
 #include <functional>
 #include <vector>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/DeviceKinds.h"
-#include "ZEFFilesystemTools/Platform/FileStamps.h"
-#include "ZEFFilesystemTools/Platform/SmallFile.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileStamps.h"
+#include "ZEFFilesystemTools/Platform/Disk/SmallFile.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <array>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/TrashFolder.h"
 
-#include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 
 #include <cerrno>
 #include <utility>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/ObjectDescriptor.h"
+#include "ZEFFilesystemTools/Platform/Disk/ObjectDescriptor.h"
 
 #include <string>
 #include <string_view>

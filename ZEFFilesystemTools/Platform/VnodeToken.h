@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/FileStamps.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileStamps.h"
 
 #include <cstdint>
 #include <memory>

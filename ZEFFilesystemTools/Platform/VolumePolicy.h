@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Disk/ObjectDescriptor.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
-#include "ZEFFilesystemTools/Platform/ObjectDescriptor.h"
 
 #include <cstdint>
 #include <mutex>

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
 #include "ZEFFilesystemTools/Platform/Catalog.h"
-#include "ZEFFilesystemTools/Platform/FolderView.h"
+#include "ZEFFilesystemTools/Platform/Disk/FolderView.h"
 #include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/VnodeNotifier.h"

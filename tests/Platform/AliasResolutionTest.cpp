@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/AliasResolution.h"
 
-#include "ZEFFilesystemTools/Platform/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 
 #include "tests/support/LogRecorder.h"
 #include "tests/support/TemporaryFolder.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/DesktopEntries.h"
 
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
 #include "tests/support/EnvironmentVariable.h"
 #include "tests/support/SteppedClock.h"

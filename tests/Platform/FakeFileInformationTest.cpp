@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/FakeFileInformation.h"
 
-#include "ZEFFilesystemTools/Platform/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/CatalogResult.h"
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/KernelAliasData.h"
 
 #include "tests/support/ChildProcess.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/ObjectPlace.h"
 
-#include "ZEFFilesystemTools/Platform/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 
 #include "tests/support/FakeFileSystem.h"
 #include "tests/support/FakeLocator.h"

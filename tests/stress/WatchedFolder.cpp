@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/stress/WatchedFolder.h"
 
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/AliasFixture.h"
 
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/KernelAliasData.h"
 
 #include "tests/support/LocatorFixture.h"

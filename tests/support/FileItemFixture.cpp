@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/FileItemFixture.h"
 
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
 
 #include "tests/support/Privileges.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
 #include "tests/support/ChangeWords.h"
 #include "tests/support/LogRecorder.h"

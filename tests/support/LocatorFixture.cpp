@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/LocatorFixture.h"
 
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
 #include <cstdlib>
 #include <system_error>

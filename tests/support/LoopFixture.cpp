@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/LoopFixture.h"
 
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 
 #include <algorithm>

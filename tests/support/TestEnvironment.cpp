@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/TestEnvironment.h"
 
-#include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Locator.h"
 #include "ZEFFilesystemTools/Platform/Time/RecentLook.h"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/FileHandle.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileHandle.h"
+#include "ZEFFilesystemTools/Platform/Disk/Stat.h"
 #include "ZEFFilesystemTools/Platform/Objects/SharedService.h"
-#include "ZEFFilesystemTools/Platform/Stat.h"
 
 namespace zef {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 
 #include <cerrno>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/FileHandle.h"
-#include "ZEFFilesystemTools/Platform/Stat.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileHandle.h"
+#include "ZEFFilesystemTools/Platform/Disk/Stat.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Stat.h"
+#include "ZEFFilesystemTools/Platform/Disk/Stat.h"
 #include "ZEFFilesystemTools/Platform/Time/Date.h"
 
 #include <cstdint>

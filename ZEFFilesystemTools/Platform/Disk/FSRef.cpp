@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FSRef.h"
+#include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
 
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
 namespace zef {
 namespace {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/FSRef.h"
-#include "ZEFFilesystemTools/Platform/Stat.h"
+#include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
+#include "ZEFFilesystemTools/Platform/Disk/Stat.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FSRef.h"
+#include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
 
 #include "tests/support/FakeFileSystem.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/WideInode.h"
+#include "ZEFFilesystemTools/Platform/Disk/WideInode.h"
 
 #include <gtest/gtest.h>
 

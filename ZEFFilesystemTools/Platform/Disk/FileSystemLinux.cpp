@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
-#include "ZEFFilesystemTools/Platform/FolderView.h"
-#include "ZEFFilesystemTools/Platform/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/FolderView.h"
+#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 
 #include <cerrno>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FileStamps.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileStamps.h"
 
 #include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 

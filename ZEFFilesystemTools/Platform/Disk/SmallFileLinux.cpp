@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/SmallFile.h"
+#include "ZEFFilesystemTools/Platform/Disk/SmallFile.h"
 
-#include "ZEFFilesystemTools/Platform/DescriptorReserve.h"
-#include "ZEFFilesystemTools/Platform/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 
 #include <cerrno>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FileHandle.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileHandle.h"
 
-#include "ZEFFilesystemTools/Platform/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
 #include "tests/support/TemporaryFolder.h"
 

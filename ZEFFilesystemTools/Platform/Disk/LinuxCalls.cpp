@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 
-#include "ZEFFilesystemTools/Platform/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 
 #include <cerrno>
 #include <cstring>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/SmallFile.h"
+#include "ZEFFilesystemTools/Platform/Disk/SmallFile.h"
 
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/WithoutPrivileges.h"
