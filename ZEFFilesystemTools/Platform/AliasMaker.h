@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/Platform/AliasRecord.h"
 #include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
-#include "ZEFFilesystemTools/Platform/VolumeEvidences.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidences.h"
 
 #include <cstdint>
 

@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/Platform/AliasData.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileHandle.h"
 #include "ZEFFilesystemTools/Platform/Paths/PathBytes.h"
-#include "ZEFFilesystemTools/Platform/VolumeEvidence.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidence.h"
 
 #include <cstddef>
 #include <cstdint>

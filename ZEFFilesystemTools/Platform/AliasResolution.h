@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/AutomountPoints.h"
 #include "ZEFFilesystemTools/Platform/DesktopEntries.h"
 #include "ZEFFilesystemTools/Platform/ObjectPlace.h"
+#include "ZEFFilesystemTools/Platform/Volumes/AutomountPoints.h"
 
 #include <cstdint>
 #include <string>

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/AliasVolume.h"
 #include "ZEFFilesystemTools/Platform/HandleOpener.h"
-#include "ZEFFilesystemTools/Platform/VolumeEvidences.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidences.h"
 
 #include <cstdint>
 #include <string>

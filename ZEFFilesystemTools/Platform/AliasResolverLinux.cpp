@@ -5,8 +5,8 @@
 #include "ZEFFilesystemTools/Platform/AliasChain.h"
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
-#include "ZEFFilesystemTools/Platform/MountTable.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
+#include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
 
 #include <algorithm>
 #include <unordered_set>

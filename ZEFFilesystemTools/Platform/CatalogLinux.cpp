@@ -2,8 +2,8 @@
 #include "ZEFFilesystemTools/Platform/Catalog.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
-#include "ZEFFilesystemTools/Platform/FileSystemType.h"
 #include "ZEFFilesystemTools/Platform/FolderReader.h"
+#include "ZEFFilesystemTools/Platform/Volumes/FileSystemType.h"
 
 #include <cerrno>
 

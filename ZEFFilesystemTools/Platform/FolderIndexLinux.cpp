@@ -2,9 +2,9 @@
 #include "ZEFFilesystemTools/Platform/FolderIndex.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
-#include "ZEFFilesystemTools/Platform/FileSystemType.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 #include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
+#include "ZEFFilesystemTools/Platform/Volumes/FileSystemType.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -3,8 +3,8 @@
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
-#include "ZEFFilesystemTools/Platform/FileSystemType.h"
-#include "ZEFFilesystemTools/Platform/MountTable.h"
+#include "ZEFFilesystemTools/Platform/Volumes/FileSystemType.h"
+#include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
 
 #include <array>
 #include <cerrno>

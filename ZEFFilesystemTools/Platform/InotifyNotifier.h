@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/DeviceKinds.h"
 #include "ZEFFilesystemTools/Platform/InotifyQueue.h"
 #include "ZEFFilesystemTools/Platform/ThreadRounds.h"
 #include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
 #include "ZEFFilesystemTools/Platform/VnodeTokens.h"
+#include "ZEFFilesystemTools/Platform/Volumes/DeviceKinds.h"
 
 #include <cstddef>
 #include <limits>

@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/Platform/AliasData.h"
 #include "ZEFFilesystemTools/Platform/AliasFolders.h"
 #include "ZEFFilesystemTools/Platform/HandleOpener.h"
-#include "ZEFFilesystemTools/Platform/VolumeEvidences.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidences.h"
 
 namespace zef {
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/AutomountPoints.h"
 #include "ZEFFilesystemTools/Platform/DesktopEntries.h"
 #include "ZEFFilesystemTools/Platform/FileInformation.h"
 #include "ZEFFilesystemTools/Platform/HiddenLists.h"
+#include "ZEFFilesystemTools/Platform/Volumes/AutomountPoints.h"
 
 #include <string_view>
 #include <utility>

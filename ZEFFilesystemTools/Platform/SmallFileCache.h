@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/DeviceKinds.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileStamps.h"
 #include "ZEFFilesystemTools/Platform/Disk/SmallFile.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
+#include "ZEFFilesystemTools/Platform/Volumes/DeviceKinds.h"
 
 #include <array>
 #include <cstddef>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/MountTable.h"
 #include "ZEFFilesystemTools/Platform/TrashEntry.h"
 #include "ZEFFilesystemTools/Platform/TrashItem.h"
 #include "ZEFFilesystemTools/Platform/TrashPlaces.h"
 #include "ZEFFilesystemTools/Platform/TrashRefusal.h"
+#include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
 
 #include <memory>
 #include <optional>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/VolumePolicy.h"
 
-#include "ZEFFilesystemTools/Platform/FileSystemType.h"
-#include "ZEFFilesystemTools/Platform/MountTable.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
+#include "ZEFFilesystemTools/Platform/Volumes/FileSystemType.h"
+#include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
 
 #include <algorithm>
 

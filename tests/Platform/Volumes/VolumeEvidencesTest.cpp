@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/VolumeEvidences.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidences.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/MountTable.h"
+#include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
 
 #include "tests/support/SteppedClock.h"
 

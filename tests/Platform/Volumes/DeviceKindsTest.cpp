@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/DeviceKinds.h"
+#include "ZEFFilesystemTools/Platform/Volumes/DeviceKinds.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/VolumeEvidence.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidence.h"
 
 namespace zef {
 

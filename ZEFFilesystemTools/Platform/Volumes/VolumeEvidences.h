@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/VolumeEvidence.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidence.h"
 
 #include <cstdint>
 #include <mutex>

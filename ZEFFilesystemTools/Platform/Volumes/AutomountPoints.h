@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/MountTable.h"
+#include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
 
 #include <functional>
 #include <mutex>

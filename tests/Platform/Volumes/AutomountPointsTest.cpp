@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AutomountPoints.h"
+#include "ZEFFilesystemTools/Platform/Volumes/AutomountPoints.h"
 
 #include "tests/support/SteppedClock.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FileSystemType.h"
+#include "ZEFFilesystemTools/Platform/Volumes/FileSystemType.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/VolumeEvidences.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidences.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
-#include "ZEFFilesystemTools/Platform/FileSystemType.h"
-#include "ZEFFilesystemTools/Platform/MountTable.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
+#include "ZEFFilesystemTools/Platform/Volumes/FileSystemType.h"
+#include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
 
 #include <algorithm>
 #include <cstring>

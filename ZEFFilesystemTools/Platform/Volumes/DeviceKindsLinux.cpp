@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/DeviceKinds.h"
+#include "ZEFFilesystemTools/Platform/Volumes/DeviceKinds.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
-#include "ZEFFilesystemTools/Platform/FileSystemType.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
+#include "ZEFFilesystemTools/Platform/Volumes/FileSystemType.h"
 
 #include <fcntl.h>
 

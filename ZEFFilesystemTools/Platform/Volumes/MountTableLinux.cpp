@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/MountTable.h"
+#include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 
