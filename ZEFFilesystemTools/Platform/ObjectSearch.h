@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/FolderIndexes.h"
+#include "ZEFFilesystemTools/Platform/Folders/FolderIndexes.h"
 #include "ZEFFilesystemTools/Platform/HandleOpener.h"
 #include "ZEFFilesystemTools/Platform/LocatorTables.h"
 #include "ZEFFilesystemTools/Platform/VolumePolicy.h"

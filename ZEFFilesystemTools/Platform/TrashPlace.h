@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/FolderAscent.h"
+#include "ZEFFilesystemTools/Platform/Folders/FolderAscent.h"
 #include "ZEFFilesystemTools/Platform/Time/Date.h"
 #include "ZEFFilesystemTools/Platform/TrashInfoFolder.h"
 #include "ZEFFilesystemTools/Platform/TrashName.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FolderIndex.h"
+#include "ZEFFilesystemTools/Platform/Folders/FolderIndex.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/FolderIndex.h"
+#include "ZEFFilesystemTools/Platform/Folders/FolderIndex.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
 #include <atomic>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FolderNumbers.h"
+#include "ZEFFilesystemTools/Platform/Folders/FolderNumbers.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"

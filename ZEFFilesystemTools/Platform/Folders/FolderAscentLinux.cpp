@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FolderAscent.h"
+#include "ZEFFilesystemTools/Platform/Folders/FolderAscent.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 

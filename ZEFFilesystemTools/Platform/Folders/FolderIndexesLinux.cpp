@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FolderIndexes.h"
+#include "ZEFFilesystemTools/Platform/Folders/FolderIndexes.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
