@@ -9,7 +9,7 @@
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 #include "ZEFFilesystemTools/Loading/ZEFNormalDirectoryFilter.h"
 #include "ZEFFilesystemTools/Loading/ZEFVisibleFileFilter.h"
-#include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
 #include "ZEFFilesystemTools/Platform/Text/LocalizedString.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"

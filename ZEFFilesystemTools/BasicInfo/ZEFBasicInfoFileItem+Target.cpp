@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoAsking.h"
-#include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 
 std::optional<zef::FSRef> ZEFBasicInfoFileItem::resolvedFSRef()
 {

@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 
 #include <cmath>

@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Disk/WideInode.h"
-#include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <mutex>

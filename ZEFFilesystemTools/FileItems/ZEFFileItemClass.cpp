@@ -6,7 +6,7 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Disk/WideInode.h"
-#include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 
 namespace {

@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadBatch.h"
-#include "ZEFFilesystemTools/Platform/ObjectPlace.h"
+#include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
-#include "ZEFFilesystemTools/Platform/ObjectPlace.h"
+#include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <algorithm>

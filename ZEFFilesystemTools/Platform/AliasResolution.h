@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/DesktopEntries.h"
-#include "ZEFFilesystemTools/Platform/ObjectPlace.h"
+#include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
 #include "ZEFFilesystemTools/Platform/Volumes/AutomountPoints.h"
 
 #include <cstdint>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/AliasVolume.h"
-#include "ZEFFilesystemTools/Platform/HandleOpener.h"
+#include "ZEFFilesystemTools/Platform/Locator/HandleOpener.h"
 #include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidences.h"
 
 #include <cstdint>

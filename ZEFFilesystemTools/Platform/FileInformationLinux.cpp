@@ -6,8 +6,8 @@
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/DisplayName.h"
 #include "ZEFFilesystemTools/Platform/LinuxFileInformation.h"
-#include "ZEFFilesystemTools/Platform/Locator.h"
-#include "ZEFFilesystemTools/Platform/ObjectPlace.h"
+#include "ZEFFilesystemTools/Platform/Locator/Locator.h"
+#include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
 #include "ZEFFilesystemTools/Platform/TypeIdentifiers.h"
 #include "ZEFFilesystemTools/Platform/TypeTable.h"
 

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
-#include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Platform/InotifyNotifier.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <cerrno>

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/AliasData.h"
 #include "ZEFFilesystemTools/Platform/AliasFolders.h"
-#include "ZEFFilesystemTools/Platform/HandleOpener.h"
+#include "ZEFFilesystemTools/Platform/Locator/HandleOpener.h"
 #include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidences.h"
 
 namespace zef {

@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Platform/TrashRequest.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
-#include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 #include "tests/support/FileItemFixture.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 
 #include "tests/support/Privileges.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/KernelLocator.h"
+#include "ZEFFilesystemTools/Platform/Locator/KernelLocator.h"
 
 #include "tests/support/Privileges.h"
 #include "tests/support/TemporaryFolder.h"

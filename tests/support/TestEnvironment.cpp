@@ -2,7 +2,7 @@
 #include "tests/support/TestEnvironment.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
-#include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Time/RecentLook.h"
 
 #include <gtest/gtest.h>

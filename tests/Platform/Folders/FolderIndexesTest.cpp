@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Folders/FolderIndexes.h"
 
-#include "ZEFFilesystemTools/Platform/Locator.h"
+#include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 
 #include "tests/support/FewDescriptors.h"
 #include "tests/support/SteppedClock.h"

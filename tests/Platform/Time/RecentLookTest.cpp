@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Platform/Time/RecentLook.h"
 
 #include "ZEFFilesystemTools/Platform/HiddenLists.h"
-#include "ZEFFilesystemTools/Platform/ObjectPlace.h"
+#include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
 
 #include "tests/support/FakeFileSystem.h"
 #include "tests/support/FakeLocator.h"

@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/Locator/KernelLocator.h"
+
+#include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
+
+#include <algorithm>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+
+namespace zef {
+namespace {
+
+std::size_t defaultDescriptorBudget()
+{
+    struct rlimit limit;
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        return 64;
+    return std::clamp<rlim_t>(limit.rlim_cur / 4, 64, 4096);
+}
+
+bool isComplete(const FSRef& ref)
+{
+    return ref.hasHandle() && ref.parentInode();
+}
+
+// The mount that `path` is on; a link to a folder is followed.
+bool statVolume(std::string_view path, Stat& stat, std::uint64_t& mountID)
+{
+    PathBytes bytes;
+    if (path.empty() || !bytes.append(path))
+        return false;
+    PathBytes folder = bytes;
+    return (folder.append("/") && statAt(AT_FDCWD, folder.text(), stat, mountID) == 0)
+        || statAt(AT_FDCWD, bytes.text(), stat, mountID) == 0;
+}
+
+} // namespace
+
+Locator& Locator::system()
+{
+    static auto& locator = *new KernelLocator; // never destroyed: late threads may still ask
+    return locator;
+}
+
+KernelLocator::KernelLocator()
+    : _tables(defaultDescriptorBudget())
+{
+    // Made here so that it is filled while there are still descriptors.
+    DescriptorReserve::shared().setGiver([] { return shared().giveBackOneDescriptor(); });
+}
+
+bool KernelLocator::makeRef(const FileURL& url, const Stat& stat, FSRef& ref)
+{
+    if (!url)
+        return false;
+    ref = FSRef(stat);
+    return true;
+}
+
+void KernelLocator::retain(FSRef& ref, const FileURL& url)
+{
+    if (ref.isEmpty())
+        return;
+    _indexes.forgetOld();
+    auto place = url;
+    if (!_tables.retainHeld(ref))
+        take(ref, place);
+    if (ref.isFolder())
+        _tables.enterFolder(ref, place);
+}
+
+void KernelLocator::release(const FSRef& ref)
+{
+    if (ref.isEmpty())
+        return;
+    _indexes.forgetOld();
+    if (ref.isFolder())
+        _tables.leaveFolder(ref);
+    else
+        _tables.releaseHeld(ref);
+}
+
+FileURL KernelLocator::locate(const FSRef& ref, const FileURL& lastKnown)
+{
+    _indexes.forgetOld();
+    return ObjectSearch({ _tables, _indexes, _opener, _policy }).find(ref, lastKnown);
+}
+
+void KernelLocator::releaseVolume(std::string_view path)
+{
+    Stat stat;
+    std::uint64_t mountID = 0;
+    if (!statVolume(path, stat, mountID))
+        return;
+    _policy.bar(stat.device, mountID);
+    _tables.dropHeldIf([&](const HeldObject& object) {
+        return object.ref.device() == stat.device || (mountID && object.mountID == mountID);
+    });
+}
+
+bool KernelLocator::giveBackOneDescriptor()
+{
+    return _tables.dropLeastWanted();
+}
+
+void KernelLocator::setDescriptorBudget(std::size_t budget)
+{
+    _tables.setBudget(budget);
+}
+
+std::size_t KernelLocator::descriptorBudget() const
+{
+    return _tables.budget();
+}
+
+std::size_t KernelLocator::heldDescriptorCount() const
+{
+    return _tables.heldCount();
+}
+
+void KernelLocator::setDescriptorPolicy(DescriptorPolicy policy)
+{
+    _policy.setPolicy(policy);
+    _tables.dropHeldIf([&](const HeldObject& object) {
+        return !_policy.mayHold(*object.descriptor, object.ref.device(), object.mountID);
+    });
+}
+
+bool KernelLocator::wantsDescriptor(const FSRef& ref) const
+{
+    return _policy.policy() != DescriptorPolicy::never && _tables.hasRoom(ref.isFolder());
+}
+
+// Sets `place` to where the object was found when that is another place.
+void KernelLocator::take(FSRef& ref, FileURL& place)
+{
+    if (takeAt(ref, place))
+        return;
+    auto found = locate(ref, place);
+    if (found && !(found == place) && takeAt(ref, found))
+        place = std::move(found);
+}
+
+// NO when the object isn't at `place`.
+bool KernelLocator::takeAt(FSRef& ref, const FileURL& place)
+{
+    const bool wants = wantsDescriptor(ref);
+    if (!wants && isComplete(ref))
+        return true;
+    PathBytes path;
+    if (!place.fileSystemRepresentation(path))
+        return false;
+    // Without a descriptor to spare the reference is completed all the same.
+    auto object = wants ? ObjectDescriptor::open(path.text()) : nullptr;
+    return object ? holdAt(ref, place, std::move(object)) : completeAt(ref, place, path.text());
+}
+
+bool KernelLocator::holdAt(FSRef& ref, const FileURL& place, Ref<ObjectDescriptor> object)
+{
+    Stat stat;
+    std::uint64_t mountID = 0;
+    if (object->stat(stat, mountID) != 0 || !object->isObject(ref, stat))
+        return false;
+    if (!ref.hasHandle())
+        ref.setHandle(object->handle());
+    if (!ref.parentInode())
+        ref.setParentInode(_folderNumbers.inodeOfFolderOf(place));
+    if (_policy.mayHold(*object, stat.device, mountID))
+        _tables.hold({ ref, std::move(object), mountID });
+    return true;
+}
+
+bool KernelLocator::completeAt(FSRef& ref, const FileURL& place, const char* path)
+{
+    // In this order: the look at the object then speaks for its handle as well.
+    const auto handle = ref.hasHandle() ? ref.handle() : FileSystem::shared().handle(path);
+    Stat stat;
+    if (FileSystem::shared().statLink(path, stat) != 0 || !sameObject(stat, ref, path))
+        return false;
+    ref.setHandle(handle);
+    if (!ref.parentInode())
+        ref.setParentInode(_folderNumbers.inodeOfFolderOf(place));
+    return true;
+}
+
+} // namespace zef

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
+#include "ZEFFilesystemTools/Platform/Locator/KernelLocator.h"
+
+#include "tests/support/FewDescriptors.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/WithoutPrivileges.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Tracked {
+    zef::FSRef ref;
+    zef::FileURL url;
+};
+
+// No fixture: UndefinedBehaviorSanitizer looks at each object of a class with virtual functions by
+// a pipe when it first meets it, and here there is none to be had.
+struct Scene {
+    Scene()
+    {
+        zef::Locator::replaceShared(&locator);
+        locator.setDescriptorPolicy(zef::DescriptorPolicy::always);
+        meetAllObjects();
+    }
+    ~Scene() { zef::Locator::replaceShared(nullptr); }
+
+    static zef::FSRef ref(const zef::FileURL& url)
+    {
+        zef::Stat stat;
+        zef::FileSystem::system().statLink(url.path().c_str(), stat);
+        return zef::FSRef(stat);
+    }
+
+    Tracked track(const zef::FileURL& url)
+    {
+        Tracked tracked{ ref(url), url };
+        locator.retain(tracked.ref, url);
+        return tracked;
+    }
+
+    // Does once what the tests do: holds an object, and looks for another one in its folder.
+    void meetAllObjects()
+    {
+        const WithoutPrivileges none;
+        zef::KernelLocator other;
+        const auto url = folder.write("first");
+        auto file = ref(url);
+        other.retain(file, url);
+        other.release(file);
+        folder.rename("first", "last");
+        other.locate(file, url);
+        zef::Locator::shared().giveBackOneDescriptor();
+    }
+
+    TemporaryFolder folder;
+    zef::KernelLocator locator;
+};
+
+TEST(LocatorShortageTest, CompletesAReferenceWithoutADescriptorLeft)
+{
+    Scene scene;
+    const auto url = scene.folder.write("file");
+    auto file = Scene::ref(url);
+    const FewDescriptors none(0);
+    scene.locator.retain(file, url);
+
+    EXPECT_EQ(scene.locator.heldDescriptorCount(), 0u);
+    EXPECT_TRUE(file.hasHandle());
+    EXPECT_NE(file.parentInode(), 0u);
+}
+
+TEST(LocatorShortageTest, LooksForAnObjectWithoutADescriptorLeft)
+{
+    Scene scene;
+    scene.locator.setDescriptorBudget(0);
+    const auto file = scene.track(scene.folder.write("before"));
+    const auto renamed = scene.folder.rename("before", "after");
+    const FewDescriptors none(0);
+
+    EXPECT_EQ(scene.locator.locate(file.ref, file.url), renamed);
+    EXPECT_EQ(scene.locator.locate(file.ref, file.url), renamed);
+}
+
+TEST(LocatorShortageTest, ClosesADescriptorOfItsOwnToLookForAnObject)
+{
+    Scene scene;
+    scene.locator.setDescriptorBudget(2);
+    scene.track(scene.folder.write("held"));
+    const auto file = scene.track(scene.folder.write("before"));
+    const auto renamed = scene.folder.rename("before", "after");
+    const FewDescriptors none(0);
+
+    EXPECT_EQ(scene.locator.locate(file.ref, file.url), renamed);
+    EXPECT_EQ(scene.locator.heldDescriptorCount(), 0u);
+}
+
+} // namespace

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/Locator/VolumePolicy.h"
+
+#include "tests/support/ChildProcess.h"
+#include "tests/support/PrivateMounts.h"
+#include "tests/support/SteppedClock.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+constexpr int noMounts = 100;
+
+bool mayHoldAt(zef::VolumePolicy& policy, const std::string& path)
+{
+    const auto object = zef::ObjectDescriptor::open(path.c_str());
+    zef::Stat stat;
+    std::uint64_t mountID = 0;
+    object->stat(stat, mountID);
+    return policy.mayHold(*object, stat.device, mountID);
+}
+
+class VolumePolicyTest : public testing::Test {
+protected:
+    VolumePolicyTest() { zef::Clock::replaceShared(&clock); }
+    ~VolumePolicyTest() override { zef::Clock::replaceShared(nullptr); }
+
+    bool mayHold(std::uint32_t device, std::uint64_t mountID)
+    {
+        return policy.mayHold(*object, device, mountID);
+    }
+
+    SteppedClock clock;
+    TemporaryFolder folder;
+    zef::VolumePolicy policy;
+    zef::Ref<zef::ObjectDescriptor> object = zef::ObjectDescriptor::open(folder.path().c_str());
+};
+
+TEST_F(VolumePolicyTest, IsForFixedVolumesAtFirst)
+{
+    EXPECT_EQ(policy.policy(), zef::DescriptorPolicy::fixedVolumes);
+}
+
+TEST_F(VolumePolicyTest, HoldsNothingOrEverythingAsItIsTold)
+{
+    policy.setPolicy(zef::DescriptorPolicy::never);
+    EXPECT_FALSE(mayHoldAt(policy, folder.path()));
+    policy.setPolicy(zef::DescriptorPolicy::always);
+    EXPECT_TRUE(mayHoldAt(policy, folder.path()));
+}
+
+TEST_F(VolumePolicyTest, HoldsNothingOnABarredDeviceForAMinute)
+{
+    policy.setPolicy(zef::DescriptorPolicy::always);
+    policy.bar(7, 70);
+
+    EXPECT_FALSE(mayHold(7, 70));
+    EXPECT_FALSE(mayHold(7, 71));
+    EXPECT_FALSE(mayHold(8, 70));
+    EXPECT_TRUE(mayHold(8, 71));
+    EXPECT_TRUE(mayHold(8, 0));
+    clock.advance(59);
+    EXPECT_FALSE(mayHold(7, 70));
+    clock.advance(2);
+    EXPECT_TRUE(mayHold(7, 70));
+}
+
+TEST_F(VolumePolicyTest, BarsADeviceWhoseMountIsNotKnown)
+{
+    policy.setPolicy(zef::DescriptorPolicy::always);
+    policy.bar(7, 0);
+
+    EXPECT_FALSE(mayHold(7, 0));
+    EXPECT_FALSE(mayHold(7, 70));
+    EXPECT_TRUE(mayHold(8, 0));
+}
+
+TEST_F(VolumePolicyTest, LiftsTheBarWhenThePolicyIsSet)
+{
+    policy.bar(7, 70);
+    policy.setPolicy(zef::DescriptorPolicy::always);
+
+    EXPECT_TRUE(mayHold(7, 70));
+}
+
+TEST_F(VolumePolicyTest, HoldsNothingThatIsMountedWhereRemovableVolumesAre)
+{
+    const auto result = resultInChildProcess([this] {
+        PrivateMounts mounts;
+        if (!mounts || !mounts.mountMemory("/mnt"))
+            return noMounts;
+        if (mayHoldAt(policy, "/mnt"))
+            return 1;
+        policy.setPolicy(zef::DescriptorPolicy::always);
+        return mayHoldAt(policy, "/mnt") ? 0 : 2;
+    });
+    if (result == noMounts)
+        GTEST_SKIP() << "the process may not mount anything";
+
+    EXPECT_EQ(result, 0);
+}
+
+TEST_F(VolumePolicyTest, HoldsWhatIsMountedElsewhere)
+{
+    const auto result = resultInChildProcess([this] {
+        PrivateMounts mounts;
+        if (!mounts || !mounts.mountMemory(folder.path()))
+            return noMounts;
+        return mayHoldAt(policy, folder.path()) ? 0 : 1;
+    });
+    if (result == noMounts)
+        GTEST_SKIP() << "the process may not mount anything";
+    if (folder.path().starts_with("/mnt/"))
+        GTEST_SKIP() << "the tests' folder is where removable volumes are";
+
+    EXPECT_EQ(result, 0);
+}
+
+} // namespace
