@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
+#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
-#include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
 
 #include <algorithm>
 #include <cerrno>

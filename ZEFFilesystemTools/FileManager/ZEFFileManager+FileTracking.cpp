@@ -2,9 +2,9 @@
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 
 #include "ZEFFilesystemTools/FileManager/ZEFFileManagerDirectories.h"
+#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
 #include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
-#include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
 
 namespace {
 

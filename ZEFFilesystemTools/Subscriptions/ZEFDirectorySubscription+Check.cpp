@@ -4,9 +4,9 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
 #include "ZEFFilesystemTools/Platform/Catalog.h"
 #include "ZEFFilesystemTools/Platform/Disk/FolderView.h"
+#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
-#include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
 
 #include "tests/stress/StressFixture.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/stress/StressFixture.h"
 
-#include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/ThreadRounds.h"
-#include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ThreadRounds.h"
+#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
 
 #include <atomic>
 #include <cerrno>

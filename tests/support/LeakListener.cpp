@@ -7,8 +7,8 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
+#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
 #include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
-#include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
 
 #include "tests/support/FakeFileSystem.h"
 

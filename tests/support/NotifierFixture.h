@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/InotifyNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/InotifyNotifier.h"
 
 #include "tests/support/FakeLocator.h"
 #include "tests/support/SteppedClock.h"

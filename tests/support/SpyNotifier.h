@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
-#include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/VnodeToken.h"
+#include "ZEFFilesystemTools/Platform/Notifier/VnodeToken.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/InotifyQueue.h"
-#include "ZEFFilesystemTools/Platform/ThreadRounds.h"
-#include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
-#include "ZEFFilesystemTools/Platform/VnodeTokens.h"
+#include "ZEFFilesystemTools/Platform/Notifier/InotifyQueue.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ThreadRounds.h"
+#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/VnodeTokens.h"
 #include "ZEFFilesystemTools/Platform/Volumes/DeviceKinds.h"
 
 #include <cstddef>

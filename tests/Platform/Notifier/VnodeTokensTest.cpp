@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/VnodeTokens.h"
+#include "ZEFFilesystemTools/Platform/Notifier/VnodeTokens.h"
 
 #include <gtest/gtest.h>
 

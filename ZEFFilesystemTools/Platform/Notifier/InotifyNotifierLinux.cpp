@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/InotifyNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/InotifyNotifier.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
 
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/ChildProcess.h"

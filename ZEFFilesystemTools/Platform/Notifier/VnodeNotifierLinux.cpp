@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
 
-#include "ZEFFilesystemTools/Platform/InotifyNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/InotifyNotifier.h"
 
 namespace zef {
 

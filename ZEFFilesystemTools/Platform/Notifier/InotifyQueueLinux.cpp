@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/InotifyQueue.h"
+#include "ZEFFilesystemTools/Platform/Notifier/InotifyQueue.h"
 
 #include <climits>
 #include <cstdint>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
-#include "ZEFFilesystemTools/Platform/VnodeNotifier.h"
 
 #include "tests/support/FakeFileSystem.h"
 #include "tests/support/NotifierFixture.h"
