@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadBatch.h"
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadListing.h"
-#include "ZEFFilesystemTools/Platform/Catalog.h"
+#include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 
 #include <iterator>

@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/Loading/ZEFDirectoryFilter.h"
 #include "ZEFFilesystemTools/Loading/ZEFFileItemSet.h"
 #include "ZEFFilesystemTools/Loading/ZEFLoadingOperation.h"
-#include "ZEFFilesystemTools/Platform/CatalogIterator.h"
+#include "ZEFFilesystemTools/Platform/Catalog/CatalogIterator.h"
 
 #include <cstddef>
 #include <memory>

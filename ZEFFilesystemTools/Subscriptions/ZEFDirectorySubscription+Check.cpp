@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
-#include "ZEFFilesystemTools/Platform/Catalog.h"
+#include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
 #include "ZEFFilesystemTools/Platform/Disk/FolderView.h"
 #include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Objects/FirstException.h"

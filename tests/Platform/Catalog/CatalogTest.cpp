@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Catalog.h"
+#include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/CatalogEntry.h"
+#include "ZEFFilesystemTools/Platform/Catalog/CatalogEntry.h"
+#include "ZEFFilesystemTools/Platform/Catalog/KnownEntries.h"
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
-#include "ZEFFilesystemTools/Platform/KnownEntries.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/CatalogIterator.h"
+#include "ZEFFilesystemTools/Platform/Catalog/CatalogIterator.h"
 #include "ZEFFilesystemTools/Platform/Objects/SharedService.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 

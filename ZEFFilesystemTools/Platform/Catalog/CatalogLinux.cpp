@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Catalog.h"
+#include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
 
+#include "ZEFFilesystemTools/Platform/Catalog/FolderReader.h"
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
-#include "ZEFFilesystemTools/Platform/FolderReader.h"
 #include "ZEFFilesystemTools/Platform/Volumes/FileSystemType.h"
 
 #include <cerrno>

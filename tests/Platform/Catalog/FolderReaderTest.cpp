@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FolderReader.h"
+#include "ZEFFilesystemTools/Platform/Catalog/FolderReader.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
