@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
 #include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
-#include "ZEFFilesystemTools/Platform/AliasData.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasData.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 
 namespace {

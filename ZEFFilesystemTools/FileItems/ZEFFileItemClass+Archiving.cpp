@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
-#include "ZEFFilesystemTools/Platform/AliasData.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasData.h"
 
 namespace {
 

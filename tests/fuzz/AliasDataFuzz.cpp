@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/AliasData/KernelAliasData.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/KernelAliasData.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include "tests/support/AliasBytes.h"

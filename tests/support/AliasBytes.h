@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/AliasRecord.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasRecord.h"
 
 /// Makes the length and the digest in the head of alias data right again after a change; leaves
 /// bytes alone that are too short to have a head.

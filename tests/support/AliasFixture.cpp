@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/AliasFixture.h"
 
+#include "ZEFFilesystemTools/Platform/AliasData/KernelAliasData.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/KernelAliasData.h"
 
 #include "tests/support/LocatorFixture.h"
 #include "tests/support/WithoutPrivileges.h"

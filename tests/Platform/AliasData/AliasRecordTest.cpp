@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasRecord.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasRecord.h"
 
 #include "tests/support/AliasBytes.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/AliasFolders.h"
-#include "ZEFFilesystemTools/Platform/AliasTarget.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasFolders.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasTarget.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasFolders.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasFolders.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 

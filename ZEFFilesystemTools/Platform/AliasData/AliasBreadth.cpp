@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasBreadth.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasBreadth.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasRecord.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasRecord.h"
 
-#include "ZEFFilesystemTools/Platform/ByteReader.h"
-#include "ZEFFilesystemTools/Platform/ByteWriter.h"
+#include "ZEFFilesystemTools/Platform/AliasData/ByteReader.h"
+#include "ZEFFilesystemTools/Platform/AliasData/ByteWriter.h"
 
 #include <algorithm>
 #include <climits>

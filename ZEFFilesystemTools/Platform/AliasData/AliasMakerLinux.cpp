@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasMaker.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasMaker.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"

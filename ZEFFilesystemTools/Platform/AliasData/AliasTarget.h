@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/AliasRecord.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasRecord.h"
 #include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
 #include "ZEFFilesystemTools/Platform/Disk/Stat.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"

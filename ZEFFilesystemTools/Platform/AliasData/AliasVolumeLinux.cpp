@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasVolume.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasVolume.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"

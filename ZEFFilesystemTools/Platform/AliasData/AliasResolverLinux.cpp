@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasResolver.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasResolver.h"
 
-#include "ZEFFilesystemTools/Platform/AliasBreadth.h"
-#include "ZEFFilesystemTools/Platform/AliasChain.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasBreadth.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasChain.h"
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"

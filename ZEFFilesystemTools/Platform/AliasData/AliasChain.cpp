@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasChain.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasChain.h"
 
 #include <limits>
 

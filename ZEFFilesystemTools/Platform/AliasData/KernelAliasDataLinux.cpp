@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/KernelAliasData.h"
+#include "ZEFFilesystemTools/Platform/AliasData/KernelAliasData.h"
 
-#include "ZEFFilesystemTools/Platform/AliasMaker.h"
-#include "ZEFFilesystemTools/Platform/AliasResolver.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasMaker.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasResolver.h"
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 
 namespace zef {

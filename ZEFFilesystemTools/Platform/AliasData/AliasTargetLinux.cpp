@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasTarget.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasTarget.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 

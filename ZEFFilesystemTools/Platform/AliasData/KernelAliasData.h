@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/AliasData.h"
-#include "ZEFFilesystemTools/Platform/AliasFolders.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasData.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasFolders.h"
 #include "ZEFFilesystemTools/Platform/Locator/HandleOpener.h"
 #include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidences.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/AliasVolume.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasVolume.h"
 
 #include <string>
 

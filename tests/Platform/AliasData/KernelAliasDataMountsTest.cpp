@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/AliasData/KernelAliasData.h"
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/KernelAliasData.h"
 
 #include "tests/support/ChildProcess.h"
 #include "tests/support/PrivateMounts.h"
