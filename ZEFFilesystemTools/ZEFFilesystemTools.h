@@ -14,5 +14,5 @@
 #include "ZEFFilesystemTools/Platform/Text/LocalizedString.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
-#include "ZEFFilesystemTools/Platform/TypeTable.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"

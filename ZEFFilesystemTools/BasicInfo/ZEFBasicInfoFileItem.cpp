@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoAsking.h"
 #include "ZEFFilesystemTools/Platform/Text/LocalizedString.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
-#include "ZEFFilesystemTools/Platform/TypeTable.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include "ZEFFilesystemTools/Platform/LinuxFileInformation.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
-#include "ZEFFilesystemTools/Platform/TypeIdentifiers.h"
-#include "ZEFFilesystemTools/Platform/TypeTable.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
 #include <utility>
 

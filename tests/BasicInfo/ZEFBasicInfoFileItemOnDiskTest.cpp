@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
-#include "ZEFFilesystemTools/Platform/TypeIdentifiers.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
 
 #include "tests/support/LogRecorder.h"
 #include "tests/support/TemporaryFolder.h"

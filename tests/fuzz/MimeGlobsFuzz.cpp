@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/KnownTypes.h"
-#include "ZEFFilesystemTools/Platform/MimeDatabase.h"
+#include "ZEFFilesystemTools/Platform/Types/KnownTypes.h"
+#include "ZEFFilesystemTools/Platform/Types/MimeDatabase.h"
 
 #include <algorithm>
 #include <cstddef>

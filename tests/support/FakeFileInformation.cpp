@@ -2,7 +2,7 @@
 #include "tests/support/FakeFileInformation.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
-#include "ZEFFilesystemTools/Platform/TypeIdentifiers.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
 
 #include <numeric>
 #include <utility>

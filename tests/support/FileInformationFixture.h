@@ -5,8 +5,8 @@
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/LinuxFileInformation.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
-#include "ZEFFilesystemTools/Platform/TypeIdentifiers.h"
-#include "ZEFFilesystemTools/Platform/TypeTable.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
 #include "tests/support/EnvironmentVariable.h"
 #include "tests/support/FakeLocator.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/GlobPattern.h"
+#include "ZEFFilesystemTools/Platform/Types/GlobPattern.h"
 
-#include "ZEFFilesystemTools/Platform/CaseFolding.h"
+#include "ZEFFilesystemTools/Platform/Types/CaseFolding.h"
 
 #include <cstddef>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TypeTable.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
 #include "tests/support/LogRecorder.h"
 #include "tests/support/TemporaryFolder.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/MimeFile.h"
+#include "ZEFFilesystemTools/Platform/Types/MimeFile.h"
 
 #include <cerrno>
 #include <cstddef>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/MimeFolders.h"
+#include "ZEFFilesystemTools/Platform/Types/MimeFolders.h"
 
 #include "ZEFFilesystemTools/Platform/Paths/DataHome.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TypeGraph.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeGraph.h"
 
-#include "ZEFFilesystemTools/Platform/CaseFolding.h"
+#include "ZEFFilesystemTools/Platform/Types/CaseFolding.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/GlobPattern.h"
+#include "ZEFFilesystemTools/Platform/Types/GlobPattern.h"
 
 #include <gtest/gtest.h>
 

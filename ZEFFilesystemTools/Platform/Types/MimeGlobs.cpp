@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/MimeGlobs.h"
+#include "ZEFFilesystemTools/Platform/Types/MimeGlobs.h"
 
-#include "ZEFFilesystemTools/Platform/CaseFolding.h"
-#include "ZEFFilesystemTools/Platform/GlobPattern.h"
+#include "ZEFFilesystemTools/Platform/Types/CaseFolding.h"
+#include "ZEFFilesystemTools/Platform/Types/GlobPattern.h"
 
 #include <algorithm>
 

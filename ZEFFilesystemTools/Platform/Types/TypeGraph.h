@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/HashIndex.h"
+#include "ZEFFilesystemTools/Platform/Types/HashIndex.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TypeTable.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
-#include "ZEFFilesystemTools/Platform/OwnTypes.h"
+#include "ZEFFilesystemTools/Platform/Types/OwnTypes.h"
 
 #include <gtest/gtest.h>
 

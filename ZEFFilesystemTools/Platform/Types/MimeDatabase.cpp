@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/MimeDatabase.h"
+#include "ZEFFilesystemTools/Platform/Types/MimeDatabase.h"
 
-#include "ZEFFilesystemTools/Platform/MimeFile.h"
-#include "ZEFFilesystemTools/Platform/MimeGlobs.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
+#include "ZEFFilesystemTools/Platform/Types/MimeFile.h"
+#include "ZEFFilesystemTools/Platform/Types/MimeGlobs.h"
 
 #include <algorithm>
 #include <charconv>

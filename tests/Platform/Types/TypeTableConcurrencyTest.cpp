@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TypeTable.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/MimeDatabase.h"
+#include "ZEFFilesystemTools/Platform/Types/MimeDatabase.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/HashIndex.h"
-#include "ZEFFilesystemTools/Platform/TypeGraph.h"
+#include "ZEFFilesystemTools/Platform/Types/HashIndex.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeGraph.h"
 
 #include <cstddef>
 #include <cstdint>

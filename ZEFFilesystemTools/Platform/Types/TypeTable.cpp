@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TypeTable.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
-#include "ZEFFilesystemTools/Platform/CaseFolding.h"
-#include "ZEFFilesystemTools/Platform/KnownTypes.h"
-#include "ZEFFilesystemTools/Platform/MimeFolders.h"
+#include "ZEFFilesystemTools/Platform/Types/CaseFolding.h"
+#include "ZEFFilesystemTools/Platform/Types/KnownTypes.h"
+#include "ZEFFilesystemTools/Platform/Types/MimeFolders.h"
 
 #include <algorithm>
 #include <array>

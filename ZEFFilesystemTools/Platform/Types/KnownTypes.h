@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/MimeDatabase.h"
-#include "ZEFFilesystemTools/Platform/MimeGlobs.h"
-#include "ZEFFilesystemTools/Platform/TypeGraph.h"
+#include "ZEFFilesystemTools/Platform/Types/MimeDatabase.h"
+#include "ZEFFilesystemTools/Platform/Types/MimeGlobs.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeGraph.h"
 
 #include <span>
 #include <string_view>

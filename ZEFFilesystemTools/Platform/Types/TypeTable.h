@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Objects/Export.h"
-#include "ZEFFilesystemTools/Platform/TypeIdentifiers.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
 
 #include <memory>
 #include <string>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/OwnTypes.h"
-#include "ZEFFilesystemTools/Platform/TypeTable.h"
+#include "ZEFFilesystemTools/Platform/Types/OwnTypes.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
 #include "tests/support/TemporaryFolder.h"
 

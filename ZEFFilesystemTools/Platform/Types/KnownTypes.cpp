@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/KnownTypes.h"
+#include "ZEFFilesystemTools/Platform/Types/KnownTypes.h"
 
-#include "ZEFFilesystemTools/Platform/CaseFolding.h"
-#include "ZEFFilesystemTools/Platform/OwnTypes.h"
-#include "ZEFFilesystemTools/Platform/TypeIdentifiers.h"
+#include "ZEFFilesystemTools/Platform/Types/CaseFolding.h"
+#include "ZEFFilesystemTools/Platform/Types/OwnTypes.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
 
 #include <algorithm>
 #include <array>
