@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
-#include "ZEFFilesystemTools/Platform/FileInformation.h"
+#include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
 
 #include <optional>
 #include <string>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/DesktopEntry.h"
-#include "ZEFFilesystemTools/Platform/DisplayName.h"
-#include "ZEFFilesystemTools/Platform/MessageLocale.h"
+#include "ZEFFilesystemTools/Platform/Presentation/DesktopEntry.h"
+#include "ZEFFilesystemTools/Platform/Presentation/DisplayName.h"
+#include "ZEFFilesystemTools/Platform/Presentation/MessageLocale.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/FileInformation.h"
+#include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
 
 #include <array>
 #include <cstddef>

@@ -3,8 +3,8 @@
 
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/LinuxFileInformation.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
+#include "ZEFFilesystemTools/Platform/Presentation/LinuxFileInformation.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 

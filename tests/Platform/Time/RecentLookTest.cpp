@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Time/RecentLook.h"
 
-#include "ZEFFilesystemTools/Platform/HiddenLists.h"
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
+#include "ZEFFilesystemTools/Platform/Presentation/HiddenLists.h"
 
 #include "tests/support/FakeFileSystem.h"
 #include "tests/support/FakeLocator.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/DesktopEntries.h"
-#include "ZEFFilesystemTools/Platform/FileInformation.h"
-#include "ZEFFilesystemTools/Platform/HiddenLists.h"
+#include "ZEFFilesystemTools/Platform/Presentation/DesktopEntries.h"
+#include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
+#include "ZEFFilesystemTools/Platform/Presentation/HiddenLists.h"
 #include "ZEFFilesystemTools/Platform/Volumes/AutomountPoints.h"
 
 #include <string_view>

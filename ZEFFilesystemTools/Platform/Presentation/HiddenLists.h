@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/HiddenList.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
-#include "ZEFFilesystemTools/Platform/SmallFileCache.h"
+#include "ZEFFilesystemTools/Platform/Presentation/HiddenList.h"
+#include "ZEFFilesystemTools/Platform/Presentation/SmallFileCache.h"
 #include "ZEFFilesystemTools/Platform/Time/RecentLook.h"
 
 #include <memory>

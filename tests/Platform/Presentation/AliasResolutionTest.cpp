@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasResolution.h"
+#include "ZEFFilesystemTools/Platform/Presentation/AliasResolution.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 

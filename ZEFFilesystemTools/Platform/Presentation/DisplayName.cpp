@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/DisplayName.h"
+#include "ZEFFilesystemTools/Platform/Presentation/DisplayName.h"
 
 #include <algorithm>
 #include <cstddef>

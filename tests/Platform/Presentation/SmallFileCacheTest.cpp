@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/SmallFileCache.h"
+#include "ZEFFilesystemTools/Platform/Presentation/SmallFileCache.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/DesktopEntry.h"
+#include "ZEFFilesystemTools/Platform/Presentation/DesktopEntry.h"
 
-#include "ZEFFilesystemTools/Platform/DisplayName.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURLText.h"
+#include "ZEFFilesystemTools/Platform/Presentation/DisplayName.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/DesktopEntry.h"
+#include "ZEFFilesystemTools/Platform/Presentation/DesktopEntry.h"
 
 #include <gtest/gtest.h>
 

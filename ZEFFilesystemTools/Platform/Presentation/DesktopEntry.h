@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/MessageLocale.h"
+#include "ZEFFilesystemTools/Platform/Presentation/MessageLocale.h"
 
 #include <cstddef>
 #include <string>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/PathDots.h"
+#include "ZEFFilesystemTools/Platform/Presentation/PathDots.h"
 
 #include "tests/support/TemporaryFolder.h"
 

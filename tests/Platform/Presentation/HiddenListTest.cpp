@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/HiddenList.h"
+#include "ZEFFilesystemTools/Platform/Presentation/HiddenList.h"
 
 #include <gtest/gtest.h>
 

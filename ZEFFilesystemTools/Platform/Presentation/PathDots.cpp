@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/PathDots.h"
+#include "ZEFFilesystemTools/Platform/Presentation/PathDots.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Disk/ObjectNumbers.h"

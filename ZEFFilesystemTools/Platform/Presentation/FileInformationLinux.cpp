@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FileInformation.h"
+#include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
 
-#include "ZEFFilesystemTools/Platform/AliasResolution.h"
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/DisplayName.h"
-#include "ZEFFilesystemTools/Platform/LinuxFileInformation.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
+#include "ZEFFilesystemTools/Platform/Presentation/AliasResolution.h"
+#include "ZEFFilesystemTools/Platform/Presentation/DisplayName.h"
+#include "ZEFFilesystemTools/Platform/Presentation/LinuxFileInformation.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/DesktopEntries.h"
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
+#include "ZEFFilesystemTools/Platform/Presentation/DesktopEntries.h"
 #include "ZEFFilesystemTools/Platform/Volumes/AutomountPoints.h"
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/HiddenLists.h"
+#include "ZEFFilesystemTools/Platform/Presentation/HiddenLists.h"
 
 #include "tests/support/LogRecorder.h"
 #include "tests/support/SteppedClock.h"

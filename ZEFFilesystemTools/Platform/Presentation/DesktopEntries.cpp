@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/DesktopEntries.h"
+#include "ZEFFilesystemTools/Platform/Presentation/DesktopEntries.h"
 
 namespace zef {
 namespace {

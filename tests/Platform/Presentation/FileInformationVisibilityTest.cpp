@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/FileInformation.h"
+#include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
 
 #include "tests/support/FakeFileSystem.h"
 #include "tests/support/FileInformationFixture.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/MessageLocale.h"
+#include "ZEFFilesystemTools/Platform/Presentation/MessageLocale.h"
 
 #include <algorithm>
 #include <cstdlib>

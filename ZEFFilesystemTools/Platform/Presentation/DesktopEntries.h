@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/DesktopEntry.h"
-#include "ZEFFilesystemTools/Platform/SmallFileCache.h"
+#include "ZEFFilesystemTools/Platform/Presentation/DesktopEntry.h"
+#include "ZEFFilesystemTools/Platform/Presentation/SmallFileCache.h"
 
 #include <memory>
 #include <string>

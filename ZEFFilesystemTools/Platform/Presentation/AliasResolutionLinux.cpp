@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasResolution.h"
+#include "ZEFFilesystemTools/Platform/Presentation/AliasResolution.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
-#include "ZEFFilesystemTools/Platform/PathDots.h"
+#include "ZEFFilesystemTools/Platform/Presentation/PathDots.h"
 
 #include <array>
 #include <cerrno>

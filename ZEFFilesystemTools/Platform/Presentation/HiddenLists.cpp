@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/HiddenLists.h"
+#include "ZEFFilesystemTools/Platform/Presentation/HiddenLists.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
