@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
-#include "ZEFFilesystemTools/Platform/Trash.h"
+#include "ZEFFilesystemTools/Platform/Trash/Trash.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
 #include <cerrno>

@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 #include "ZEFFilesystemTools/Platform/Objects/Array.h"
 #include "ZEFFilesystemTools/Platform/RunLoop/Timer.h"
-#include "ZEFFilesystemTools/Platform/TrashRefusal.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashRefusal.h"
 
 #include <memory>
 

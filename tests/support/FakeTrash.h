@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Trash.h"
+#include "ZEFFilesystemTools/Platform/Trash/Trash.h"
 
 #include <span>
 #include <vector>

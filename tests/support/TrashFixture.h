@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/Trash.h"
+#include "ZEFFilesystemTools/Platform/Trash/Trash.h"
 
 #include "tests/support/EnvironmentVariable.h"
 #include "tests/support/TemporaryFolder.h"

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Objects/SharedService.h"
-#include "ZEFFilesystemTools/Platform/TrashEntry.h"
-#include "ZEFFilesystemTools/Platform/TrashRefusal.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashEntry.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashRefusal.h"
 
 #include <span>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Trash.h"
+#include "ZEFFilesystemTools/Platform/Trash/Trash.h"
 
 #include "tests/support/TrashFixture.h"
 #include "tests/support/TrashVolumesFixture.h"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/TrashEntry.h"
-#include "ZEFFilesystemTools/Platform/TrashItem.h"
-#include "ZEFFilesystemTools/Platform/TrashPlaces.h"
-#include "ZEFFilesystemTools/Platform/TrashRefusal.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashEntry.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashItem.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashPlaces.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashRefusal.h"
 #include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
 
 #include <memory>

@@ -3,8 +3,8 @@
 
 #include "ZEFFilesystemTools/Platform/Disk/ObjectDescriptor.h"
 #include "ZEFFilesystemTools/Platform/Time/Date.h"
-#include "ZEFFilesystemTools/Platform/TrashFolder.h"
-#include "ZEFFilesystemTools/Platform/TrashPlace.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashFolder.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashPlace.h"
 
 #include <cstddef>
 #include <string>

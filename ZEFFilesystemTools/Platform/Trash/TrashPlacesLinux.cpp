@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TrashPlaces.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashPlaces.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Paths/DataHome.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/TrashFolder.h"
-#include "ZEFFilesystemTools/Platform/TrashPlace.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashFolder.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashPlace.h"
 
 #include <map>
 #include <memory>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Folders/FolderAscent.h"
-#include "ZEFFilesystemTools/Platform/TrashProblem.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashProblem.h"
 
 #include <cstdint>
 #include <string>

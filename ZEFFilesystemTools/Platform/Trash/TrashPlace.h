@@ -3,9 +3,9 @@
 
 #include "ZEFFilesystemTools/Platform/Folders/FolderAscent.h"
 #include "ZEFFilesystemTools/Platform/Time/Date.h"
-#include "ZEFFilesystemTools/Platform/TrashInfoFolder.h"
-#include "ZEFFilesystemTools/Platform/TrashName.h"
-#include "ZEFFilesystemTools/Platform/TrashProblem.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashInfoFolder.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashName.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashProblem.h"
 
 #include <memory>
 #include <string>

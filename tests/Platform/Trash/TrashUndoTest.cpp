@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TrashRequest.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashRequest.h"
 
 #include "tests/support/DiskCalls.h"
 #include "tests/support/TrashFixture.h"

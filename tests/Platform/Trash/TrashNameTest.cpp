@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TrashName.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashName.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TrashInfo.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashInfo.h"
 
 #include "tests/support/EnvironmentVariable.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TrashItem.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashItem.h"
 
-#include "ZEFFilesystemTools/Platform/TrashPlaces.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashPlaces.h"
 
 #include "tests/support/TrashFixture.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TrashInfoFolder.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashInfoFolder.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
-#include "ZEFFilesystemTools/Platform/TrashName.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashName.h"
 
 #include <cerrno>
 #include <utility>

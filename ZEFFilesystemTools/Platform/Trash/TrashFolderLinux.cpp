@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TrashFolder.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashFolder.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/TrashPlace.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashPlace.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
-#include "ZEFFilesystemTools/Platform/TrashInfo.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashInfo.h"
 
 #include <cerrno>
 #include <utility>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Trash.h"
+#include "ZEFFilesystemTools/Platform/Trash/Trash.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
-#include "ZEFFilesystemTools/Platform/TrashRequest.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashRequest.h"
 
 namespace zef {
 namespace {
