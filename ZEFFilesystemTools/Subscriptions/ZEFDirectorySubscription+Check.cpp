@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
-#include "ZEFFilesystemTools/Platform/Disk/FolderView.h"
+#include "ZEFFilesystemTools/Platform/Disk/PinnedFolder.h"
 #include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
@@ -66,7 +66,7 @@ private:
     void addAndTell(ZEFFileEvent event, ZEFFileItem& item)
     {
         const auto* record = add(event, item);
-        const zef::FolderView::Pause pause;
+        const zef::PinnedFolder::Pause pause;
         _hookException.guard([&] { item.eventOccurred(record); });
     }
 
@@ -120,7 +120,7 @@ private:
     {
         const auto& items = _subscription._directoryInfo;
         zef::FSRef reference;
-        std::optional<zef::FolderView> view;
+        std::optional<zef::PinnedFolder> view;
         if (items.count() >= manyItems && _folder.ZEF_copyReference(reference))
             view.emplace(reference, _folder.url());
         for (std::size_t index = 0; index < items.endIndex(); ++index) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/FolderView.h"
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/PinnedFolder.h"
 
 #include <cerrno>
 
@@ -19,7 +19,7 @@ public:
     {
         int folder = AT_FDCWD;
         const char* name = path;
-        FolderView::find(path, folder, name);
+        PinnedFolder::find(path, folder, name);
         return *path ? statAt(folder, name, stat) : ENOENT;
     }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Disk/FolderView.h"
+#include "ZEFFilesystemTools/Platform/Disk/PinnedFolder.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
@@ -12,11 +12,11 @@
 namespace zef {
 namespace {
 
-thread_local FolderView* innermostView = nullptr;
+thread_local PinnedFolder* innermostView = nullptr;
 
 } // namespace
 
-FolderView::FolderView(const FSRef& ref, const FileURL& url)
+PinnedFolder::PinnedFolder(const FSRef& ref, const FileURL& url)
 {
     PathBytes path;
     if (!url.fileSystemRepresentation(path) || !open(ref, path.text()))
@@ -27,7 +27,7 @@ FolderView::FolderView(const FSRef& ref, const FileURL& url)
     _outer = std::exchange(innermostView, this);
 }
 
-bool FolderView::open(const FSRef& ref, const char* path)
+bool PinnedFolder::open(const FSRef& ref, const char* path)
 {
     auto& reserve = DescriptorReserve::shared();
     const int folder = reserve.openAt(AT_FDCWD, path, O_PATH | O_DIRECTORY);
@@ -40,7 +40,7 @@ bool FolderView::open(const FSRef& ref, const char* path)
     return false;
 }
 
-FolderView::~FolderView()
+PinnedFolder::~PinnedFolder()
 {
     if (_folder < 0)
         return;
@@ -48,17 +48,17 @@ FolderView::~FolderView()
     DescriptorReserve::shared().close(_folder);
 }
 
-FolderView::Pause::Pause()
+PinnedFolder::Pause::Pause()
     : _paused(std::exchange(innermostView, nullptr))
 {
 }
 
-FolderView::Pause::~Pause()
+PinnedFolder::Pause::~Pause()
 {
     innermostView = _paused;
 }
 
-bool FolderView::find(const char* path, int& folder, const char*& name)
+bool PinnedFolder::find(const char* path, int& folder, const char*& name)
 {
     const auto* view = innermostView;
     if (!view || std::strncmp(path, view->_path.data(), view->_path.size()) != 0)

@@ -12,13 +12,13 @@ namespace zef {
 /// While it lives, its thread's looks at the entries of one folder, by their paths, spare the way
 /// to the folder, as if all were taken in the moment when this was made. For short work on many
 /// files. Views nest; the innermost serves.
-class FolderView {
+class PinnedFolder {
 public:
     /// A view of the folder that `ref` refers to, at `url`; of nothing when that is not there.
-    FolderView(const FSRef& ref, const FileURL& url);
-    ~FolderView();
-    FolderView(const FolderView&) = delete;
-    FolderView& operator=(const FolderView&) = delete;
+    PinnedFolder(const FSRef& ref, const FileURL& url);
+    ~PinnedFolder();
+    PinnedFolder(const PinnedFolder&) = delete;
+    PinnedFolder& operator=(const PinnedFolder&) = delete;
 
     /// For calls to others, who may change the folder: while it lives no view serves.
     class Pause {
@@ -29,7 +29,7 @@ public:
         Pause& operator=(const Pause&) = delete;
 
     private:
-        FolderView* _paused;
+        PinnedFolder* _paused;
     };
 
     /// For the shared file system: sets `folder` and `name` to the view's descriptor and the entry
@@ -42,7 +42,7 @@ private:
     /// With a slash at the end.
     std::string _path;
     int _folder = -1;
-    FolderView* _outer = nullptr;
+    PinnedFolder* _outer = nullptr;
 };
 
 } // namespace zef

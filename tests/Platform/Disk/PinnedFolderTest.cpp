@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Disk/FolderView.h"
+#include "ZEFFilesystemTools/Platform/Disk/PinnedFolder.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
@@ -14,9 +14,9 @@
 
 namespace {
 
-class FolderViewTest : public testing::Test {
+class PinnedFolderTest : public testing::Test {
 protected:
-    FolderViewTest()
+    PinnedFolderTest()
     {
         folder.makeFolder("inner");
         folder.write("inner/file");
@@ -44,10 +44,10 @@ protected:
     void makeView() { view.emplace(ref("inner"), folder.folderUrl("inner")); }
 
     TemporaryFolder folder;
-    std::optional<zef::FolderView> view;
+    std::optional<zef::PinnedFolder> view;
 };
 
-TEST_F(FolderViewTest, LooksAtEntriesAsTheyAre)
+TEST_F(PinnedFolderTest, LooksAtEntriesAsTheyAre)
 {
     makeView();
     EXPECT_EQ(look("inner/file"), 0);
@@ -59,7 +59,7 @@ TEST_F(FolderViewTest, LooksAtEntriesAsTheyAre)
     EXPECT_EQ(look("outside"), 0);
 }
 
-TEST_F(FolderViewTest, SeesTheFolderThatWasThereWhenItWasMade)
+TEST_F(PinnedFolderTest, SeesTheFolderThatWasThereWhenItWasMade)
 {
     makeView();
     folder.rename("inner", "renamed");
@@ -70,19 +70,19 @@ TEST_F(FolderViewTest, SeesTheFolderThatWasThereWhenItWasMade)
     EXPECT_EQ(look("inner/file"), ENOENT);
 }
 
-TEST_F(FolderViewTest, DoesNotServeWhilePaused)
+TEST_F(PinnedFolderTest, DoesNotServeWhilePaused)
 {
     makeView();
     folder.rename("inner", "renamed");
     {
-        const zef::FolderView::Pause pause;
+        const zef::PinnedFolder::Pause pause;
         EXPECT_EQ(look("inner/file"), ENOENT);
     }
 
     EXPECT_EQ(look("inner/file"), 0);
 }
 
-TEST_F(FolderViewTest, DoesNotServeOtherThreads)
+TEST_F(PinnedFolderTest, DoesNotServeOtherThreads)
 {
     makeView();
     folder.rename("inner", "renamed");
@@ -92,7 +92,7 @@ TEST_F(FolderViewTest, DoesNotServeOtherThreads)
     EXPECT_EQ(result, ENOENT);
 }
 
-TEST_F(FolderViewTest, IsOfNothingWhenAnotherFolderIsThere)
+TEST_F(PinnedFolderTest, IsOfNothingWhenAnotherFolderIsThere)
 {
     const auto former = ref("inner");
     folder.rename("inner", "renamed");
@@ -103,13 +103,13 @@ TEST_F(FolderViewTest, IsOfNothingWhenAnotherFolderIsThere)
     EXPECT_EQ(look("renamed/file"), 0);
 }
 
-TEST_F(FolderViewTest, GivesTheOuterOneBack)
+TEST_F(PinnedFolderTest, GivesTheOuterOneBack)
 {
     folder.makeFolder("other");
     makeView();
     folder.rename("inner", "renamed");
     {
-        const zef::FolderView inner(ref("other"), folder.folderUrl("other"));
+        const zef::PinnedFolder inner(ref("other"), folder.folderUrl("other"));
         EXPECT_EQ(look("inner/file"), ENOENT);
     }
 
