@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 #include "ZEFFilesystemTools/Platform/Trash/Trash.h"

@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/Platform/AliasData/AliasBreadth.h"
 #include "ZEFFilesystemTools/Platform/AliasData/AliasChain.h"
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
-#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 #include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
 

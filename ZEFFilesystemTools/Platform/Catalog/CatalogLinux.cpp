@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
 
 #include "ZEFFilesystemTools/Platform/Catalog/FolderReader.h"
-#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Volumes/FileSystemType.h"
 
 #include <cerrno>

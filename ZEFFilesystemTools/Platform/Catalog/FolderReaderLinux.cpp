@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Platform/Catalog/FolderReader.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
-#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 
 #include <algorithm>

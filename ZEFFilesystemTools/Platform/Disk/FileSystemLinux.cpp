@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
 #include "ZEFFilesystemTools/Platform/Disk/PinnedFolder.h"
+#include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 
 #include <cerrno>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Disk/ObjectDescriptor.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 
 #include <charconv>
 #include <cstring>

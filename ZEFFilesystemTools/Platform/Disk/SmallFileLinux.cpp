@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Platform/Disk/SmallFile.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
-#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 
 #include <cerrno>
 

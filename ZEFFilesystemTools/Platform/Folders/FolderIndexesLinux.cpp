@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Platform/Folders/FolderIndexes.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
-#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <fcntl.h>

@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Platform/Locator/HandleOpener.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
-#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Volumes/FileSystemType.h"
 #include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
 

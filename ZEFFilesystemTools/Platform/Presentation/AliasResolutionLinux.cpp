@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Platform/Presentation/AliasResolution.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
-#include "ZEFFilesystemTools/Platform/Disk/LinuxCalls.h"
+#include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Presentation/PathDots.h"
 
 #include <array>
