@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/Platform/AliasData/AliasRecord.h"
 #include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
-#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidences.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentityCache.h"
 
 #include <cstdint>
 
@@ -14,7 +14,7 @@ namespace zef {
 class AliasMaker {
 public:
     /// Both are borrowed.
-    AliasMaker(VolumeEvidences& evidences, AliasRecord& record)
+    AliasMaker(VolumeIdentityCache& evidences, AliasRecord& record)
         : _evidences(evidences)
         , _record(record)
     {
@@ -28,7 +28,7 @@ private:
     void takeIdentity(const FSRef& ref, const char* path);
     std::int16_t takeWay(const char* path);
 
-    VolumeEvidences& _evidences;
+    VolumeIdentityCache& _evidences;
     AliasRecord& _record;
     std::uint32_t _device = 0;
 };

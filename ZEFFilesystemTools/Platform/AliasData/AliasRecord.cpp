@@ -83,7 +83,7 @@ bool readHandle(ByteReader& reader, std::uint8_t flags, FileHandle& handle)
     return true;
 }
 
-bool readVolume(ByteReader& reader, VolumeEvidence& volume)
+bool readVolume(ByteReader& reader, VolumeIdentity& volume)
 {
     std::string_view uuid;
     if (!reader.readText(longestType, volume.type) || !reader.readBytes(volume.uuid.size(), uuid)

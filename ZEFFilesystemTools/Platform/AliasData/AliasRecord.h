@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/Platform/AliasData/AliasData.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileHandle.h"
 #include "ZEFFilesystemTools/Platform/Paths/PathBytes.h"
-#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidence.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentity.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -32,7 +32,7 @@ struct AliasRecord {
     std::int64_t birthTime = 0;
     bool hasBirthTime = false;
     FileHandle handle;
-    VolumeEvidence volume;
+    VolumeIdentity volume;
     /// From the mount point down; empty for the folder that the volume is mounted on.
     std::vector<Component> chain;
 

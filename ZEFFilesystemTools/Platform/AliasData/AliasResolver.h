@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/AliasData/AliasVolume.h"
 #include "ZEFFilesystemTools/Platform/Locator/HandleOpener.h"
-#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidences.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentityCache.h"
 
 #include <cstdint>
 #include <string>
@@ -18,7 +18,7 @@ class AliasResolver {
 public:
     /// What all resolvers share, borrowed.
     struct Means {
-        VolumeEvidences& evidences;
+        VolumeIdentityCache& evidences;
         AliasFolders& folders;
         HandleOpener& opener;
     };

@@ -114,7 +114,7 @@ AliasResolver::Progress AliasResolver::searchMount(const std::string& mountPoint
 bool AliasResolver::isSameVolume(
     const std::string& mountPoint, const Stat& stat, std::uint64_t mountID) const
 {
-    VolumeEvidence evidence;
+    VolumeIdentity evidence;
     return _means.evidences.evidence(mountPoint, stat.device, mountID, evidence)
         && _record.volume.matches(evidence);
 }

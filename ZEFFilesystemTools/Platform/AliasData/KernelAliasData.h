@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/Platform/AliasData/AliasData.h"
 #include "ZEFFilesystemTools/Platform/AliasData/AliasFolders.h"
 #include "ZEFFilesystemTools/Platform/Locator/HandleOpener.h"
-#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidences.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentityCache.h"
 
 namespace zef {
 
@@ -16,7 +16,7 @@ public:
     std::int16_t resolve(const Bytes& bytes, FSRef& ref, FileURL& url) override;
 
 private:
-    VolumeEvidences _evidences;
+    VolumeIdentityCache _evidences;
     AliasFolders _folders;
     HandleOpener _opener;
 };

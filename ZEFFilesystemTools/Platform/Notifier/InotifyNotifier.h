@@ -5,7 +5,7 @@
 #include "ZEFFilesystemTools/Platform/Notifier/ThreadRounds.h"
 #include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Notifier/VnodeTokens.h"
-#include "ZEFFilesystemTools/Platform/Volumes/DeviceKinds.h"
+#include "ZEFFilesystemTools/Platform/Volumes/DeviceKindCache.h"
 
 #include <cstddef>
 #include <limits>
@@ -56,7 +56,7 @@ private:
     InotifyQueue _queue;
     VnodeTokens _tokens;
     ThreadRounds _rounds;
-    DeviceKinds _devices;
+    DeviceKindCache _devices;
     std::size_t _watchLimit = std::numeric_limits<std::size_t>::max();
 };
 

@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/Platform/Disk/FileStamps.h"
 #include "ZEFFilesystemTools/Platform/Disk/SmallFile.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
-#include "ZEFFilesystemTools/Platform/Volumes/DeviceKinds.h"
+#include "ZEFFilesystemTools/Platform/Volumes/DeviceKindCache.h"
 
 #include <array>
 #include <cstddef>
@@ -88,7 +88,7 @@ private:
     }
 
     Clock& _clock;
-    DeviceKinds _deviceKinds;
+    DeviceKindCache _deviceKinds;
     std::mutex _mutex;
     std::array<File, Capacity> _files;
     std::size_t _next = 0;

@@ -8,7 +8,7 @@
 namespace zef {
 
 /// What tells a volume from others after it was unmounted, or the machine restarted.
-struct VolumeEvidence {
+struct VolumeIdentity {
     using UUID = std::array<std::uint8_t, 16>;
 
     /// The file system's type as the mount table has it.
@@ -21,7 +21,7 @@ struct VolumeEvidence {
 
     /// Whether the volume with the evidence `other` is this one: by the best that is known of both,
     /// in the end by where they are mounted.
-    bool matches(const VolumeEvidence& other) const;
+    bool matches(const VolumeIdentity& other) const;
 };
 
 } // namespace zef

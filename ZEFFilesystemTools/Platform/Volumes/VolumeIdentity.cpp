@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidence.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentity.h"
 
 namespace zef {
 
-bool VolumeEvidence::matches(const VolumeEvidence& other) const
+bool VolumeIdentity::matches(const VolumeIdentity& other) const
 {
     constexpr UUID unknown{};
     if (type != other.type)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Volumes/DeviceKinds.h"
+#include "ZEFFilesystemTools/Platform/Volumes/DeviceKindCache.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
@@ -14,10 +14,10 @@ namespace {
 
 using zef::DeviceKind;
 
-class DeviceKindsTest : public testing::Test {
+class DeviceKindCacheTest : public testing::Test {
 protected:
-    DeviceKindsTest() { zef::Clock::replaceShared(&clock); }
-    ~DeviceKindsTest() override { zef::Clock::replaceShared(nullptr); }
+    DeviceKindCacheTest() { zef::Clock::replaceShared(&clock); }
+    ~DeviceKindCacheTest() override { zef::Clock::replaceShared(nullptr); }
 
     static std::uint32_t deviceOf(const std::string& path)
     {
@@ -30,31 +30,31 @@ protected:
 
     TemporaryFolder folder;
     SteppedClock clock;
-    zef::DeviceKinds kinds;
+    zef::DeviceKindCache kinds;
 };
 
-TEST_F(DeviceKindsTest, TellsMadeUpFilesFromOthers)
+TEST_F(DeviceKindCacheTest, TellsMadeUpFilesFromOthers)
 {
     EXPECT_EQ(kindOf(folder.path()), DeviceKind::local);
     EXPECT_EQ(kindOf("/proc/version"), DeviceKind::madeUp);
     EXPECT_EQ(kindOf("/sys"), DeviceKind::madeUp);
 }
 
-TEST_F(DeviceKindsTest, DoesNotFollowALinkToAnotherDevice)
+TEST_F(DeviceKindCacheTest, DoesNotFollowALinkToAnotherDevice)
 {
     folder.symlink("/proc/version", "link");
 
     EXPECT_EQ(kindOf(folder.path("link")), DeviceKind::local);
 }
 
-TEST_F(DeviceKindsTest, DoesNotKnowADeviceThatThePathIsNotOn)
+TEST_F(DeviceKindCacheTest, DoesNotKnowADeviceThatThePathIsNotOn)
 {
     EXPECT_EQ(kinds.kind(deviceOf("/proc"), folder.path().c_str()), DeviceKind::unknown);
     EXPECT_EQ(
         kinds.kind(deviceOf(folder.path()), folder.path("missing").c_str()), DeviceKind::unknown);
 }
 
-TEST_F(DeviceKindsTest, LooksAtADeviceOnceASecond)
+TEST_F(DeviceKindCacheTest, LooksAtADeviceOnceASecond)
 {
     const auto device = deviceOf(folder.path());
     const auto missing = folder.path("missing");
@@ -66,7 +66,7 @@ TEST_F(DeviceKindsTest, LooksAtADeviceOnceASecond)
     EXPECT_EQ(kinds.kind(device, missing.c_str()), DeviceKind::unknown) << "a look that failed";
 }
 
-TEST_F(DeviceKindsTest, LooksAgainAfterForgetting)
+TEST_F(DeviceKindCacheTest, LooksAgainAfterForgetting)
 {
     const auto device = deviceOf(folder.path());
     EXPECT_EQ(kindOf(folder.path()), DeviceKind::local);

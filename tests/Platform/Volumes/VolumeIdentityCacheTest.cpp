@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidences.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentityCache.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
@@ -13,10 +13,10 @@
 
 namespace {
 
-class VolumeEvidencesTest : public testing::Test {
+class VolumeIdentityCacheTest : public testing::Test {
 protected:
-    VolumeEvidencesTest() { zef::Clock::replaceShared(&clock); }
-    ~VolumeEvidencesTest() override { zef::Clock::replaceShared(nullptr); }
+    VolumeIdentityCacheTest() { zef::Clock::replaceShared(&clock); }
+    ~VolumeIdentityCacheTest() override { zef::Clock::replaceShared(nullptr); }
 
     static std::uint32_t deviceOf(const char* path)
     {
@@ -26,16 +26,16 @@ protected:
     }
 
     SteppedClock clock;
-    zef::VolumeEvidences evidences;
+    zef::VolumeIdentityCache evidences;
 };
 
-TEST_F(VolumeEvidencesTest, TellsTheTypeOfTheRootAsTheMountTableHasIt)
+TEST_F(VolumeIdentityCacheTest, TellsTheTypeOfTheRootAsTheMountTableHasIt)
 {
     const auto mounts = zef::readMounts();
     const auto root = std::find_if(
         mounts.rbegin(), mounts.rend(), [](const auto& mount) { return mount.folder == "/"; });
     ASSERT_NE(root, mounts.rend());
-    zef::VolumeEvidence evidence;
+    zef::VolumeIdentity evidence;
 
     ASSERT_TRUE(evidences.evidence("/", deviceOf("/"), root->id, evidence));
     EXPECT_EQ(evidence.type, root->type);
@@ -43,14 +43,14 @@ TEST_F(VolumeEvidencesTest, TellsTheTypeOfTheRootAsTheMountTableHasIt)
     EXPECT_TRUE(evidence.matches(evidence));
 }
 
-TEST_F(VolumeEvidencesTest, KnowsNothingOfAFolderThatNothingIsMountedOn)
+TEST_F(VolumeIdentityCacheTest, KnowsNothingOfAFolderThatNothingIsMountedOn)
 {
-    zef::VolumeEvidence evidence;
+    zef::VolumeIdentity evidence;
 
     EXPECT_FALSE(evidences.evidence("/proc/self", deviceOf("/proc"), 0, evidence));
 }
 
-TEST_F(VolumeEvidencesTest, KeepsANumberForASecond)
+TEST_F(VolumeIdentityCacheTest, KeepsANumberForASecond)
 {
     const auto device = deviceOf("/");
     std::uint64_t number = 0;
@@ -63,12 +63,12 @@ TEST_F(VolumeEvidencesTest, KeepsANumberForASecond)
     EXPECT_FALSE(evidences.findFileSystemID(device, number));
 }
 
-TEST_F(VolumeEvidencesTest, KnowsWhichNumbersLast)
+TEST_F(VolumeIdentityCacheTest, KnowsWhichNumbersLast)
 {
     EXPECT_TRUE(evidences.hasLastingNumbers("/proc", deviceOf("/proc")));
 }
 
-TEST_F(VolumeEvidencesTest, HasNoNumberForAPlaceThatIsMissing)
+TEST_F(VolumeIdentityCacheTest, HasNoNumberForAPlaceThatIsMissing)
 {
     EXPECT_EQ(evidences.fileSystemID("/proc/missing", 12345), 0u);
 }

@@ -22,7 +22,7 @@ enum class DeviceKind {
 ///
 /// Each device is looked at at most once a second, because the system gives the number of an
 /// unmounted device to another one. Any thread; no lock is held while the file system works.
-class DeviceKinds {
+class DeviceKindCache {
 public:
     /// The kind of the device with this number, which the object at `path` is said to be on.
     /// `unknown` when that is not so or when `path` leads to nothing.

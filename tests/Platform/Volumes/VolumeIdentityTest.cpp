@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidence.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentity.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-zef::VolumeEvidence makeEvidence(std::uint8_t uuid, std::uint64_t number, const char* mountPoint)
+zef::VolumeIdentity makeEvidence(std::uint8_t uuid, std::uint64_t number, const char* mountPoint)
 {
-    zef::VolumeEvidence evidence;
+    zef::VolumeIdentity evidence;
     evidence.type = "ext4";
     evidence.uuid[0] = uuid;
     evidence.fileSystemID = number;
@@ -15,25 +15,25 @@ zef::VolumeEvidence makeEvidence(std::uint8_t uuid, std::uint64_t number, const 
     return evidence;
 }
 
-TEST(VolumeEvidenceTest, MatchesByTheUUIDAlone)
+TEST(VolumeIdentityTest, MatchesByTheUUIDAlone)
 {
     EXPECT_TRUE(makeEvidence(1, 2, "/one").matches(makeEvidence(1, 3, "/other")));
     EXPECT_FALSE(makeEvidence(1, 2, "/one").matches(makeEvidence(4, 2, "/one")));
 }
 
-TEST(VolumeEvidenceTest, MatchesByTheNumberWhereAUUIDIsMissing)
+TEST(VolumeIdentityTest, MatchesByTheNumberWhereAUUIDIsMissing)
 {
     EXPECT_TRUE(makeEvidence(0, 2, "/one").matches(makeEvidence(1, 2, "/other")));
     EXPECT_FALSE(makeEvidence(1, 2, "/one").matches(makeEvidence(0, 3, "/one")));
 }
 
-TEST(VolumeEvidenceTest, MatchesByTheMountPointWhereNothingElseIsKnown)
+TEST(VolumeIdentityTest, MatchesByTheMountPointWhereNothingElseIsKnown)
 {
     EXPECT_TRUE(makeEvidence(0, 0, "/one").matches(makeEvidence(1, 2, "/one")));
     EXPECT_FALSE(makeEvidence(1, 0, "/one").matches(makeEvidence(0, 2, "/other")));
 }
 
-TEST(VolumeEvidenceTest, NeverMatchesAnotherType)
+TEST(VolumeIdentityTest, NeverMatchesAnotherType)
 {
     auto other = makeEvidence(1, 2, "/one");
     other.type = "xfs";

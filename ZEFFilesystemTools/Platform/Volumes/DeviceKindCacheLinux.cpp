@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Volumes/DeviceKinds.h"
+#include "ZEFFilesystemTools/Platform/Volumes/DeviceKindCache.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
@@ -38,7 +38,7 @@ DeviceKind lookAt(const char* path, std::uint32_t device)
 
 } // namespace
 
-DeviceKind DeviceKinds::kind(std::uint32_t device, const char* path)
+DeviceKind DeviceKindCache::kind(std::uint32_t device, const char* path)
 {
     const auto now = Clock::shared().monotonicSeconds();
     {
@@ -55,7 +55,7 @@ DeviceKind DeviceKinds::kind(std::uint32_t device, const char* path)
     return kind;
 }
 
-void DeviceKinds::forget()
+void DeviceKindCache::forget()
 {
     std::lock_guard lock(_mutex);
     _known.clear();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidences.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentityCache.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
@@ -27,9 +27,9 @@ struct FileSystemUUID {
 };
 constexpr unsigned long getFileSystemUUID = _IOR(0x15, 0, FileSystemUUID);
 
-VolumeEvidence::UUID askForUUID(int folder)
+VolumeIdentity::UUID askForUUID(int folder)
 {
-    VolumeEvidence::UUID uuid{};
+    VolumeIdentity::UUID uuid{};
     FileSystemUUID answer{};
     struct btrfs_ioctl_fs_info_args information;
     std::memset(&information, 0, sizeof information);
@@ -42,7 +42,7 @@ VolumeEvidence::UUID askForUUID(int folder)
 }
 
 // Unknown also for a folder that may not be read.
-VolumeEvidence::UUID uuidOfVolume(const char* mountPoint)
+VolumeIdentity::UUID uuidOfVolume(const char* mountPoint)
 {
     auto& reserve = DescriptorReserve::shared();
     const int folder = reserve.openAt(AT_FDCWD, mountPoint, O_RDONLY | O_DIRECTORY);
@@ -74,8 +74,8 @@ std::uint64_t usefulFileSystemID(const struct statfs& status, std::uint32_t devi
 
 } // namespace
 
-bool VolumeEvidences::evidence(const std::string& mountPoint, std::uint32_t device,
-    std::uint64_t mountID, VolumeEvidence& evidence)
+bool VolumeIdentityCache::evidence(const std::string& mountPoint, std::uint32_t device,
+    std::uint64_t mountID, VolumeIdentity& evidence)
 {
     if (find(mountPoint, device, mountID, evidence))
         return true;
@@ -91,8 +91,8 @@ bool VolumeEvidences::evidence(const std::string& mountPoint, std::uint32_t devi
     return true;
 }
 
-bool VolumeEvidences::find(const std::string& mountPoint, std::uint32_t device,
-    std::uint64_t mountID, VolumeEvidence& evidence)
+bool VolumeIdentityCache::find(const std::string& mountPoint, std::uint32_t device,
+    std::uint64_t mountID, VolumeIdentity& evidence)
 {
     const auto now = Clock::shared().monotonicSeconds();
     std::lock_guard lock(_mutex);
@@ -107,17 +107,17 @@ bool VolumeEvidences::find(const std::string& mountPoint, std::uint32_t device,
     return true;
 }
 
-std::uint64_t VolumeEvidences::fileSystemID(const char* path, std::uint32_t device)
+std::uint64_t VolumeIdentityCache::fileSystemID(const char* path, std::uint32_t device)
 {
     return numbers(path, device).fileSystemID;
 }
 
-bool VolumeEvidences::hasLastingNumbers(const char* path, std::uint32_t device)
+bool VolumeIdentityCache::hasLastingNumbers(const char* path, std::uint32_t device)
 {
     return zef::hasLastingNumbers(numbers(path, device).type);
 }
 
-bool VolumeEvidences::findFileSystemID(std::uint32_t device, std::uint64_t& number)
+bool VolumeIdentityCache::findFileSystemID(std::uint32_t device, std::uint64_t& number)
 {
     Numbers known;
     if (!findNumbers(device, known))
@@ -126,7 +126,7 @@ bool VolumeEvidences::findFileSystemID(std::uint32_t device, std::uint64_t& numb
     return true;
 }
 
-VolumeEvidences::Numbers VolumeEvidences::numbers(const char* path, std::uint32_t device)
+VolumeIdentityCache::Numbers VolumeIdentityCache::numbers(const char* path, std::uint32_t device)
 {
     Numbers numbers;
     struct statfs status;
@@ -139,7 +139,7 @@ VolumeEvidences::Numbers VolumeEvidences::numbers(const char* path, std::uint32_
     return numbers;
 }
 
-bool VolumeEvidences::findNumbers(std::uint32_t device, Numbers& numbers)
+bool VolumeIdentityCache::findNumbers(std::uint32_t device, Numbers& numbers)
 {
     const auto now = Clock::shared().monotonicSeconds();
     std::lock_guard lock(_mutex);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Volumes/VolumeEvidence.h"
+#include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentity.h"
 
 #include <cstdint>
 #include <mutex>
@@ -12,12 +12,12 @@ namespace zef {
 
 /// Asks volumes for their evidence, and each one once a second at most. Any thread; no lock is held
 /// while a file system works.
-class VolumeEvidences {
+class VolumeIdentityCache {
 public:
     /// What the volume that `path` is on has to tell, with the mount's number `mountID` (0: not
     /// known), which is mounted at `mountPoint`. NO when the volume is of an unknown type.
     bool evidence(const std::string& mountPoint, std::uint32_t device, std::uint64_t mountID,
-        VolumeEvidence& evidence);
+        VolumeIdentity& evidence);
 
     /// The least of it, at one system call: the file system's own number, 0 when it is of no use.
     /// `path`, links followed, is on the device.
@@ -38,14 +38,14 @@ private:
     struct Known {
         std::uint32_t device;
         std::uint64_t mountID;
-        VolumeEvidence evidence;
+        VolumeIdentity evidence;
         double validUntil;
     };
 
     Numbers numbers(const char* path, std::uint32_t device);
     bool findNumbers(std::uint32_t device, Numbers& numbers);
     bool find(const std::string& mountPoint, std::uint32_t device, std::uint64_t mountID,
-        VolumeEvidence& evidence);
+        VolumeIdentity& evidence);
 
     std::mutex _mutex;
     std::vector<Numbers> _numbers;
