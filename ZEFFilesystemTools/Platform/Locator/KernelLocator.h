@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Folders/FolderNumbers.h"
+#include "ZEFFilesystemTools/Platform/Folders/ParentInodes.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Locator/ObjectSearch.h"
 
@@ -35,8 +35,8 @@ private:
     bool completeAt(FSRef& ref, const FileURL& place, const char* path);
 
     LocatorTables _tables;
-    FolderIndexes _indexes;
-    FolderNumbers _folderNumbers;
+    FolderIndexCache _indexes;
+    ParentInodes _folderNumbers;
     HandleOpener _opener;
     VolumePolicy _policy;
 };

@@ -236,7 +236,7 @@ FileURL ObjectSearch::lookInFolder(const FSRef& ref, const FileURL& folder)
         auto place = lookInIndexedFolder(ref, folder, *index, isOnTheMove);
         if (place || reading == mostReadings || !(isOnTheMove || isOutdated(*index)))
             return place;
-        index = _means.indexes.index(folder, limit, FolderIndexes::Freshness::readAgain);
+        index = _means.indexes.index(folder, limit, FolderIndexCache::Freshness::readAgain);
     }
     return nullptr;
 }

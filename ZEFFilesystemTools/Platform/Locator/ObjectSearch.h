@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Folders/FolderIndexes.h"
+#include "ZEFFilesystemTools/Platform/Folders/FolderIndexCache.h"
 #include "ZEFFilesystemTools/Platform/Locator/HandleOpener.h"
 #include "ZEFFilesystemTools/Platform/Locator/LocatorTables.h"
 #include "ZEFFilesystemTools/Platform/Locator/VolumePolicy.h"
@@ -18,7 +18,7 @@ public:
     /// What all searches share, borrowed.
     struct Means {
         LocatorTables& tables;
-        FolderIndexes& indexes;
+        FolderIndexCache& indexes;
         HandleOpener& opener;
         VolumePolicy& policy;
     };

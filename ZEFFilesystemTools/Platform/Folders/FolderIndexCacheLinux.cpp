@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Folders/FolderIndexes.h"
+#include "ZEFFilesystemTools/Platform/Folders/FolderIndexCache.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
@@ -30,7 +30,7 @@ Ref<const FolderIndex> readFolder(const char* path, std::size_t limit)
 
 } // namespace
 
-Ref<const FolderIndex> FolderIndexes::index(
+Ref<const FolderIndex> FolderIndexCache::index(
     const FileURL& folder, std::size_t limit, Freshness freshness)
 {
     PathBytes path;
@@ -49,7 +49,7 @@ Ref<const FolderIndex> FolderIndexes::index(
     return index;
 }
 
-void FolderIndexes::forgetOld()
+void FolderIndexCache::forgetOld()
 {
     if (_isEmpty.load(std::memory_order_relaxed))
         return;
@@ -57,7 +57,7 @@ void FolderIndexes::forgetOld()
     forgetOldLocked();
 }
 
-Ref<const FolderIndex> FolderIndexes::find(const Stat& folder, std::size_t limit)
+Ref<const FolderIndex> FolderIndexCache::find(const Stat& folder, std::size_t limit)
 {
     std::lock_guard lock(_mutex);
     forgetOldLocked();
@@ -68,7 +68,7 @@ Ref<const FolderIndex> FolderIndexes::find(const Stat& folder, std::size_t limit
     return nullptr;
 }
 
-void FolderIndexes::keep(Ref<const FolderIndex> index)
+void FolderIndexCache::keep(Ref<const FolderIndex> index)
 {
     std::lock_guard lock(_mutex);
     std::erase_if(_indexes, [&](const auto& each) { return each->isOfSameFolder(*index); });
@@ -83,7 +83,7 @@ void FolderIndexes::keep(Ref<const FolderIndex> index)
     }
 }
 
-void FolderIndexes::forgetOldLocked()
+void FolderIndexCache::forgetOldLocked()
 {
     const auto oldest = Clock::shared().monotonicSeconds() - secondsToKeepAnIndex;
     std::erase_if(_indexes, [&](const auto& index) { return index->secondsWhenRead() < oldest; });

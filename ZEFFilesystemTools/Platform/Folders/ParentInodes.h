@@ -11,7 +11,7 @@ namespace zef {
 
 /// Tells the inode numbers of the folders that files are in, and remembers the last one for a tenth
 /// of a second, because the next file is mostly from the same folder. Any thread.
-class FolderNumbers {
+class ParentInodes {
 public:
     /// The number of the folder that `url` is in, links followed; 0 when there is none.
     std::uint64_t inodeOfFolderOf(const FileURL& url);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Folders/FolderIndexes.h"
+#include "ZEFFilesystemTools/Platform/Folders/FolderIndexCache.h"
 
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 
@@ -15,10 +15,10 @@ namespace {
 
 constexpr std::size_t enough = 1000;
 
-class FolderIndexesTest : public testing::Test {
+class FolderIndexCacheTest : public testing::Test {
 protected:
-    FolderIndexesTest() { zef::Clock::replaceShared(&clock); }
-    ~FolderIndexesTest() override { zef::Clock::replaceShared(nullptr); }
+    FolderIndexCacheTest() { zef::Clock::replaceShared(&clock); }
+    ~FolderIndexCacheTest() override { zef::Clock::replaceShared(nullptr); }
 
     zef::Ref<const zef::FolderIndex> index(std::size_t limit = enough)
     {
@@ -27,10 +27,10 @@ protected:
 
     SteppedClock clock;
     TemporaryFolder folder;
-    zef::FolderIndexes indexes;
+    zef::FolderIndexCache indexes;
 };
 
-TEST_F(FolderIndexesTest, KeepsAnIndexForASecond)
+TEST_F(FolderIndexCacheTest, KeepsAnIndexForASecond)
 {
     const auto first = index();
     clock.advance(0.9);
@@ -40,7 +40,7 @@ TEST_F(FolderIndexesTest, KeepsAnIndexForASecond)
     EXPECT_FALSE(index() == first);
 }
 
-TEST_F(FolderIndexesTest, ReadsAFolderAgainThatChanged)
+TEST_F(FolderIndexCacheTest, ReadsAFolderAgainThatChanged)
 {
     const auto first = index();
     folder.write("a file");
@@ -51,17 +51,17 @@ TEST_F(FolderIndexesTest, ReadsAFolderAgainThatChanged)
     EXPECT_EQ(index()->count(), 2u);
 }
 
-TEST_F(FolderIndexesTest, ReadsAFolderAgainWhenItIsAskedTo)
+TEST_F(FolderIndexCacheTest, ReadsAFolderAgainWhenItIsAskedTo)
 {
     const auto first = index();
     const auto second = indexes.index(
-        folder.folderUrl(), enough, zef::FolderIndexes::Freshness::readAgain);
+        folder.folderUrl(), enough, zef::FolderIndexCache::Freshness::readAgain);
 
     EXPECT_FALSE(second == first);
     EXPECT_EQ(index(), second);
 }
 
-TEST_F(FolderIndexesTest, ReadsMoreOfAFolderWhenMoreIsWanted)
+TEST_F(FolderIndexCacheTest, ReadsMoreOfAFolderWhenMoreIsWanted)
 {
     for (int number = 0; number < 10; ++number)
         folder.write(std::to_string(number));
@@ -71,7 +71,7 @@ TEST_F(FolderIndexesTest, ReadsMoreOfAFolderWhenMoreIsWanted)
     EXPECT_EQ(index(3)->count(), 10u);
 }
 
-TEST_F(FolderIndexesTest, FollowsALinkToAFolder)
+TEST_F(FolderIndexCacheTest, FollowsALinkToAFolder)
 {
     folder.makeFolder("inner");
     folder.write("inner/file");
@@ -80,14 +80,14 @@ TEST_F(FolderIndexesTest, FollowsALinkToAFolder)
     EXPECT_EQ(indexes.index(folder.folderUrl("link"), enough)->count(), 1u);
 }
 
-TEST_F(FolderIndexesTest, HasNoneOfWhatIsNoFolder)
+TEST_F(FolderIndexCacheTest, HasNoneOfWhatIsNoFolder)
 {
     EXPECT_FALSE(indexes.index(folder.write("file"), enough));
     EXPECT_FALSE(indexes.index(folder.url("missing"), enough));
     EXPECT_FALSE(indexes.index(nullptr, enough));
 }
 
-TEST_F(FolderIndexesTest, ForgetsTheIndexesThatAreTooOld)
+TEST_F(FolderIndexCacheTest, ForgetsTheIndexesThatAreTooOld)
 {
     const auto first = index();
     clock.advance(2);
@@ -97,7 +97,7 @@ TEST_F(FolderIndexesTest, ForgetsTheIndexesThatAreTooOld)
     EXPECT_EQ(first->retainCount(), 1u);
 }
 
-TEST_F(FolderIndexesTest, KeepsAsManyIndexesAsOneSearchMakes)
+TEST_F(FolderIndexCacheTest, KeepsAsManyIndexesAsOneSearchMakes)
 {
     std::vector<zef::Ref<const zef::FolderIndex>> first;
     const auto url = [&](int number) { return folder.folderUrl(std::to_string(number)); };
@@ -113,15 +113,15 @@ TEST_F(FolderIndexesTest, KeepsAsManyIndexesAsOneSearchMakes)
 
 // No fixture: UndefinedBehaviorSanitizer looks at each object of a class with virtual functions by
 // a pipe when it first meets it, and here there is none to be had.
-TEST(FolderIndexesShortageTest, ReadsAFolderWithoutADescriptorLeft)
+TEST(FolderIndexCacheShortageTest, ReadsAFolderWithoutADescriptorLeft)
 {
     TemporaryFolder folder;
     folder.write("file");
     const auto url = folder.folderUrl();
-    zef::FolderIndexes indexes;
+    zef::FolderIndexCache indexes;
     // All objects are met here first.
     zef::Locator::shared().giveBackOneDescriptor();
-    zef::FolderIndexes().index(url, enough)->covers(enough);
+    zef::FolderIndexCache().index(url, enough)->covers(enough);
     const FewDescriptors none(0);
 
     const auto read = indexes.index(url, enough);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Folders/FolderNumbers.h"
+#include "ZEFFilesystemTools/Platform/Folders/ParentInodes.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
@@ -11,7 +11,7 @@ constexpr double secondsToTrustANumber = 0.1;
 
 } // namespace
 
-std::uint64_t FolderNumbers::inodeOfFolderOf(const FileURL& url)
+std::uint64_t ParentInodes::inodeOfFolderOf(const FileURL& url)
 {
     const Ref<const FolderPath> folder(&url.parentFolder());
     const auto now = Clock::shared().monotonicSeconds();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Folders/FolderNumbers.h"
+#include "ZEFFilesystemTools/Platform/Folders/ParentInodes.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
@@ -10,10 +10,10 @@
 
 namespace {
 
-class FolderNumbersTest : public testing::Test {
+class ParentInodesTest : public testing::Test {
 protected:
-    FolderNumbersTest() { zef::Clock::replaceShared(&clock); }
-    ~FolderNumbersTest() override { zef::Clock::replaceShared(nullptr); }
+    ParentInodesTest() { zef::Clock::replaceShared(&clock); }
+    ~ParentInodesTest() override { zef::Clock::replaceShared(nullptr); }
 
     std::uint64_t inode(std::string_view name)
     {
@@ -24,10 +24,10 @@ protected:
 
     SteppedClock clock;
     TemporaryFolder folder;
-    zef::FolderNumbers numbers;
+    zef::ParentInodes numbers;
 };
 
-TEST_F(FolderNumbersTest, TellsTheNumberOfTheFolder)
+TEST_F(ParentInodesTest, TellsTheNumberOfTheFolder)
 {
     folder.makeFolder("inner");
 
@@ -35,7 +35,7 @@ TEST_F(FolderNumbersTest, TellsTheNumberOfTheFolder)
     EXPECT_EQ(numbers.inodeOfFolderOf(folder.url("inner")), inode(""));
 }
 
-TEST_F(FolderNumbersTest, FollowsALink)
+TEST_F(ParentInodesTest, FollowsALink)
 {
     folder.makeFolder("inner");
     folder.symlink("inner", "link");
@@ -43,12 +43,12 @@ TEST_F(FolderNumbersTest, FollowsALink)
     EXPECT_EQ(numbers.inodeOfFolderOf(folder.url("link/file")), inode("inner"));
 }
 
-TEST_F(FolderNumbersTest, TellsZeroWhereThereIsNoFolder)
+TEST_F(ParentInodesTest, TellsZeroWhereThereIsNoFolder)
 {
     EXPECT_EQ(numbers.inodeOfFolderOf(folder.url("missing/file")), 0u);
 }
 
-TEST_F(FolderNumbersTest, AsksOnlyOnceForFilesOfOneFolderInARow)
+TEST_F(ParentInodesTest, AsksOnlyOnceForFilesOfOneFolderInARow)
 {
     folder.makeFolder("one");
     folder.makeFolder("other");

@@ -14,7 +14,7 @@ namespace zef {
 /// Indexes folders and keeps the last indexes for a moment, so that a thousand files that left one
 /// large folder don't mean a thousand readings of it. Any thread; no lock is held while a folder is
 /// read.
-class FolderIndexes {
+class FolderIndexCache {
 public:
     enum class Freshness {
         /// One that was read within the last second will do.
