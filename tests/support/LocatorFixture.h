@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Locator/KernelLocator.h"
+#include "ZEFFilesystemTools/Platform/Locator/LinuxLocator.h"
 
 #include "tests/support/Privileges.h"
 #include "tests/support/TemporaryFolder.h"
@@ -41,7 +41,7 @@ protected:
     bool findsEverything() const { return mayHold() || mayOpenByHandle(folder.path()); }
 
     TemporaryFolder folder;
-    zef::KernelLocator locator;
+    zef::LinuxLocator locator;
 
 private:
     std::vector<Tracked> _tracked;

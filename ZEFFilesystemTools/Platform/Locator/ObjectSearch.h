@@ -3,8 +3,8 @@
 
 #include "ZEFFilesystemTools/Platform/Folders/FolderIndexCache.h"
 #include "ZEFFilesystemTools/Platform/Locator/HandleOpener.h"
+#include "ZEFFilesystemTools/Platform/Locator/HoldingPolicy.h"
 #include "ZEFFilesystemTools/Platform/Locator/LocatorTables.h"
-#include "ZEFFilesystemTools/Platform/Locator/VolumePolicy.h"
 
 #include <cstddef>
 
@@ -20,7 +20,7 @@ public:
         LocatorTables& tables;
         FolderIndexCache& indexes;
         HandleOpener& opener;
-        VolumePolicy& policy;
+        HoldingPolicy& policy;
     };
 
     explicit ObjectSearch(const Means&);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/Locator/KernelLocator.h"
+#include "ZEFFilesystemTools/Platform/Locator/LinuxLocator.h"
 
 #include "tests/support/TemporaryFolder.h"
 
@@ -73,7 +73,7 @@ protected:
     }
 
     TemporaryFolder folder;
-    zef::KernelLocator locator;
+    zef::LinuxLocator locator;
 };
 
 TEST_F(LocatorConcurrencyTest, FindsEachFileWhileOthersAreLookedForAndDescriptorsAreClosed)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/Locator/KernelLocator.h"
+#include "ZEFFilesystemTools/Platform/Locator/LinuxLocator.h"
 
 #include "tests/support/FakeLocator.h"
 #include "tests/support/TemporaryFolder.h"
@@ -36,7 +36,7 @@ public:
 
 private:
     TemporaryFolder _folder;
-    zef::KernelLocator _locator;
+    zef::LinuxLocator _locator;
 };
 
 // Files that aren't there, and the locator that is told where they would be.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/Locator/KernelLocator.h"
+#include "ZEFFilesystemTools/Platform/Locator/LinuxLocator.h"
 
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/ChildProcess.h"
@@ -40,7 +40,7 @@ protected:
     }
 
     TemporaryFolder folder;
-    zef::KernelLocator locator;
+    zef::LinuxLocator locator;
 };
 
 TEST_F(LocatorDescriptorsTest, HoldsWhatIsRetainedAndClosesWhatIsReleased)
@@ -212,7 +212,7 @@ TEST_F(LocatorDescriptorsTest, MayHoldAQuarterOfTheProcessesDescriptorsWithinBou
             if (::setrlimit(RLIMIT_NOFILE, &limit) != 0)
                 return 1;
             // Divided, because a process's result is small.
-            return static_cast<int>(zef::KernelLocator().descriptorBudget() / 32);
+            return static_cast<int>(zef::LinuxLocator().descriptorBudget() / 32);
         });
     };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/Locator/KernelLocator.h"
+#include "ZEFFilesystemTools/Platform/Locator/LinuxLocator.h"
 
 #include "tests/support/ChildProcess.h"
 #include "tests/support/PrivateMounts.h"
@@ -26,7 +26,7 @@ protected:
             PrivateMounts mounts;
             if (!mounts || !mounts.mountMemory(folder.path("volume")))
                 return noMounts;
-            zef::KernelLocator locator;
+            zef::LinuxLocator locator;
             locator.setDescriptorPolicy(zef::DescriptorPolicy::always);
             return work(mounts, locator);
         });

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/Locator/KernelLocator.h"
+#include "ZEFFilesystemTools/Platform/Locator/LinuxLocator.h"
 
 #include "tests/support/FewDescriptors.h"
 #include "tests/support/TemporaryFolder.h"
@@ -44,7 +44,7 @@ struct Scene {
     void meetAllObjects()
     {
         const WithoutPrivileges none;
-        zef::KernelLocator other;
+        zef::LinuxLocator other;
         const auto url = folder.write("first");
         auto file = ref(url);
         other.retain(file, url);
@@ -55,7 +55,7 @@ struct Scene {
     }
 
     TemporaryFolder folder;
-    zef::KernelLocator locator;
+    zef::LinuxLocator locator;
 };
 
 TEST(LocatorShortageTest, CompletesAReferenceWithoutADescriptorLeft)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Locator/VolumePolicy.h"
+#include "ZEFFilesystemTools/Platform/Locator/HoldingPolicy.h"
 
 #include "tests/support/ChildProcess.h"
 #include "tests/support/PrivateMounts.h"
@@ -14,7 +14,7 @@ namespace {
 
 constexpr int noMounts = 100;
 
-bool mayHoldAt(zef::VolumePolicy& policy, const std::string& path)
+bool mayHoldAt(zef::HoldingPolicy& policy, const std::string& path)
 {
     const auto object = zef::ObjectDescriptor::open(path.c_str());
     zef::Stat stat;
@@ -23,10 +23,10 @@ bool mayHoldAt(zef::VolumePolicy& policy, const std::string& path)
     return policy.mayHold(*object, stat.device, mountID);
 }
 
-class VolumePolicyTest : public testing::Test {
+class HoldingPolicyTest : public testing::Test {
 protected:
-    VolumePolicyTest() { zef::Clock::replaceShared(&clock); }
-    ~VolumePolicyTest() override { zef::Clock::replaceShared(nullptr); }
+    HoldingPolicyTest() { zef::Clock::replaceShared(&clock); }
+    ~HoldingPolicyTest() override { zef::Clock::replaceShared(nullptr); }
 
     bool mayHold(std::uint32_t device, std::uint64_t mountID)
     {
@@ -35,16 +35,16 @@ protected:
 
     SteppedClock clock;
     TemporaryFolder folder;
-    zef::VolumePolicy policy;
+    zef::HoldingPolicy policy;
     zef::Ref<zef::ObjectDescriptor> object = zef::ObjectDescriptor::open(folder.path().c_str());
 };
 
-TEST_F(VolumePolicyTest, IsForFixedVolumesAtFirst)
+TEST_F(HoldingPolicyTest, IsForFixedVolumesAtFirst)
 {
     EXPECT_EQ(policy.policy(), zef::DescriptorPolicy::fixedVolumes);
 }
 
-TEST_F(VolumePolicyTest, HoldsNothingOrEverythingAsItIsTold)
+TEST_F(HoldingPolicyTest, HoldsNothingOrEverythingAsItIsTold)
 {
     policy.setPolicy(zef::DescriptorPolicy::never);
     EXPECT_FALSE(mayHoldAt(policy, folder.path()));
@@ -52,7 +52,7 @@ TEST_F(VolumePolicyTest, HoldsNothingOrEverythingAsItIsTold)
     EXPECT_TRUE(mayHoldAt(policy, folder.path()));
 }
 
-TEST_F(VolumePolicyTest, HoldsNothingOnABarredDeviceForAMinute)
+TEST_F(HoldingPolicyTest, HoldsNothingOnABarredDeviceForAMinute)
 {
     policy.setPolicy(zef::DescriptorPolicy::always);
     policy.bar(7, 70);
@@ -68,7 +68,7 @@ TEST_F(VolumePolicyTest, HoldsNothingOnABarredDeviceForAMinute)
     EXPECT_TRUE(mayHold(7, 70));
 }
 
-TEST_F(VolumePolicyTest, BarsADeviceWhoseMountIsNotKnown)
+TEST_F(HoldingPolicyTest, BarsADeviceWhoseMountIsNotKnown)
 {
     policy.setPolicy(zef::DescriptorPolicy::always);
     policy.bar(7, 0);
@@ -78,7 +78,7 @@ TEST_F(VolumePolicyTest, BarsADeviceWhoseMountIsNotKnown)
     EXPECT_TRUE(mayHold(8, 0));
 }
 
-TEST_F(VolumePolicyTest, LiftsTheBarWhenThePolicyIsSet)
+TEST_F(HoldingPolicyTest, LiftsTheBarWhenThePolicyIsSet)
 {
     policy.bar(7, 70);
     policy.setPolicy(zef::DescriptorPolicy::always);
@@ -86,7 +86,7 @@ TEST_F(VolumePolicyTest, LiftsTheBarWhenThePolicyIsSet)
     EXPECT_TRUE(mayHold(7, 70));
 }
 
-TEST_F(VolumePolicyTest, HoldsNothingThatIsMountedWhereRemovableVolumesAre)
+TEST_F(HoldingPolicyTest, HoldsNothingThatIsMountedWhereRemovableVolumesAre)
 {
     const auto result = resultInChildProcess([this] {
         PrivateMounts mounts;
@@ -103,7 +103,7 @@ TEST_F(VolumePolicyTest, HoldsNothingThatIsMountedWhereRemovableVolumesAre)
     EXPECT_EQ(result, 0);
 }
 
-TEST_F(VolumePolicyTest, HoldsWhatIsMountedElsewhere)
+TEST_F(HoldingPolicyTest, HoldsWhatIsMountedElsewhere)
 {
     const auto result = resultInChildProcess([this] {
         PrivateMounts mounts;

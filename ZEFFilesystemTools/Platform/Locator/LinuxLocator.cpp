@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Locator/KernelLocator.h"
+#include "ZEFFilesystemTools/Platform/Locator/LinuxLocator.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
@@ -41,18 +41,18 @@ bool statVolume(std::string_view path, Stat& stat, std::uint64_t& mountID)
 
 Locator& Locator::system()
 {
-    static auto& locator = *new KernelLocator; // never destroyed: late threads may still ask
+    static auto& locator = *new LinuxLocator; // never destroyed: late threads may still ask
     return locator;
 }
 
-KernelLocator::KernelLocator()
+LinuxLocator::LinuxLocator()
     : _tables(defaultDescriptorBudget())
 {
     // Made here so that it is filled while there are still descriptors.
     DescriptorReserve::shared().setGiver([] { return shared().giveBackOneDescriptor(); });
 }
 
-bool KernelLocator::makeRef(const FileURL& url, const Stat& stat, FSRef& ref)
+bool LinuxLocator::makeRef(const FileURL& url, const Stat& stat, FSRef& ref)
 {
     if (!url)
         return false;
@@ -60,7 +60,7 @@ bool KernelLocator::makeRef(const FileURL& url, const Stat& stat, FSRef& ref)
     return true;
 }
 
-void KernelLocator::retain(FSRef& ref, const FileURL& url)
+void LinuxLocator::retain(FSRef& ref, const FileURL& url)
 {
     if (ref.isEmpty())
         return;
@@ -72,7 +72,7 @@ void KernelLocator::retain(FSRef& ref, const FileURL& url)
         _tables.enterFolder(ref, place);
 }
 
-void KernelLocator::release(const FSRef& ref)
+void LinuxLocator::release(const FSRef& ref)
 {
     if (ref.isEmpty())
         return;
@@ -83,13 +83,13 @@ void KernelLocator::release(const FSRef& ref)
         _tables.releaseHeld(ref);
 }
 
-FileURL KernelLocator::locate(const FSRef& ref, const FileURL& lastKnown)
+FileURL LinuxLocator::locate(const FSRef& ref, const FileURL& lastKnown)
 {
     _indexes.forgetOld();
     return ObjectSearch({ _tables, _indexes, _opener, _policy }).find(ref, lastKnown);
 }
 
-void KernelLocator::releaseVolume(std::string_view path)
+void LinuxLocator::releaseVolume(std::string_view path)
 {
     Stat stat;
     std::uint64_t mountID = 0;
@@ -101,27 +101,27 @@ void KernelLocator::releaseVolume(std::string_view path)
     });
 }
 
-bool KernelLocator::giveBackOneDescriptor()
+bool LinuxLocator::giveBackOneDescriptor()
 {
     return _tables.dropLeastWanted();
 }
 
-void KernelLocator::setDescriptorBudget(std::size_t budget)
+void LinuxLocator::setDescriptorBudget(std::size_t budget)
 {
     _tables.setBudget(budget);
 }
 
-std::size_t KernelLocator::descriptorBudget() const
+std::size_t LinuxLocator::descriptorBudget() const
 {
     return _tables.budget();
 }
 
-std::size_t KernelLocator::heldDescriptorCount() const
+std::size_t LinuxLocator::heldDescriptorCount() const
 {
     return _tables.heldCount();
 }
 
-void KernelLocator::setDescriptorPolicy(DescriptorPolicy policy)
+void LinuxLocator::setDescriptorPolicy(DescriptorPolicy policy)
 {
     _policy.setPolicy(policy);
     _tables.dropHeldIf([&](const HeldObject& object) {
@@ -129,13 +129,13 @@ void KernelLocator::setDescriptorPolicy(DescriptorPolicy policy)
     });
 }
 
-bool KernelLocator::wantsDescriptor(const FSRef& ref) const
+bool LinuxLocator::wantsDescriptor(const FSRef& ref) const
 {
     return _policy.policy() != DescriptorPolicy::never && _tables.hasRoom(ref.isFolder());
 }
 
 // Sets `place` to where the object was found when that is another place.
-void KernelLocator::take(FSRef& ref, FileURL& place)
+void LinuxLocator::take(FSRef& ref, FileURL& place)
 {
     if (takeAt(ref, place))
         return;
@@ -145,7 +145,7 @@ void KernelLocator::take(FSRef& ref, FileURL& place)
 }
 
 // NO when the object isn't at `place`.
-bool KernelLocator::takeAt(FSRef& ref, const FileURL& place)
+bool LinuxLocator::takeAt(FSRef& ref, const FileURL& place)
 {
     const bool wants = wantsDescriptor(ref);
     if (!wants && isComplete(ref))
@@ -158,7 +158,7 @@ bool KernelLocator::takeAt(FSRef& ref, const FileURL& place)
     return object ? holdAt(ref, place, std::move(object)) : completeAt(ref, place, path.text());
 }
 
-bool KernelLocator::holdAt(FSRef& ref, const FileURL& place, Ref<ObjectDescriptor> object)
+bool LinuxLocator::holdAt(FSRef& ref, const FileURL& place, Ref<ObjectDescriptor> object)
 {
     Stat stat;
     std::uint64_t mountID = 0;
@@ -173,7 +173,7 @@ bool KernelLocator::holdAt(FSRef& ref, const FileURL& place, Ref<ObjectDescripto
     return true;
 }
 
-bool KernelLocator::completeAt(FSRef& ref, const FileURL& place, const char* path)
+bool LinuxLocator::completeAt(FSRef& ref, const FileURL& place, const char* path)
 {
     // In this order: the look at the object then speaks for its handle as well.
     const auto handle = ref.hasHandle() ? ref.handle() : FileSystem::shared().handle(path);

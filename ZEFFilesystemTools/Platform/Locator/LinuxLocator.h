@@ -12,9 +12,9 @@ namespace zef {
 /// An object that is neither held nor a folder takes no memory here. Its descriptor is let go as
 /// often as `release` is called, so where one reference to an object was refused a descriptor and a
 /// later one got it, the first release closes it; the object is then looked for in folders.
-class KernelLocator final : public Locator {
+class LinuxLocator final : public Locator {
 public:
-    KernelLocator();
+    LinuxLocator();
 
     bool makeRef(const FileURL& url, const Stat& stat, FSRef& ref) override;
     void retain(FSRef& ref, const FileURL& url) override;
@@ -38,7 +38,7 @@ private:
     FolderIndexCache _indexes;
     ParentInodes _folderNumbers;
     HandleOpener _opener;
-    VolumePolicy _policy;
+    HoldingPolicy _policy;
 };
 
 } // namespace zef

@@ -12,7 +12,7 @@ namespace zef {
 
 /// Decides on which volumes descriptors may be held. Any thread; no lock is held while the mounts
 /// are looked at.
-class VolumePolicy {
+class HoldingPolicy {
 public:
     void setPolicy(DescriptorPolicy);
     DescriptorPolicy policy() const;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Locator/VolumePolicy.h"
+#include "ZEFFilesystemTools/Platform/Locator/HoldingPolicy.h"
 
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 #include "ZEFFilesystemTools/Platform/Volumes/FileSystemType.h"
@@ -33,20 +33,20 @@ bool isOnRemovableVolume(
 
 } // namespace
 
-void VolumePolicy::setPolicy(DescriptorPolicy policy)
+void HoldingPolicy::setPolicy(DescriptorPolicy policy)
 {
     std::lock_guard lock(_mutex);
     _policy = policy;
     _verdicts.clear();
 }
 
-DescriptorPolicy VolumePolicy::policy() const
+DescriptorPolicy HoldingPolicy::policy() const
 {
     std::lock_guard lock(_mutex);
     return _policy;
 }
 
-bool VolumePolicy::mayHold(
+bool HoldingPolicy::mayHold(
     const ObjectDescriptor& object, std::uint32_t device, std::uint64_t mountID)
 {
     {
@@ -68,13 +68,13 @@ bool VolumePolicy::mayHold(
     return mayHold;
 }
 
-void VolumePolicy::bar(std::uint32_t device, std::uint64_t mountID)
+void HoldingPolicy::bar(std::uint32_t device, std::uint64_t mountID)
 {
     std::lock_guard lock(_mutex);
     remember({ device, mountID, false, true, Clock::shared().monotonicSeconds() + secondsOfBar });
 }
 
-const VolumePolicy::Verdict* VolumePolicy::find(std::uint32_t device, std::uint64_t mountID) const
+const HoldingPolicy::Verdict* HoldingPolicy::find(std::uint32_t device, std::uint64_t mountID) const
 {
     const auto now = Clock::shared().monotonicSeconds();
     const Verdict* found = nullptr;
@@ -91,7 +91,7 @@ const VolumePolicy::Verdict* VolumePolicy::find(std::uint32_t device, std::uint6
     return found;
 }
 
-void VolumePolicy::remember(Verdict verdict)
+void HoldingPolicy::remember(Verdict verdict)
 {
     const auto now = Clock::shared().monotonicSeconds();
     std::erase_if(_verdicts, [&](const auto& each) { return now >= each.validUntil; });
