@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
@@ -13,7 +13,7 @@
 void ZEFFileItem::initKQueue()
 {
     endKQueue();
-    auto& notifier = zef::VnodeNotifier::shared();
+    auto& notifier = zef::ChangeNotifier::shared();
     if (notifier.createQueue() < 0) {
         zef::log("Error opening kernel queue.");
         return;
@@ -33,14 +33,14 @@ void ZEFFileItem::endKQueue()
     // What has happened until now must not get lost when the watch begins anew.
     if (_kernelQueue > 0) {
         ZEF_checkKQueue();
-        zef::VnodeNotifier::shared().close(_kernelQueue);
+        zef::ChangeNotifier::shared().close(_kernelQueue);
     }
     _kernelQueue = -1;
 }
 
 void ZEFFileItem::ZEF_checkKQueue()
 {
-    const int events = zef::VnodeNotifier::shared().poll(_kernelQueue, identity(), _pathURL);
+    const int events = zef::ChangeNotifier::shared().poll(_kernelQueue, identity(), _pathURL);
     if (events < 0) {
         zef::log(
             "An error occurred (event count %d).  The error was %s.", events, std::strerror(errno));

@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 
 #include "ZEFFilesystemTools/FileManager/ZEFFileManagerDirectories.h"
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
 #include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
 
@@ -189,7 +189,7 @@ void ZEFFileManager::checkFilesystem(ZEFObject*)
             found.push_back({ subscription, std::move(changes) });
     };
     {
-        const zef::VnodeNotifier::Round round;
+        const zef::ChangeNotifier::Round round;
         // A hook may shut the manager down.
         const zef::Ref list(&_directories->list());
         exception.guard([&] { list->enumerate(check); });

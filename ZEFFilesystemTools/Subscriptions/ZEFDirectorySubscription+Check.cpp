@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
 #include "ZEFFilesystemTools/Platform/Disk/PinnedFolder.h"
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 
@@ -257,7 +257,7 @@ void ZEFDirectorySubscription::checkDirectory(zef::Ref<ZEFChangeArray>& changes)
     if (_currentLoadOperation || !_directoryFile->isValid() || !_shouldCheck)
         return;
     const zef::Ref<ZEFDirectorySubscription> protectedThis(this);
-    const zef::VnodeNotifier::Round round;
+    const zef::ChangeNotifier::Round round;
     Check(*this).run(changes);
 }
 

@@ -2,9 +2,9 @@
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 
 #include "tests/support/FakeCatalog.h"
+#include "tests/support/FakeChangeNotifier.h"
 #include "tests/support/FakeFileSystem.h"
 #include "tests/support/FakeLocator.h"
-#include "tests/support/FakeVnodeNotifier.h"
 #include "tests/support/ManagerFixture.h"
 
 namespace {
@@ -186,14 +186,14 @@ class ZEFFileManagerReusedNumberTest : public ManagerFixture {
 protected:
     ZEFFileManagerReusedNumberTest()
     {
-        zef::VnodeNotifier::replaceShared(&notifier);
+        zef::ChangeNotifier::replaceShared(&notifier);
         makeFolder();
     }
 
     ~ZEFFileManagerReusedNumberTest() override
     {
         ZEFFileManagerTestAccess::forgetInstance();
-        zef::VnodeNotifier::replaceShared(nullptr);
+        zef::ChangeNotifier::replaceShared(nullptr);
     }
 
     void makeFolder()
@@ -207,7 +207,7 @@ protected:
     FakeFileSystem files;
     FakeCatalog catalog;
     FakeLocator locator;
-    FakeVnodeNotifier notifier;
+    FakeChangeNotifier notifier;
 };
 
 TEST_F(ZEFFileManagerReusedNumberTest, AFolderWithTheNumberOfADeletedOneGetsItsOwnSubscription)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
-#include "tests/support/FakeVnodeNotifier.h"
+#include "tests/support/FakeChangeNotifier.h"
 #include "tests/support/SubscriptionFixture.h"
 
 #include <stdexcept>
@@ -95,8 +95,8 @@ TEST_F(ZEFDirectorySubscriptionRaceTest, LosesNoSubfolderThatIsDeletedAfterTheFo
 
 TEST_F(ZEFDirectorySubscriptionRaceTest, LosesNoSubfolderOfWhoseMoveTheFolderDoesNotKnow)
 {
-    FakeVnodeNotifier notifier;
-    zef::VnodeNotifier::replaceShared(&notifier);
+    FakeChangeNotifier notifier;
+    zef::ChangeNotifier::replaceShared(&notifier);
     beginWithSubfolders();
     folder.rename("watched/" + second, "watched/new");
 
@@ -104,7 +104,7 @@ TEST_F(ZEFDirectorySubscriptionRaceTest, LosesNoSubfolderOfWhoseMoveTheFolderDoe
     EXPECT_THAT(check(*subscription), ElementsAre("renamed new"));
     EXPECT_THAT(check(*subscription), IsEmpty());
     subscription = nullptr;
-    zef::VnodeNotifier::replaceShared(nullptr);
+    zef::ChangeNotifier::replaceShared(nullptr);
 }
 
 TEST_F(ZEFDirectorySubscriptionRaceTest, LosesNoFileThatIsMadeAfterTheFolderWasAsked)

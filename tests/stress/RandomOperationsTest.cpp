@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 
 #include "tests/stress/StressFixture.h"
 
@@ -18,13 +18,13 @@ protected:
     RandomOperationsTest()
     {
         if (GetParam() == Limit::noWatches)
-            zef::VnodeNotifier::shared().setWatchLimit(0);
+            zef::ChangeNotifier::shared().setWatchLimit(0);
     }
 
     ~RandomOperationsTest() override
     {
         _watched.clear();
-        zef::VnodeNotifier::shared().setWatchLimit(std::numeric_limits<std::size_t>::max());
+        zef::ChangeNotifier::shared().setWatchLimit(std::numeric_limits<std::size_t>::max());
     }
 
     template <typename Work> void forEachSeed(Work work)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/stress/StressFixture.h"
 
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -79,7 +79,7 @@ void StressFixture::loadInBackground()
 void StressFixture::poll()
 {
     {
-        const zef::VnodeNotifier::Round round;
+        const zef::ChangeNotifier::Round round;
         for (const auto& folder : _watched)
             folder->check();
     }

@@ -3,9 +3,9 @@
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
+#include "tests/support/FakeChangeNotifier.h"
 #include "tests/support/FakeFileSystem.h"
 #include "tests/support/FakeLocator.h"
-#include "tests/support/FakeVnodeNotifier.h"
 #include "tests/support/FileChanges.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/Observer.h"
@@ -22,13 +22,13 @@ protected:
     FakeFileItemFixture()
     {
         zef::Clock::replaceShared(&clock);
-        zef::VnodeNotifier::replaceShared(&notifier);
+        zef::ChangeNotifier::replaceShared(&notifier);
     }
 
     ~FakeFileItemFixture() override
     {
         EXPECT_EQ(notifier.openTokenCount(), 0u);
-        zef::VnodeNotifier::replaceShared(nullptr);
+        zef::ChangeNotifier::replaceShared(nullptr);
         zef::Clock::replaceShared(nullptr);
     }
 
@@ -80,7 +80,7 @@ protected:
 
     FakeFileSystem files;
     FakeLocator locator;
-    FakeVnodeNotifier notifier;
+    FakeChangeNotifier notifier;
     SteppedClock clock;
     LogRecorder log;
     zef::Ref<Observer> observer = zef::makeRef<Observer>();

@@ -7,7 +7,7 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 #include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
 
 #include "tests/support/FakeFileSystem.h"
@@ -67,7 +67,7 @@ public:
     void OnEnvironmentsSetUpEnd(const testing::UnitTest&) override
     {
         zef::RunLoop::current().descriptor();
-        zef::VnodeNotifier::system().createQueue();
+        zef::ChangeNotifier::system().createQueue();
     }
 
     void OnTestStart(const testing::TestInfo&) override

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -11,7 +11,7 @@
 
 /// The system's notifier, of which a test sees what is opened; stands in for the shared one while
 /// it lives. Any thread.
-class SpyNotifier final : public zef::VnodeNotifier {
+class SpyNotifier final : public zef::ChangeNotifier {
 public:
     SpyNotifier() { replaceShared(this); }
     ~SpyNotifier() override { replaceShared(nullptr); }

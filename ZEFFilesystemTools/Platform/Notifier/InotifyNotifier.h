@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Notifier/InotifyQueue.h"
 #include "ZEFFilesystemTools/Platform/Notifier/ThreadRounds.h"
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeTokens.h"
+#include "ZEFFilesystemTools/Platform/Notifier/WatchTokens.h"
 #include "ZEFFilesystemTools/Platform/Volumes/DeviceKindCache.h"
 
 #include <cstddef>
@@ -19,7 +19,7 @@ namespace zef {
 /// the path meanwhile; so the first poll, which costs two, verifies where it is. Later polls of the
 /// token cost none within a round. Any thread; the lock is never held while a remote file system
 /// answers, nor while another service is asked.
-class InotifyNotifier final : public VnodeNotifier {
+class InotifyNotifier final : public ChangeNotifier {
 public:
     int createQueue() override;
     int open(const FSRef&, const FileURL&) override;
@@ -47,14 +47,14 @@ private:
     Placement place(int number, const FSRef&, const FileURL&);
 
     // With the lock held:
-    int addWatchFor(const VnodeToken&, const char* path, bool isFolder);
-    void compareStamps(VnodeToken&, const FileStamps&, StampClock);
+    int addWatchFor(const WatchToken&, const char* path, bool isFolder);
+    void compareStamps(WatchToken&, const FileStamps&, StampClock);
     void giveUp(int watch);
     void drain();
 
     std::mutex _mutex;
     InotifyQueue _queue;
-    VnodeTokens _tokens;
+    WatchTokens _tokens;
     ThreadRounds _rounds;
     DeviceKindCache _devices;
     std::size_t _watchLimit = std::numeric_limits<std::size_t>::max();

@@ -12,7 +12,7 @@
 namespace zef {
 namespace {
 
-using Means = VnodeToken::Means;
+using Means = WatchToken::Means;
 
 // An empty reference stands for whatever is at the path.
 bool leadsTo(const PathBytes& path, const FSRef& ref, Stat& stat)
@@ -39,7 +39,7 @@ StampClock clockOf(DeviceKind kind)
     return isOurs ? StampClock::ours : StampClock::otherHosts;
 }
 
-int answer(VnodeToken& token)
+int answer(WatchToken& token)
 {
     return std::exchange(token.isMarked, false) ? 1 : 0;
 }
@@ -237,7 +237,7 @@ InotifyNotifier::Placement InotifyNotifier::place(int number, const FSRef& ref, 
     return Placement::moved;
 }
 
-int InotifyNotifier::addWatchFor(const VnodeToken& token, const char* path, bool isFolder)
+int InotifyNotifier::addWatchFor(const WatchToken& token, const char* path, bool isFolder)
 {
     if (token.watch < 0 && _tokens.watchCount() >= _watchLimit)
         return -1;
@@ -249,7 +249,7 @@ int InotifyNotifier::addWatchFor(const VnodeToken& token, const char* path, bool
     return _tokens.isWatched(watch) ? watch : -1;
 }
 
-void InotifyNotifier::compareStamps(VnodeToken& token, const FileStamps& stamps, StampClock clock)
+void InotifyNotifier::compareStamps(WatchToken& token, const FileStamps& stamps, StampClock clock)
 {
     giveUp(_tokens.setStamps(token, stamps, clock));
 }

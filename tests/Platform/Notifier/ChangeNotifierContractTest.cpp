@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 
-#include "tests/support/FakeVnodeNotifier.h"
+#include "tests/support/FakeChangeNotifier.h"
 #include "tests/support/NotifierFixture.h"
 
 #include <gtest/gtest.h>
@@ -28,10 +28,10 @@ std::string nameOf(const testing::TestParamInfo<Knowledge>& info)
     return {};
 }
 
-class VnodeNotifierContractTest : public NotifierFixture,
-                                  public testing::WithParamInterface<Knowledge> {
+class ChangeNotifierContractTest : public NotifierFixture,
+                                   public testing::WithParamInterface<Knowledge> {
 protected:
-    VnodeNotifierContractTest()
+    ChangeNotifierContractTest()
     {
         if (GetParam() == Knowledge::stamps)
             notifier.setWatchLimit(0);
@@ -43,9 +43,9 @@ protected:
 
     bool isFake() const { return GetParam() == Knowledge::told; }
 
-    zef::VnodeNotifier& tested()
+    zef::ChangeNotifier& tested()
     {
-        return isFake() ? static_cast<zef::VnodeNotifier&>(fake) : notifier;
+        return isFake() ? static_cast<zef::ChangeNotifier&>(fake) : notifier;
     }
 
     // Hooks: what happens to the objects.
@@ -57,17 +57,17 @@ protected:
     int pollA(int token) { return tested().poll(token, refOfA, folder.url("a")); }
     int pollB(int token) { return tested().poll(token, refOfB, folder.url("b")); }
 
-    FakeVnodeNotifier fake;
+    FakeChangeNotifier fake;
     zef::FSRef refOfA;
     zef::FSRef refOfB;
 };
 
-TEST_P(VnodeNotifierContractTest, HasAQueue)
+TEST_P(ChangeNotifierContractTest, HasAQueue)
 {
     EXPECT_GE(tested().createQueue(), 0);
 }
 
-TEST_P(VnodeNotifierContractTest, ReportsNothingWhenNothingHappened)
+TEST_P(ChangeNotifierContractTest, ReportsNothingWhenNothingHappened)
 {
     const int token = openA();
 
@@ -76,7 +76,7 @@ TEST_P(VnodeNotifierContractTest, ReportsNothingWhenNothingHappened)
     EXPECT_EQ(pollA(token), 0);
 }
 
-TEST_P(VnodeNotifierContractTest, ReportsWhatHappenedOnce)
+TEST_P(ChangeNotifierContractTest, ReportsWhatHappenedOnce)
 {
     const int token = openA();
 
@@ -86,7 +86,7 @@ TEST_P(VnodeNotifierContractTest, ReportsWhatHappenedOnce)
     EXPECT_EQ(pollA(token), 0);
 }
 
-TEST_P(VnodeNotifierContractTest, ReportsSeveralEventsAsOne)
+TEST_P(ChangeNotifierContractTest, ReportsSeveralEventsAsOne)
 {
     const int token = openA();
 
@@ -97,7 +97,7 @@ TEST_P(VnodeNotifierContractTest, ReportsSeveralEventsAsOne)
     EXPECT_EQ(pollA(token), 0);
 }
 
-TEST_P(VnodeNotifierContractTest, DoesNotReportWhatHappenedBeforeOpening)
+TEST_P(ChangeNotifierContractTest, DoesNotReportWhatHappenedBeforeOpening)
 {
     changeA();
     const int token = openA();
@@ -105,7 +105,7 @@ TEST_P(VnodeNotifierContractTest, DoesNotReportWhatHappenedBeforeOpening)
     EXPECT_EQ(pollA(token), 0);
 }
 
-TEST_P(VnodeNotifierContractTest, DoesNotReportWhatHappensToOthers)
+TEST_P(ChangeNotifierContractTest, DoesNotReportWhatHappensToOthers)
 {
     const int token = openB();
 
@@ -114,7 +114,7 @@ TEST_P(VnodeNotifierContractTest, DoesNotReportWhatHappensToOthers)
     EXPECT_EQ(pollB(token), 0);
 }
 
-TEST_P(VnodeNotifierContractTest, GivesEachTokenOfAnObjectItsOwnAnswer)
+TEST_P(ChangeNotifierContractTest, GivesEachTokenOfAnObjectItsOwnAnswer)
 {
     const int first = openA();
     const int second = openA();
@@ -127,7 +127,7 @@ TEST_P(VnodeNotifierContractTest, GivesEachTokenOfAnObjectItsOwnAnswer)
     EXPECT_EQ(pollA(second), 1);
 }
 
-TEST_P(VnodeNotifierContractTest, KeepsOneTokenWhenAnotherOfTheObjectIsClosed)
+TEST_P(ChangeNotifierContractTest, KeepsOneTokenWhenAnotherOfTheObjectIsClosed)
 {
     const int first = openA();
     const int second = openA();
@@ -138,7 +138,7 @@ TEST_P(VnodeNotifierContractTest, KeepsOneTokenWhenAnotherOfTheObjectIsClosed)
     EXPECT_EQ(pollA(second), 1);
 }
 
-TEST_P(VnodeNotifierContractTest, ReportsTheEndOfAnObjectOnce)
+TEST_P(ChangeNotifierContractTest, ReportsTheEndOfAnObjectOnce)
 {
     const int token = openA();
 
@@ -148,14 +148,14 @@ TEST_P(VnodeNotifierContractTest, ReportsTheEndOfAnObjectOnce)
     EXPECT_EQ(pollA(token), 0);
 }
 
-TEST_P(VnodeNotifierContractTest, GivesNoTokenForWhatDoesNotExist)
+TEST_P(ChangeNotifierContractTest, GivesNoTokenForWhatDoesNotExist)
 {
     removeA();
 
     EXPECT_EQ(openA(), 0);
 }
 
-TEST_P(VnodeNotifierContractTest, SaysOfAClosedTokenThatItIsNotOpen)
+TEST_P(ChangeNotifierContractTest, SaysOfAClosedTokenThatItIsNotOpen)
 {
     const int token = openA();
     tested().close(token);
@@ -165,7 +165,7 @@ TEST_P(VnodeNotifierContractTest, SaysOfAClosedTokenThatItIsNotOpen)
     EXPECT_EQ(errno, EBADF);
 }
 
-TEST_P(VnodeNotifierContractTest, SaysOfNumbersThatAreNoTokensThatTheyAreNotOpen)
+TEST_P(ChangeNotifierContractTest, SaysOfNumbersThatAreNoTokensThatTheyAreNotOpen)
 {
     const int token = openA();
 
@@ -176,7 +176,7 @@ TEST_P(VnodeNotifierContractTest, SaysOfNumbersThatAreNoTokensThatTheyAreNotOpen
     }
 }
 
-TEST_P(VnodeNotifierContractTest, ClosesNothingForAClosedToken)
+TEST_P(ChangeNotifierContractTest, ClosesNothingForAClosedToken)
 {
     const int closed = openA();
     tested().close(closed);
@@ -188,7 +188,7 @@ TEST_P(VnodeNotifierContractTest, ClosesNothingForAClosedToken)
     EXPECT_EQ(pollA(token), 0);
 }
 
-TEST_P(VnodeNotifierContractTest, DoesNotGiveAClosedNumberOutAgainSoon)
+TEST_P(ChangeNotifierContractTest, DoesNotGiveAClosedNumberOutAgainSoon)
 {
     const int closed = openA();
     tested().close(closed);
@@ -200,7 +200,7 @@ TEST_P(VnodeNotifierContractTest, DoesNotGiveAClosedNumberOutAgainSoon)
     }
 }
 
-TEST_P(VnodeNotifierContractTest, ReportsInARoundWhatHappenedBefore)
+TEST_P(ChangeNotifierContractTest, ReportsInARoundWhatHappenedBefore)
 {
     const int token = openA();
     changeA();
@@ -211,7 +211,7 @@ TEST_P(VnodeNotifierContractTest, ReportsInARoundWhatHappenedBefore)
     tested().endRound();
 }
 
-TEST_P(VnodeNotifierContractTest, ReportsAfterARoundWhatHappenedInIt)
+TEST_P(ChangeNotifierContractTest, ReportsAfterARoundWhatHappenedInIt)
 {
     const int token = openA();
     tested().beginRound();
@@ -221,13 +221,13 @@ TEST_P(VnodeNotifierContractTest, ReportsAfterARoundWhatHappenedInIt)
     EXPECT_EQ(pollA(token), 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, VnodeNotifierContractTest,
+INSTANTIATE_TEST_SUITE_P(All, ChangeNotifierContractTest,
     testing::Values(Knowledge::events, Knowledge::stamps, Knowledge::told), nameOf);
 
 // What rounds put off; a comparison of stamps sees everything at once.
-class VnodeNotifierRoundContractTest : public VnodeNotifierContractTest { };
+class ChangeNotifierRoundContractTest : public ChangeNotifierContractTest { };
 
-TEST_P(VnodeNotifierRoundContractTest, PutsOffWhatHappensInARoundToTheNext)
+TEST_P(ChangeNotifierRoundContractTest, PutsOffWhatHappensInARoundToTheNext)
 {
     const int token = openA();
     tested().beginRound();
@@ -240,7 +240,7 @@ TEST_P(VnodeNotifierRoundContractTest, PutsOffWhatHappensInARoundToTheNext)
     tested().endRound();
 }
 
-TEST_P(VnodeNotifierRoundContractTest, DoesNotReadTheQueueInAnInnerRound)
+TEST_P(ChangeNotifierRoundContractTest, DoesNotReadTheQueueInAnInnerRound)
 {
     const int token = openA();
     tested().beginRound();
@@ -254,23 +254,23 @@ TEST_P(VnodeNotifierRoundContractTest, DoesNotReadTheQueueInAnInnerRound)
     EXPECT_EQ(pollA(token), 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Queues, VnodeNotifierRoundContractTest,
+INSTANTIATE_TEST_SUITE_P(Queues, ChangeNotifierRoundContractTest,
     testing::Values(Knowledge::events, Knowledge::told), nameOf);
 
-class FakeVnodeNotifierTest : public testing::Test {
+class FakeChangeNotifierTest : public testing::Test {
 protected:
-    FakeVnodeNotifier notifier;
+    FakeChangeNotifier notifier;
     zef::FSRef ref;
 };
 
-TEST_F(FakeVnodeNotifierTest, HasNoQueueWhenToldSo)
+TEST_F(FakeChangeNotifierTest, HasNoQueueWhenToldSo)
 {
     notifier.setQueueFails(true);
 
     EXPECT_EQ(notifier.createQueue(), -1);
 }
 
-TEST_F(FakeVnodeNotifierTest, OpensNothingWhenToldSo)
+TEST_F(FakeChangeNotifierTest, OpensNothingWhenToldSo)
 {
     notifier.setOpenFails(true);
 
@@ -278,7 +278,7 @@ TEST_F(FakeVnodeNotifierTest, OpensNothingWhenToldSo)
     EXPECT_EQ(notifier.openTokenCount(), 0u);
 }
 
-TEST_F(FakeVnodeNotifierTest, FailsPollsWithTheGivenError)
+TEST_F(FakeChangeNotifierTest, FailsPollsWithTheGivenError)
 {
     const int token = notifier.open(ref, nullptr);
     notifier.fire(ref);
@@ -291,7 +291,7 @@ TEST_F(FakeVnodeNotifierTest, FailsPollsWithTheGivenError)
     EXPECT_EQ(notifier.poll(token, ref, nullptr), 1);
 }
 
-TEST_F(FakeVnodeNotifierTest, CountsTokensAndPolls)
+TEST_F(FakeChangeNotifierTest, CountsTokensAndPolls)
 {
     const int token = notifier.open(ref, nullptr);
     notifier.poll(token, ref, nullptr);

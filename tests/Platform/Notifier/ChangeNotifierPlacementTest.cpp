@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 
 #include "tests/support/NotifierFixture.h"
 #include "tests/support/WithoutPrivileges.h"
@@ -12,9 +12,9 @@
 namespace {
 
 // Where the watch really is when paths change hands.
-class VnodeNotifierPlacementTest : public NotifierFixture {
+class ChangeNotifierPlacementTest : public NotifierFixture {
 protected:
-    VnodeNotifierPlacementTest()
+    ChangeNotifierPlacementTest()
     {
         folder.write("a");
         folder.write("b");
@@ -31,7 +31,7 @@ protected:
     zef::FSRef refOfA;
 };
 
-TEST_F(VnodeNotifierPlacementTest, MovesTheWatchToTheObjectThatHasItsPathAgain)
+TEST_F(ChangeNotifierPlacementTest, MovesTheWatchToTheObjectThatHasItsPathAgain)
 {
     const auto file = openWhileSwapped();
     folder.exchange("a", "b");
@@ -46,7 +46,7 @@ TEST_F(VnodeNotifierPlacementTest, MovesTheWatchToTheObjectThatHasItsPathAgain)
     EXPECT_FALSE(notifier.comparesStamps(file.token));
 }
 
-TEST_F(VnodeNotifierPlacementTest, MovesTheWatchToWhereTheLocatorFindsTheObject)
+TEST_F(ChangeNotifierPlacementTest, MovesTheWatchToWhereTheLocatorFindsTheObject)
 {
     const auto file = openWhileSwapped();
     locator.setAnswer(folder.url("b"));
@@ -60,7 +60,7 @@ TEST_F(VnodeNotifierPlacementTest, MovesTheWatchToWhereTheLocatorFindsTheObject)
     EXPECT_EQ(locator.locateCount(), 1);
 }
 
-TEST_F(VnodeNotifierPlacementTest, FollowsAFileRenamedBeforeTheFirstPoll)
+TEST_F(ChangeNotifierPlacementTest, FollowsAFileRenamedBeforeTheFirstPoll)
 {
     const auto file = open("a");
     locator.setAnswer(folder.rename("a", "c"));
@@ -71,14 +71,14 @@ TEST_F(VnodeNotifierPlacementTest, FollowsAFileRenamedBeforeTheFirstPoll)
     EXPECT_EQ(poll(file), 1);
 }
 
-TEST_F(VnodeNotifierPlacementTest, DoesNotAskTheLocatorWhileThePathIsRight)
+TEST_F(ChangeNotifierPlacementTest, DoesNotAskTheLocatorWhileThePathIsRight)
 {
     openVerified("a");
 
     EXPECT_EQ(locator.locateCount(), 0);
 }
 
-TEST_F(VnodeNotifierPlacementTest, ReportsAFileDeletedBeforeTheFirstPollOnce)
+TEST_F(ChangeNotifierPlacementTest, ReportsAFileDeletedBeforeTheFirstPollOnce)
 {
     const auto file = open("a");
     folder.remove("a");
@@ -89,7 +89,7 @@ TEST_F(VnodeNotifierPlacementTest, ReportsAFileDeletedBeforeTheFirstPollOnce)
     EXPECT_EQ(notifier.watchCount(), 0u);
 }
 
-TEST_F(VnodeNotifierPlacementTest, ReportsAFileReplacedBeforeTheFirstPoll)
+TEST_F(ChangeNotifierPlacementTest, ReportsAFileReplacedBeforeTheFirstPoll)
 {
     const auto file = open("a");
     folder.rename("b", "a");
@@ -97,7 +97,7 @@ TEST_F(VnodeNotifierPlacementTest, ReportsAFileReplacedBeforeTheFirstPoll)
     EXPECT_EQ(poll(file), 1);
 }
 
-TEST_F(VnodeNotifierPlacementTest, OpensAFileWhereTheLocatorFindsIt)
+TEST_F(ChangeNotifierPlacementTest, OpensAFileWhereTheLocatorFindsIt)
 {
     locator.setAnswer(folder.rename("a", "c"));
     const auto file = open(refOfA, folder.url("a"));
@@ -109,7 +109,7 @@ TEST_F(VnodeNotifierPlacementTest, OpensAFileWhereTheLocatorFindsIt)
     EXPECT_FALSE(notifier.comparesStamps(file.token));
 }
 
-TEST_F(VnodeNotifierPlacementTest, OpensAFileThatNobodyKnewTheUrlOf)
+TEST_F(ChangeNotifierPlacementTest, OpensAFileThatNobodyKnewTheUrlOf)
 {
     locator.setAnswer(folder.url("a"));
     const auto file = open(refOfA, nullptr);
@@ -119,7 +119,7 @@ TEST_F(VnodeNotifierPlacementTest, OpensAFileThatNobodyKnewTheUrlOf)
     EXPECT_EQ(poll(file), 1);
 }
 
-TEST_F(VnodeNotifierPlacementTest, GivesNoTokenForAFileThatIsGone)
+TEST_F(ChangeNotifierPlacementTest, GivesNoTokenForAFileThatIsGone)
 {
     folder.remove("a");
 
@@ -127,7 +127,7 @@ TEST_F(VnodeNotifierPlacementTest, GivesNoTokenForAFileThatIsGone)
     EXPECT_EQ(notifier.watchCount(), 0u);
 }
 
-TEST_F(VnodeNotifierPlacementTest, FindsAFolderWhosePathAFileTook)
+TEST_F(ChangeNotifierPlacementTest, FindsAFolderWhosePathAFileTook)
 {
     folder.makeFolder("folder");
     const auto reference = ref("folder");
@@ -166,7 +166,7 @@ private:
     std::function<void()> _meddle;
 };
 
-TEST_F(VnodeNotifierPlacementTest, LooksAgainWhenThePathIsTakenDuringVerification)
+TEST_F(ChangeNotifierPlacementTest, LooksAgainWhenThePathIsTakenDuringVerification)
 {
     const auto file = openWhileSwapped();
     folder.exchange("a", "b");
@@ -189,7 +189,7 @@ TEST_F(VnodeNotifierPlacementTest, LooksAgainWhenThePathIsTakenDuringVerificatio
     EXPECT_FALSE(notifier.comparesStamps(file.token));
 }
 
-TEST_F(VnodeNotifierPlacementTest, LeavesTheWatchOfAFolderWholeThatTookAFilesPath)
+TEST_F(ChangeNotifierPlacementTest, LeavesTheWatchOfAFolderWholeThatTookAFilesPath)
 {
     folder.makeFolder("folder");
     const auto watched = openVerified("folder");
@@ -206,7 +206,7 @@ TEST_F(VnodeNotifierPlacementTest, LeavesTheWatchOfAFolderWholeThatTookAFilesPat
     EXPECT_EQ(poll(watched), 1);
 }
 
-TEST_F(VnodeNotifierPlacementTest, KeepsLookingForAnObjectThatCanNotBeReached)
+TEST_F(ChangeNotifierPlacementTest, KeepsLookingForAnObjectThatCanNotBeReached)
 {
     const auto file = open("a");
     folder.rename("a", "c");
@@ -220,7 +220,7 @@ TEST_F(VnodeNotifierPlacementTest, KeepsLookingForAnObjectThatCanNotBeReached)
     EXPECT_EQ(poll(file), 1) << "there again";
 }
 
-TEST_F(VnodeNotifierPlacementTest, ComparesStampsWhenTheWatchCanNotBeVerified)
+TEST_F(ChangeNotifierPlacementTest, ComparesStampsWhenTheWatchCanNotBeVerified)
 {
     WithoutPrivileges ordinaryUser;
     const auto file = open("a");

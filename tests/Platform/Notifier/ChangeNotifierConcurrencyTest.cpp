@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 
 #include "tests/support/NotifierFixture.h"
 
@@ -13,7 +13,7 @@
 
 namespace {
 
-class VnodeNotifierConcurrencyTest : public NotifierFixture {
+class ChangeNotifierConcurrencyTest : public NotifierFixture {
 protected:
     // Runs `work` with the numbers from 0 on, each on a thread of its own.
     template <typename Work> void onThreads(int count, Work work)
@@ -27,7 +27,7 @@ protected:
     }
 };
 
-TEST_F(VnodeNotifierConcurrencyTest, GivesEveryThreadItsOwnAnswers)
+TEST_F(ChangeNotifierConcurrencyTest, GivesEveryThreadItsOwnAnswers)
 {
     constexpr int threadCount = 4;
     constexpr int repetitions = 200;
@@ -56,7 +56,7 @@ TEST_F(VnodeNotifierConcurrencyTest, GivesEveryThreadItsOwnAnswers)
     EXPECT_EQ(notifier.watchCount(), 0u);
 }
 
-TEST_F(VnodeNotifierConcurrencyTest, SharesWatchesBetweenThreads)
+TEST_F(ChangeNotifierConcurrencyTest, SharesWatchesBetweenThreads)
 {
     constexpr int threadCount = 4;
     constexpr int repetitions = 100;
@@ -82,7 +82,7 @@ TEST_F(VnodeNotifierConcurrencyTest, SharesWatchesBetweenThreads)
     EXPECT_EQ(notifier.watchCount(), 0u);
 }
 
-TEST_F(VnodeNotifierConcurrencyTest, SurvivesObjectsThatComeAndGo)
+TEST_F(ChangeNotifierConcurrencyTest, SurvivesObjectsThatComeAndGo)
 {
     constexpr int repetitions = 300;
     std::atomic<bool> isDone{ false };
@@ -111,7 +111,7 @@ TEST_F(VnodeNotifierConcurrencyTest, SurvivesObjectsThatComeAndGo)
     EXPECT_EQ(notifier.watchCount(), 0u);
 }
 
-TEST_F(VnodeNotifierConcurrencyTest, ReadsTheQueueForOneThreadDuringAnothersRound)
+TEST_F(ChangeNotifierConcurrencyTest, ReadsTheQueueForOneThreadDuringAnothersRound)
 {
     folder.write("a");
     const auto file = openVerified("a");

@@ -22,11 +22,11 @@ namespace zef {
 /// from a file is no event, and shows in its time stamps only when the system writes it back.
 ///
 /// Any thread; the child of a fork must not use it.
-class VnodeNotifier : public SharedService<VnodeNotifier> {
+class ChangeNotifier : public SharedService<ChangeNotifier> {
 public:
-    virtual ~VnodeNotifier() = default;
+    virtual ~ChangeNotifier() = default;
 
-    static VnodeNotifier& system();
+    static ChangeNotifier& system();
 
     /// Makes sure that there is a queue; a number of 0 or more, or -1 when there can be none.
     virtual int createQueue() = 0;
@@ -61,7 +61,7 @@ public:
         Round& operator=(const Round&) = delete;
 
     private:
-        VnodeNotifier& _notifier = VnodeNotifier::shared();
+        ChangeNotifier& _notifier = ChangeNotifier::shared();
     };
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/ChildProcess.h"
@@ -20,9 +20,9 @@
 namespace {
 
 // What a token by events reports and what it does not.
-class VnodeNotifierTest : public NotifierFixture { };
+class ChangeNotifierTest : public NotifierFixture { };
 
-TEST_F(VnodeNotifierTest, ReportsAWriteThatRestoresTheModificationTime)
+TEST_F(ChangeNotifierTest, ReportsAWriteThatRestoresTheModificationTime)
 {
     folder.write("a");
     folder.setModificationTime("a", 1000);
@@ -35,7 +35,7 @@ TEST_F(VnodeNotifierTest, ReportsAWriteThatRestoresTheModificationTime)
     EXPECT_EQ(poll(file), 0);
 }
 
-TEST_F(VnodeNotifierTest, ReportsAChangeOfPermissions)
+TEST_F(ChangeNotifierTest, ReportsAChangeOfPermissions)
 {
     folder.write("a");
     const auto file = openVerified("a");
@@ -45,7 +45,7 @@ TEST_F(VnodeNotifierTest, ReportsAChangeOfPermissions)
     EXPECT_EQ(poll(file), 1);
 }
 
-TEST_F(VnodeNotifierTest, ReportsAnotherName)
+TEST_F(ChangeNotifierTest, ReportsAnotherName)
 {
     folder.write("a");
     const auto file = openVerified("a");
@@ -55,7 +55,7 @@ TEST_F(VnodeNotifierTest, ReportsAnotherName)
     EXPECT_EQ(poll(file), 1);
 }
 
-TEST_F(VnodeNotifierTest, ReportsARenameOnceAndGoesOnAtTheNewName)
+TEST_F(ChangeNotifierTest, ReportsARenameOnceAndGoesOnAtTheNewName)
 {
     folder.write("a");
     auto file = openVerified("a");
@@ -68,7 +68,7 @@ TEST_F(VnodeNotifierTest, ReportsARenameOnceAndGoesOnAtTheNewName)
     EXPECT_EQ(poll(file), 1);
 }
 
-TEST_F(VnodeNotifierTest, ReportsADeletionOnce)
+TEST_F(ChangeNotifierTest, ReportsADeletionOnce)
 {
     folder.write("a");
     const auto file = openVerified("a");
@@ -80,7 +80,7 @@ TEST_F(VnodeNotifierTest, ReportsADeletionOnce)
     EXPECT_EQ(notifier.watchCount(), 0u);
 }
 
-TEST_F(VnodeNotifierTest, ReportsAReplacementByRename)
+TEST_F(ChangeNotifierTest, ReportsAReplacementByRename)
 {
     folder.write("a");
     folder.write("new");
@@ -91,7 +91,7 @@ TEST_F(VnodeNotifierTest, ReportsAReplacementByRename)
     EXPECT_EQ(poll(file), 1);
 }
 
-TEST_F(VnodeNotifierTest, ReportsEqualWritesAsOne)
+TEST_F(ChangeNotifierTest, ReportsEqualWritesAsOne)
 {
     folder.write("a");
     const auto file = openVerified("a");
@@ -103,7 +103,7 @@ TEST_F(VnodeNotifierTest, ReportsEqualWritesAsOne)
     EXPECT_EQ(poll(file), 0);
 }
 
-TEST_F(VnodeNotifierTest, DoesNotReportThatAFileIsRead)
+TEST_F(ChangeNotifierTest, DoesNotReportThatAFileIsRead)
 {
     folder.write("a");
     const auto file = openVerified("a");
@@ -113,7 +113,7 @@ TEST_F(VnodeNotifierTest, DoesNotReportThatAFileIsRead)
     EXPECT_EQ(poll(file), 0);
 }
 
-TEST_F(VnodeNotifierTest, WatchesALinkItselfAndNotItsTarget)
+TEST_F(ChangeNotifierTest, WatchesALinkItselfAndNotItsTarget)
 {
     folder.write("target");
     folder.symlink("target", "link");
@@ -126,9 +126,9 @@ TEST_F(VnodeNotifierTest, WatchesALinkItselfAndNotItsTarget)
     EXPECT_EQ(poll(link), 1);
 }
 
-class VnodeNotifierOfFolderTest : public VnodeNotifierTest {
+class ChangeNotifierOfFolderTest : public ChangeNotifierTest {
 protected:
-    VnodeNotifierOfFolderTest()
+    ChangeNotifierOfFolderTest()
     {
         folder.makeFolder("elsewhere");
         folder.write("elsewhere/file");
@@ -141,7 +141,7 @@ protected:
     Watched watched;
 };
 
-TEST_F(VnodeNotifierOfFolderTest, ReportsANewEntry)
+TEST_F(ChangeNotifierOfFolderTest, ReportsANewEntry)
 {
     folder.write("watched/new");
 
@@ -149,63 +149,63 @@ TEST_F(VnodeNotifierOfFolderTest, ReportsANewEntry)
     EXPECT_EQ(poll(watched), 0);
 }
 
-TEST_F(VnodeNotifierOfFolderTest, ReportsANewSubfolder)
+TEST_F(ChangeNotifierOfFolderTest, ReportsANewSubfolder)
 {
     folder.makeFolder("watched/new");
 
     EXPECT_EQ(poll(watched), 1);
 }
 
-TEST_F(VnodeNotifierOfFolderTest, ReportsADeletedEntry)
+TEST_F(ChangeNotifierOfFolderTest, ReportsADeletedEntry)
 {
     folder.remove("watched/child");
 
     EXPECT_EQ(poll(watched), 1);
 }
 
-TEST_F(VnodeNotifierOfFolderTest, ReportsARenamedEntry)
+TEST_F(ChangeNotifierOfFolderTest, ReportsARenamedEntry)
 {
     folder.rename("watched/child", "watched/other");
 
     EXPECT_EQ(poll(watched), 1);
 }
 
-TEST_F(VnodeNotifierOfFolderTest, ReportsAnEntryThatIsMovedIn)
+TEST_F(ChangeNotifierOfFolderTest, ReportsAnEntryThatIsMovedIn)
 {
     folder.rename("elsewhere/file", "watched/file");
 
     EXPECT_EQ(poll(watched), 1);
 }
 
-TEST_F(VnodeNotifierOfFolderTest, ReportsAnEntryThatIsMovedOut)
+TEST_F(ChangeNotifierOfFolderTest, ReportsAnEntryThatIsMovedOut)
 {
     folder.rename("watched/child", "elsewhere/child");
 
     EXPECT_EQ(poll(watched), 1);
 }
 
-TEST_F(VnodeNotifierOfFolderTest, ReportsAnEntryThatIsReplaced)
+TEST_F(ChangeNotifierOfFolderTest, ReportsAnEntryThatIsReplaced)
 {
     folder.rename("elsewhere/file", "watched/child");
 
     EXPECT_EQ(poll(watched), 1);
 }
 
-TEST_F(VnodeNotifierOfFolderTest, ReportsItsOwnPermissions)
+TEST_F(ChangeNotifierOfFolderTest, ReportsItsOwnPermissions)
 {
     folder.chmod("watched", 0700);
 
     EXPECT_EQ(poll(watched), 1);
 }
 
-TEST_F(VnodeNotifierOfFolderTest, ReportsItsOwnRename)
+TEST_F(ChangeNotifierOfFolderTest, ReportsItsOwnRename)
 {
     watched.url = folder.rename("watched", "other");
 
     EXPECT_EQ(poll(watched), 1);
 }
 
-TEST_F(VnodeNotifierOfFolderTest, ReportsItsOwnDeletion)
+TEST_F(ChangeNotifierOfFolderTest, ReportsItsOwnDeletion)
 {
     folder.remove("watched");
 
@@ -213,14 +213,14 @@ TEST_F(VnodeNotifierOfFolderTest, ReportsItsOwnDeletion)
     EXPECT_EQ(poll(watched), 0);
 }
 
-TEST_F(VnodeNotifierOfFolderTest, DoesNotReportWritesIntoAnEntry)
+TEST_F(ChangeNotifierOfFolderTest, DoesNotReportWritesIntoAnEntry)
 {
     folder.append("watched/child", "more");
 
     EXPECT_EQ(poll(watched), 0);
 }
 
-TEST_F(VnodeNotifierOfFolderTest, DoesNotReportAnEntrysPermissionsAndTimes)
+TEST_F(ChangeNotifierOfFolderTest, DoesNotReportAnEntrysPermissionsAndTimes)
 {
     folder.chmod("watched/child", 0600);
     folder.chmod("watched/inner", 0700);
@@ -229,7 +229,7 @@ TEST_F(VnodeNotifierOfFolderTest, DoesNotReportAnEntrysPermissionsAndTimes)
     EXPECT_EQ(poll(watched), 0);
 }
 
-TEST_F(VnodeNotifierOfFolderTest, DoesNotReportWhatHappensInASubfolder)
+TEST_F(ChangeNotifierOfFolderTest, DoesNotReportWhatHappensInASubfolder)
 {
     folder.write("watched/inner/new");
     folder.remove("watched/inner/new");
@@ -237,7 +237,7 @@ TEST_F(VnodeNotifierOfFolderTest, DoesNotReportWhatHappensInASubfolder)
     EXPECT_EQ(poll(watched), 0);
 }
 
-TEST_F(VnodeNotifierOfFolderTest, DoesNotReportARenameOfItsParent)
+TEST_F(ChangeNotifierOfFolderTest, DoesNotReportARenameOfItsParent)
 {
     folder.makeFolder("watched/inner/deep");
     auto deep = openVerified("watched/inner/deep");
@@ -248,7 +248,7 @@ TEST_F(VnodeNotifierOfFolderTest, DoesNotReportARenameOfItsParent)
     EXPECT_EQ(poll(deep), 0);
 }
 
-TEST_F(VnodeNotifierTest, SharesOneWatchAmongHardLinks)
+TEST_F(ChangeNotifierTest, SharesOneWatchAmongHardLinks)
 {
     folder.write("a");
     folder.link("a", "b");
@@ -264,7 +264,7 @@ TEST_F(VnodeNotifierTest, SharesOneWatchAmongHardLinks)
     EXPECT_EQ(poll(second), 0);
 }
 
-TEST_F(VnodeNotifierTest, KeepsASharedWatchUntilItsLastTokenIsClosed)
+TEST_F(ChangeNotifierTest, KeepsASharedWatchUntilItsLastTokenIsClosed)
 {
     folder.write("a");
     folder.link("a", "b");
@@ -279,7 +279,7 @@ TEST_F(VnodeNotifierTest, KeepsASharedWatchUntilItsLastTokenIsClosed)
     EXPECT_EQ(notifier.watchCount(), 0u);
 }
 
-TEST_F(VnodeNotifierTest, DoesNotReportToANewTokenWhatItsWatchSawBefore)
+TEST_F(ChangeNotifierTest, DoesNotReportToANewTokenWhatItsWatchSawBefore)
 {
     folder.write("a");
     folder.link("a", "b");
@@ -292,7 +292,7 @@ TEST_F(VnodeNotifierTest, DoesNotReportToANewTokenWhatItsWatchSawBefore)
     EXPECT_EQ(poll(first), 1);
 }
 
-TEST_F(VnodeNotifierTest, DoesNotReportWhatHappenedBetweenCloseAndOpen)
+TEST_F(ChangeNotifierTest, DoesNotReportWhatHappenedBetweenCloseAndOpen)
 {
     folder.write("a");
     notifier.close(openVerified("a").token);
@@ -303,7 +303,7 @@ TEST_F(VnodeNotifierTest, DoesNotReportWhatHappenedBetweenCloseAndOpen)
     EXPECT_EQ(poll(file), 0);
 }
 
-TEST_F(VnodeNotifierTest, WatchesWhateverIsThereForAnEmptyReference)
+TEST_F(ChangeNotifierTest, WatchesWhateverIsThereForAnEmptyReference)
 {
     folder.write("a");
     const auto file = open(zef::FSRef(), folder.url("a"));
@@ -314,7 +314,7 @@ TEST_F(VnodeNotifierTest, WatchesWhateverIsThereForAnEmptyReference)
     EXPECT_EQ(open(zef::FSRef(), folder.url("missing")).token, 0);
 }
 
-TEST_F(VnodeNotifierTest, TakesNoMemoryToReadEventsAndToAnswer)
+TEST_F(ChangeNotifierTest, TakesNoMemoryToReadEventsAndToAnswer)
 {
     if (!AllocationCounter::isAvailable())
         GTEST_SKIP() << "a sanitizer has the heap";
@@ -349,7 +349,7 @@ bool forbidSystemCalls()
         && ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
 }
 
-TEST_F(VnodeNotifierTest, MakesNoSystemCallForAVerifiedTokenInARound)
+TEST_F(ChangeNotifierTest, MakesNoSystemCallForAVerifiedTokenInARound)
 {
     constexpr int filterRefused = 100;
     folder.write("a");

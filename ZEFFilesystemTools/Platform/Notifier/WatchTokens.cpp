@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeTokens.h"
+#include "ZEFFilesystemTools/Platform/Notifier/WatchTokens.h"
 
 #include <utility>
 
@@ -16,31 +16,31 @@ constexpr std::size_t leastFreeSlots = 1024;
 
 } // namespace
 
-VnodeTokens::VnodeTokens()
+WatchTokens::WatchTokens()
     : _slots(1)
 {
 }
 
-int VnodeTokens::add()
+int WatchTokens::add()
 {
     const auto index = takeSlot();
     if (!index)
         return 0;
     auto& token = _slots[index];
-    token.means = VnodeToken::Means::stamps;
+    token.means = WatchToken::Means::stamps;
     return static_cast<int>(index | static_cast<std::uint32_t>(token.generation) << indexBits);
 }
 
-VnodeToken* VnodeTokens::find(int number)
+WatchToken* WatchTokens::find(int number)
 {
     const auto bits = static_cast<std::uint32_t>(number);
     const auto index = bits & indexMask;
     if (index >= _slots.size() || _slots[index].generation != bits >> indexBits)
         return nullptr;
-    return _slots[index].means == VnodeToken::Means::none ? nullptr : &_slots[index];
+    return _slots[index].means == WatchToken::Means::none ? nullptr : &_slots[index];
 }
 
-int VnodeTokens::remove(int number)
+int WatchTokens::remove(int number)
 {
     auto* token = find(number);
     if (!token)
@@ -50,7 +50,7 @@ int VnodeTokens::remove(int number)
     return unused;
 }
 
-int VnodeTokens::setWatch(VnodeToken& token, int watch)
+int WatchTokens::setWatch(WatchToken& token, int watch)
 {
     if (token.watch == watch)
         return -1;
@@ -61,21 +61,21 @@ int VnodeTokens::setWatch(VnodeToken& token, int watch)
     token.next = std::exchange(first, index);
     if (token.next)
         _slots[token.next].previous = index;
-    token.means = VnodeToken::Means::unverifiedWatch;
+    token.means = WatchToken::Means::unverifiedWatch;
     token.stamps.reset();
     return unused;
 }
 
-int VnodeTokens::setStamps(VnodeToken& token, const FileStamps& stamps, StampClock clock)
+int WatchTokens::setStamps(WatchToken& token, const FileStamps& stamps, StampClock clock)
 {
     const int unused = leaveWatch(token);
-    token.means = VnodeToken::Means::stamps;
+    token.means = WatchToken::Means::stamps;
     token.stamps = std::make_unique<FileStamps>(stamps);
     token.stampClock = clock;
     return unused;
 }
 
-void VnodeTokens::mark(int watch)
+void WatchTokens::mark(int watch)
 {
     const auto found = _firstTokens.find(watch);
     if (found == _firstTokens.end())
@@ -84,7 +84,7 @@ void VnodeTokens::mark(int watch)
         _slots[index].isMarked = true;
 }
 
-void VnodeTokens::endWatch(int watch)
+void WatchTokens::endWatch(int watch)
 {
     mark(watch);
     for (auto found = _firstTokens.find(watch); found != _firstTokens.end();
@@ -92,22 +92,22 @@ void VnodeTokens::endWatch(int watch)
         setStamps(_slots[found->second], {}, StampClock::ours);
 }
 
-void VnodeTokens::doubtEveryWatch()
+void WatchTokens::doubtEveryWatch()
 {
     for (auto& token : _slots) {
         if (token.watch < 0)
             continue;
         token.isMarked = true;
-        token.means = VnodeToken::Means::unverifiedWatch;
+        token.means = WatchToken::Means::unverifiedWatch;
     }
 }
 
-std::uint32_t VnodeTokens::indexOf(const VnodeToken& token) const
+std::uint32_t WatchTokens::indexOf(const WatchToken& token) const
 {
     return static_cast<std::uint32_t>(&token - _slots.data());
 }
 
-std::uint32_t VnodeTokens::takeSlot()
+std::uint32_t WatchTokens::takeSlot()
 {
     if (_freeCount > leastFreeSlots) {
         --_freeCount;
@@ -121,7 +121,7 @@ std::uint32_t VnodeTokens::takeSlot()
     return static_cast<std::uint32_t>(_slots.size() - 1);
 }
 
-void VnodeTokens::giveSlotBack(std::uint32_t index)
+void WatchTokens::giveSlotBack(std::uint32_t index)
 {
     auto& slot = _slots[index];
     const auto generation = static_cast<std::uint8_t>((slot.generation + 1) & generationMask);
@@ -133,7 +133,7 @@ void VnodeTokens::giveSlotBack(std::uint32_t index)
     ++_freeCount;
 }
 
-int VnodeTokens::leaveWatch(VnodeToken& token)
+int WatchTokens::leaveWatch(WatchToken& token)
 {
     if (token.watch < 0)
         return -1;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeToken.h"
+#include "ZEFFilesystemTools/Platform/Notifier/WatchToken.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -15,24 +15,24 @@ namespace zef {
 /// A number that was closed is given out again only after 100,000 others, so that it is told as not
 /// open until then. Tokens that are borrowed stay in place until the next `add`. Functions that may
 /// leave a watch without tokens return it, to be ended by the caller, and -1 otherwise.
-class VnodeTokens {
+class WatchTokens {
 public:
-    VnodeTokens();
+    WatchTokens();
 
     /// A new token, which compares stamps and has seen nothing; greater than 0. 0 when there are
     /// 16,777,215 already.
     int add();
 
     /// The open token with this number, borrowed; null when it is not open.
-    VnodeToken* find(int number);
+    WatchToken* find(int number);
 
     int remove(int number);
 
     /// Makes the token one of `watch`, unverified.
-    int setWatch(VnodeToken&, int watch);
+    int setWatch(WatchToken&, int watch);
 
     /// Makes the token compare with `stamps`.
-    int setStamps(VnodeToken&, const FileStamps& stamps, StampClock);
+    int setStamps(WatchToken&, const FileStamps& stamps, StampClock);
 
     bool isWatched(int watch) const { return _firstTokens.contains(watch); }
     std::size_t watchCount() const { return _firstTokens.size(); }
@@ -48,13 +48,13 @@ public:
     void doubtEveryWatch();
 
 private:
-    std::uint32_t indexOf(const VnodeToken&) const;
+    std::uint32_t indexOf(const WatchToken&) const;
     std::uint32_t takeSlot();
     void giveSlotBack(std::uint32_t index);
-    int leaveWatch(VnodeToken&);
+    int leaveWatch(WatchToken&);
 
     /// The first one is never used: 0 is no token.
-    std::vector<VnodeToken> _slots;
+    std::vector<WatchToken> _slots;
     std::uint32_t _firstFree = 0;
     std::uint32_t _lastFree = 0;
     std::size_t _freeCount = 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 
 #include "tests/support/ChildProcess.h"
 #include "tests/support/NotifierFixture.h"
@@ -21,7 +21,7 @@ namespace {
 constexpr int notPossibleHere = 100;
 
 // What holds when the system has no more watches, queues or events to give.
-class VnodeNotifierLimitsTest : public NotifierFixture {
+class ChangeNotifierLimitsTest : public NotifierFixture {
 protected:
     // More events on "flooded" than the queue holds; two names in turn, because equal events that
     // follow each other count as one.
@@ -75,7 +75,7 @@ protected:
     }
 };
 
-TEST_F(VnodeNotifierLimitsTest, ReportsToEveryTokenWhenEventsWereLost)
+TEST_F(ChangeNotifierLimitsTest, ReportsToEveryTokenWhenEventsWereLost)
 {
     makeFlooded();
     folder.write("quiet");
@@ -90,7 +90,7 @@ TEST_F(VnodeNotifierLimitsTest, ReportsToEveryTokenWhenEventsWereLost)
     EXPECT_EQ(poll(flooded), 0);
 }
 
-TEST_F(VnodeNotifierLimitsTest, GoesOnByEventsAfterSomeWereLost)
+TEST_F(ChangeNotifierLimitsTest, GoesOnByEventsAfterSomeWereLost)
 {
     makeFlooded();
     folder.write("a");
@@ -105,7 +105,7 @@ TEST_F(VnodeNotifierLimitsTest, GoesOnByEventsAfterSomeWereLost)
     EXPECT_FALSE(notifier.comparesStamps(file.token));
 }
 
-TEST_F(VnodeNotifierLimitsTest, NoticesTheEndOfAWatchThatWasLost)
+TEST_F(ChangeNotifierLimitsTest, NoticesTheEndOfAWatchThatWasLost)
 {
     makeFlooded();
     folder.write("a");
@@ -119,7 +119,7 @@ TEST_F(VnodeNotifierLimitsTest, NoticesTheEndOfAWatchThatWasLost)
     EXPECT_EQ(notifier.watchCount(), 1u);
 }
 
-TEST_F(VnodeNotifierLimitsTest, ComparesStampsBeyondTheWatchLimit)
+TEST_F(ChangeNotifierLimitsTest, ComparesStampsBeyondTheWatchLimit)
 {
     folder.write("a");
     folder.write("b");
@@ -136,7 +136,7 @@ TEST_F(VnodeNotifierLimitsTest, ComparesStampsBeyondTheWatchLimit)
     EXPECT_EQ(poll(second), 0);
 }
 
-TEST_F(VnodeNotifierLimitsTest, KeepsTheWatchLimitWhenATokenLeavesASharedWatch)
+TEST_F(ChangeNotifierLimitsTest, KeepsTheWatchLimitWhenATokenLeavesASharedWatch)
 {
     folder.write("a");
     folder.write("b");
@@ -154,7 +154,7 @@ TEST_F(VnodeNotifierLimitsTest, KeepsTheWatchLimitWhenATokenLeavesASharedWatch)
     EXPECT_FALSE(notifier.comparesStamps(other.token));
 }
 
-TEST_F(VnodeNotifierLimitsTest, UsesAWatchThatBecameFree)
+TEST_F(ChangeNotifierLimitsTest, UsesAWatchThatBecameFree)
 {
     folder.write("a");
     folder.write("b");
@@ -164,7 +164,7 @@ TEST_F(VnodeNotifierLimitsTest, UsesAWatchThatBecameFree)
     EXPECT_FALSE(notifier.comparesStamps(open("b").token));
 }
 
-TEST_F(VnodeNotifierLimitsTest, ComparesStampsWhenTheSystemHasNoMoreWatches)
+TEST_F(ChangeNotifierLimitsTest, ComparesStampsWhenTheSystemHasNoMoreWatches)
 {
     folder.write("a");
     folder.write("b");
@@ -184,7 +184,7 @@ TEST_F(VnodeNotifierLimitsTest, ComparesStampsWhenTheSystemHasNoMoreWatches)
     EXPECT_EQ(result, 0);
 }
 
-TEST_F(VnodeNotifierLimitsTest, ComparesStampsWhenTheSystemHasNoMoreQueues)
+TEST_F(ChangeNotifierLimitsTest, ComparesStampsWhenTheSystemHasNoMoreQueues)
 {
     folder.write("a");
 
@@ -201,7 +201,7 @@ TEST_F(VnodeNotifierLimitsTest, ComparesStampsWhenTheSystemHasNoMoreQueues)
     EXPECT_EQ(result, 0);
 }
 
-TEST_F(VnodeNotifierLimitsTest, ComparesStampsWhenTheProcessHasNoMoreDescriptors)
+TEST_F(ChangeNotifierLimitsTest, ComparesStampsWhenTheProcessHasNoMoreDescriptors)
 {
     folder.write("a");
 
@@ -223,7 +223,7 @@ TEST_F(VnodeNotifierLimitsTest, ComparesStampsWhenTheProcessHasNoMoreDescriptors
     EXPECT_EQ(result, 0);
 }
 
-TEST_F(VnodeNotifierLimitsTest, ComparesStampsOfWhatMayNotBeRead)
+TEST_F(ChangeNotifierLimitsTest, ComparesStampsOfWhatMayNotBeRead)
 {
     WithoutPrivileges ordinaryUser;
     folder.makeFolder("a");
@@ -237,7 +237,7 @@ TEST_F(VnodeNotifierLimitsTest, ComparesStampsOfWhatMayNotBeRead)
     EXPECT_EQ(poll(watched), 0);
 }
 
-TEST_F(VnodeNotifierLimitsTest, ComparesStampsWhereTheSystemMakesFilesUp)
+TEST_F(ChangeNotifierLimitsTest, ComparesStampsWhereTheSystemMakesFilesUp)
 {
     zef::Stat status;
     ASSERT_EQ(zef::FileSystem::shared().statLink("/proc/version", status), 0);
@@ -250,7 +250,7 @@ TEST_F(VnodeNotifierLimitsTest, ComparesStampsWhereTheSystemMakesFilesUp)
     EXPECT_EQ(notifier.watchCount(), 0u);
 }
 
-TEST_F(VnodeNotifierLimitsTest, ReportsAVolumeThatIsUnmountedAndItsReturn)
+TEST_F(ChangeNotifierLimitsTest, ReportsAVolumeThatIsUnmountedAndItsReturn)
 {
     folder.makeFolder("volume");
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 
 #include "ZEFFilesystemTools/Platform/Notifier/InotifyNotifier.h"
 
 namespace zef {
 
-VnodeNotifier& VnodeNotifier::system()
+ChangeNotifier& ChangeNotifier::system()
 {
     static auto& notifier = *new InotifyNotifier; // never destroyed: late threads may still ask
     return notifier;

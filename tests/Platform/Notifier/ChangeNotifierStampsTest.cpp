@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 
 #include "tests/support/FakeFileSystem.h"
@@ -10,7 +10,7 @@
 namespace {
 
 // What a token reports that compares time stamps.
-class VnodeNotifierStampsTest : public NotifierFixture {
+class ChangeNotifierStampsTest : public NotifierFixture {
 protected:
     // The clock shows the moment of the last change of this file.
     void setClockToStamps(std::string_view name)
@@ -20,7 +20,7 @@ protected:
     }
 };
 
-TEST_F(VnodeNotifierStampsTest, ReportsAChangeOnce)
+TEST_F(ChangeNotifierStampsTest, ReportsAChangeOnce)
 {
     folder.write("a");
     const auto file = openByStamps("a");
@@ -32,7 +32,7 @@ TEST_F(VnodeNotifierStampsTest, ReportsAChangeOnce)
     EXPECT_EQ(poll(file), 0);
 }
 
-TEST_F(VnodeNotifierStampsTest, ReportsADisappearanceOnceAndAReturnOnce)
+TEST_F(ChangeNotifierStampsTest, ReportsADisappearanceOnceAndAReturnOnce)
 {
     folder.write("a");
     const auto file = openByStamps("a");
@@ -46,7 +46,7 @@ TEST_F(VnodeNotifierStampsTest, ReportsADisappearanceOnceAndAReturnOnce)
     EXPECT_EQ(poll(file), 0);
 }
 
-TEST_F(VnodeNotifierStampsTest, TakesNoUrlForADisappearance)
+TEST_F(ChangeNotifierStampsTest, TakesNoUrlForADisappearance)
 {
     folder.write("a");
     auto file = openByStamps("a");
@@ -57,7 +57,7 @@ TEST_F(VnodeNotifierStampsTest, TakesNoUrlForADisappearance)
     EXPECT_EQ(poll(file), 0);
 }
 
-TEST_F(VnodeNotifierStampsTest, LooksAtNothingWithoutAUrl)
+TEST_F(ChangeNotifierStampsTest, LooksAtNothingWithoutAUrl)
 {
     folder.write("a");
     auto file = openByStamps("a");
@@ -69,7 +69,7 @@ TEST_F(VnodeNotifierStampsTest, LooksAtNothingWithoutAUrl)
     EXPECT_EQ(files.statCount(), 0u);
 }
 
-TEST_F(VnodeNotifierStampsTest, LooksOnceAtEachPoll)
+TEST_F(ChangeNotifierStampsTest, LooksOnceAtEachPoll)
 {
     folder.write("a");
     const auto file = openByStamps("a");
@@ -80,7 +80,7 @@ TEST_F(VnodeNotifierStampsTest, LooksOnceAtEachPoll)
     EXPECT_EQ(files.statCount(), 1u);
 }
 
-TEST_F(VnodeNotifierStampsTest, ReportsAnotherObjectInItsPlace)
+TEST_F(ChangeNotifierStampsTest, ReportsAnotherObjectInItsPlace)
 {
     folder.write("a");
     folder.write("b");
@@ -91,7 +91,7 @@ TEST_F(VnodeNotifierStampsTest, ReportsAnotherObjectInItsPlace)
     EXPECT_EQ(poll(file), 1);
 }
 
-TEST_F(VnodeNotifierStampsTest, ReportsOnceMoreWhatMayHaveHappenedWithinATick)
+TEST_F(ChangeNotifierStampsTest, ReportsOnceMoreWhatMayHaveHappenedWithinATick)
 {
     folder.write("a");
     setClockToStamps("a");
@@ -102,7 +102,7 @@ TEST_F(VnodeNotifierStampsTest, ReportsOnceMoreWhatMayHaveHappenedWithinATick)
     EXPECT_EQ(poll(file), 0);
 }
 
-TEST_F(VnodeNotifierStampsTest, StaysOpenToDoubtUntilTheTickIsOver)
+TEST_F(ChangeNotifierStampsTest, StaysOpenToDoubtUntilTheTickIsOver)
 {
     folder.write("a");
     setClockToStamps("a");
@@ -115,7 +115,7 @@ TEST_F(VnodeNotifierStampsTest, StaysOpenToDoubtUntilTheTickIsOver)
     EXPECT_EQ(poll(file), 0);
 }
 
-TEST_F(VnodeNotifierStampsTest, LosesNoRemovalWithinTheTickOfTheLastLook)
+TEST_F(ChangeNotifierStampsTest, LosesNoRemovalWithinTheTickOfTheLastLook)
 {
     folder.makeFolder("a");
     folder.write("a/one");
@@ -130,7 +130,7 @@ TEST_F(VnodeNotifierStampsTest, LosesNoRemovalWithinTheTickOfTheLastLook)
     }
 }
 
-TEST_F(VnodeNotifierStampsTest, LosesNoSwapOfNamesOnTheRealClock)
+TEST_F(ChangeNotifierStampsTest, LosesNoSwapOfNamesOnTheRealClock)
 {
     zef::Clock::replaceShared(nullptr);
     folder.makeFolder("a");
@@ -144,7 +144,7 @@ TEST_F(VnodeNotifierStampsTest, LosesNoSwapOfNamesOnTheRealClock)
     }
 }
 
-TEST_F(VnodeNotifierStampsTest, GivesTokensOnHardLinksTheirOwnAnswers)
+TEST_F(ChangeNotifierStampsTest, GivesTokensOnHardLinksTheirOwnAnswers)
 {
     folder.write("a");
     folder.link("a", "b");

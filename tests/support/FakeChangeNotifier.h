@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Notifier/ThreadRounds.h"
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeNotifier.h"
 
 #include <atomic>
 #include <cerrno>
@@ -14,7 +14,7 @@
 
 /// A notifier to which a test tells what happens, and that fails when it is told to. Knows no disk:
 /// until told otherwise every object exists. Any thread.
-class FakeVnodeNotifier final : public zef::VnodeNotifier {
+class FakeChangeNotifier final : public zef::ChangeNotifier {
 public:
     /// Something happens to the object of `ref`.
     void fire(const zef::FSRef& ref) { fire(ref.device(), ref.inode()); }

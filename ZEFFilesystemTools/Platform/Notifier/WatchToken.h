@@ -9,7 +9,7 @@
 namespace zef {
 
 /// What a vnode notifier keeps of one open token.
-struct VnodeToken {
+struct WatchToken {
     enum class Means : std::uint8_t {
         /// The token is not open.
         none,

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Notifier/VnodeTokens.h"
+#include "ZEFFilesystemTools/Platform/Notifier/WatchTokens.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 
 namespace {
 
-class VnodeTokensTest : public testing::Test {
+class WatchTokensTest : public testing::Test {
 protected:
     int addWatched(int watch)
     {
@@ -20,10 +20,10 @@ protected:
 
     bool isMarked(int number) { return tokens.find(number)->isMarked; }
 
-    zef::VnodeTokens tokens;
+    zef::WatchTokens tokens;
 };
 
-TEST_F(VnodeTokensTest, NumbersArePositiveAndDifferent)
+TEST_F(WatchTokensTest, NumbersArePositiveAndDifferent)
 {
     const int first = tokens.add();
     const int second = tokens.add();
@@ -33,7 +33,7 @@ TEST_F(VnodeTokensTest, NumbersArePositiveAndDifferent)
     EXPECT_NE(first, second);
 }
 
-TEST_F(VnodeTokensTest, GivesNoNumberOutTwiceInAHundredThousand)
+TEST_F(WatchTokensTest, GivesNoNumberOutTwiceInAHundredThousand)
 {
     std::set<int> numbers;
     for (int count = 0; count < 100000; ++count) {
@@ -45,7 +45,7 @@ TEST_F(VnodeTokensTest, GivesNoNumberOutTwiceInAHundredThousand)
     }
 }
 
-TEST_F(VnodeTokensTest, UsesSlotsAgain)
+TEST_F(WatchTokensTest, UsesSlotsAgain)
 {
     int largestIndex = 0;
     for (int count = 0; count < 100000; ++count) {
@@ -57,7 +57,7 @@ TEST_F(VnodeTokensTest, UsesSlotsAgain)
     EXPECT_LT(largestIndex, 2000);
 }
 
-TEST_F(VnodeTokensTest, TellsANumberFromALaterOneOfTheSameSlot)
+TEST_F(WatchTokensTest, TellsANumberFromALaterOneOfTheSameSlot)
 {
     constexpr int indexMask = 0xffffff;
     const int first = tokens.add();
@@ -74,7 +74,7 @@ TEST_F(VnodeTokensTest, TellsANumberFromALaterOneOfTheSameSlot)
     EXPECT_NE(tokens.find(later), nullptr);
 }
 
-TEST_F(VnodeTokensTest, MarksAllTokensOfAWatchAndNoOthers)
+TEST_F(WatchTokensTest, MarksAllTokensOfAWatchAndNoOthers)
 {
     const int first = addWatched(7);
     const int second = addWatched(7);
@@ -87,7 +87,7 @@ TEST_F(VnodeTokensTest, MarksAllTokensOfAWatchAndNoOthers)
     EXPECT_FALSE(isMarked(other));
 }
 
-TEST_F(VnodeTokensTest, GivesAWatchBackWithItsLastTokenInWhateverOrder)
+TEST_F(WatchTokensTest, GivesAWatchBackWithItsLastTokenInWhateverOrder)
 {
     for (const auto& order :
         std::vector<std::vector<int>>{ { 0, 1, 2 }, { 2, 1, 0 }, { 1, 2, 0 } }) {
@@ -104,7 +104,7 @@ TEST_F(VnodeTokensTest, GivesAWatchBackWithItsLastTokenInWhateverOrder)
     }
 }
 
-TEST_F(VnodeTokensTest, GivesTheOldWatchBackWhenATokenGetsAnother)
+TEST_F(WatchTokensTest, GivesTheOldWatchBackWhenATokenGetsAnother)
 {
     const int number = addWatched(7);
 
@@ -115,7 +115,7 @@ TEST_F(VnodeTokensTest, GivesTheOldWatchBackWhenATokenGetsAnother)
     EXPECT_EQ(tokens.watchCount(), 0u);
 }
 
-TEST_F(VnodeTokensTest, MakesTheTokensOfAnEndedWatchCompareStamps)
+TEST_F(WatchTokensTest, MakesTheTokensOfAnEndedWatchCompareStamps)
 {
     const int first = addWatched(7);
     const int second = addWatched(7);
@@ -124,26 +124,26 @@ TEST_F(VnodeTokensTest, MakesTheTokensOfAnEndedWatchCompareStamps)
 
     for (const int number : { first, second }) {
         EXPECT_TRUE(isMarked(number));
-        EXPECT_EQ(tokens.find(number)->means, zef::VnodeToken::Means::stamps);
+        EXPECT_EQ(tokens.find(number)->means, zef::WatchToken::Means::stamps);
     }
     EXPECT_FALSE(tokens.isWatched(7));
 }
 
-TEST_F(VnodeTokensTest, DoubtsWatchesAndNotStamps)
+TEST_F(WatchTokensTest, DoubtsWatchesAndNotStamps)
 {
     const int watched = addWatched(7);
-    tokens.find(watched)->means = zef::VnodeToken::Means::watch;
+    tokens.find(watched)->means = zef::WatchToken::Means::watch;
     const int compared = tokens.add();
 
     tokens.doubtEveryWatch();
 
     EXPECT_TRUE(isMarked(watched));
-    EXPECT_EQ(tokens.find(watched)->means, zef::VnodeToken::Means::unverifiedWatch);
+    EXPECT_EQ(tokens.find(watched)->means, zef::WatchToken::Means::unverifiedWatch);
     EXPECT_FALSE(isMarked(compared));
-    EXPECT_EQ(tokens.find(compared)->means, zef::VnodeToken::Means::stamps);
+    EXPECT_EQ(tokens.find(compared)->means, zef::WatchToken::Means::stamps);
 }
 
-TEST_F(VnodeTokensTest, IgnoresWatchesItDoesNotKnow)
+TEST_F(WatchTokensTest, IgnoresWatchesItDoesNotKnow)
 {
     const int number = addWatched(7);
 
