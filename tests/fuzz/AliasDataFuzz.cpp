@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasData/KernelAliasData.h"
+#include "ZEFFilesystemTools/Platform/AliasData/LinuxAliasData.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
@@ -52,7 +52,7 @@ void checkThatItIsWrittenAlike(const zef::AliasRecord& record)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     static HastyClock clock;
-    static zef::KernelAliasData aliases;
+    static zef::LinuxAliasData aliases;
     zef::Clock::replaceShared(&clock);
     if (!size)
         return 0;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/AliasFixture.h"
 
-#include "ZEFFilesystemTools/Platform/AliasData/KernelAliasData.h"
+#include "ZEFFilesystemTools/Platform/AliasData/LinuxAliasData.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
 #include "tests/support/LocatorFixture.h"
@@ -23,7 +23,7 @@ AliasFixture::~AliasFixture() = default;
 zef::AliasData::Bytes AliasFixture::aliasOf(const zef::FileURL& url)
 {
     zef::AliasData::Bytes bytes;
-    EXPECT_EQ(zef::KernelAliasData().make(zef::FSRef(stat(url)), url, bytes), 0) << url.path();
+    EXPECT_EQ(zef::LinuxAliasData().make(zef::FSRef(stat(url)), url, bytes), 0) << url.path();
     return bytes;
 }
 
@@ -31,14 +31,14 @@ zef::FileURL AliasFixture::resolve(const zef::AliasData::Bytes& bytes)
 {
     zef::FSRef ref;
     zef::FileURL url;
-    return zef::KernelAliasData().resolve(bytes, ref, url) == 0 ? url : nullptr;
+    return zef::LinuxAliasData().resolve(bytes, ref, url) == 0 ? url : nullptr;
 }
 
 zef::FSRef AliasFixture::resolvedRef(const zef::AliasData::Bytes& bytes)
 {
     zef::FSRef ref;
     zef::FileURL url;
-    zef::KernelAliasData().resolve(bytes, ref, url);
+    zef::LinuxAliasData().resolve(bytes, ref, url);
     return ref;
 }
 
@@ -46,7 +46,7 @@ std::int16_t AliasFixture::resultOf(const zef::AliasData::Bytes& bytes)
 {
     zef::FSRef ref;
     zef::FileURL url;
-    return zef::KernelAliasData().resolve(bytes, ref, url);
+    return zef::LinuxAliasData().resolve(bytes, ref, url);
 }
 
 zef::Stat AliasFixture::stat(const zef::FileURL& url)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasData/AliasResolver.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasSearch.h"
 
-#include "ZEFFilesystemTools/Platform/AliasData/AliasBreadth.h"
-#include "ZEFFilesystemTools/Platform/AliasData/AliasChain.h"
+#include "ZEFFilesystemTools/Platform/AliasData/BreadthFirstSearch.h"
+#include "ZEFFilesystemTools/Platform/AliasData/RecordedPath.h"
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
@@ -21,7 +21,7 @@ constexpr double mostSeconds = 0.2;
 
 } // namespace
 
-AliasResolver::AliasResolver(const Means& means, const AliasRecord& record)
+AliasSearch::AliasSearch(const Means& means, const AliasRecord& record)
     : _means(means)
     , _record(record)
     , _target(record)
@@ -29,7 +29,7 @@ AliasResolver::AliasResolver(const Means& means, const AliasRecord& record)
 {
 }
 
-std::int16_t AliasResolver::resolve(FSRef& ref, FileURL& url)
+std::int16_t AliasSearch::resolve(FSRef& ref, FileURL& url)
 {
     if (lookAtLastPlace()) {
         ref = _target.ref(_record.parentInode());
@@ -46,14 +46,14 @@ std::int16_t AliasResolver::resolve(FSRef& ref, FileURL& url)
     return CatalogResult::noError;
 }
 
-bool AliasResolver::lookAtLastPlace()
+bool AliasSearch::lookAtLastPlace()
 {
     PathBytes path;
     return _record.path(path) && _target.lookAt(path.text()) && !isContradictedAt(path);
 }
 
 // The cheap question comes first and nearly always decides.
-bool AliasResolver::isContradictedAt(const PathBytes& path) const
+bool AliasSearch::isContradictedAt(const PathBytes& path) const
 {
     const auto& volume = _record.volume;
     if (_record.hasStrongIdentity() && volume.fileSystemID == fileSystemIDAt(path.view()))
@@ -64,7 +64,7 @@ bool AliasResolver::isContradictedAt(const PathBytes& path) const
         || !isSameVolume(volume.mountPoint, stat, mountID);
 }
 
-std::uint64_t AliasResolver::fileSystemIDAt(std::string_view path) const
+std::uint64_t AliasSearch::fileSystemIDAt(std::string_view path) const
 {
     const auto device = _target.stat().device;
     std::uint64_t number = 0;
@@ -76,7 +76,7 @@ std::uint64_t AliasResolver::fileSystemIDAt(std::string_view path) const
     return _means.evidences.fileSystemID(folder.c_str(), device);
 }
 
-AliasResolver::Progress AliasResolver::searchMounts()
+AliasSearch::Progress AliasSearch::searchMounts()
 {
     auto progress = searchMount(_record.volume.mountPoint);
     if (progress != Progress::open)
@@ -92,7 +92,7 @@ AliasResolver::Progress AliasResolver::searchMounts()
     return Progress::open;
 }
 
-AliasResolver::Progress AliasResolver::searchMount(const std::string& mountPoint)
+AliasSearch::Progress AliasSearch::searchMount(const std::string& mountPoint)
 {
     Stat stat;
     std::uint64_t mountID = 0;
@@ -102,16 +102,17 @@ AliasResolver::Progress AliasResolver::searchMount(const std::string& mountPoint
     const auto progress = openHandle(mountPoint, stat, mountID);
     if (progress != Progress::open)
         return progress;
-    const AliasVolume volume(_means.folders, _target, _budget, mountPoint, stat.device, mountID);
-    AliasChain chain(volume);
+    const SearchedVolume volume(_means.folders, _target, _budget, mountPoint, stat.device, mountID);
+    RecordedPath chain(volume);
     if (chain.follow())
         return Progress::found;
     if (_budget.isUsedUp() || !stat.isFolder())
         return Progress::open;
-    return AliasBreadth(volume).searchAround(chain.folder()) ? Progress::found : Progress::open;
+    return BreadthFirstSearch(volume).searchAround(chain.folder()) ? Progress::found
+                                                                   : Progress::open;
 }
 
-bool AliasResolver::isSameVolume(
+bool AliasSearch::isSameVolume(
     const std::string& mountPoint, const Stat& stat, std::uint64_t mountID) const
 {
     VolumeIdentity evidence;
@@ -120,7 +121,7 @@ bool AliasResolver::isSameVolume(
 }
 
 // Gone counts only where the handle was made, which the evidence says of this volume.
-AliasResolver::Progress AliasResolver::openHandle(
+AliasSearch::Progress AliasSearch::openHandle(
     const std::string& mountPoint, const Stat& stat, std::uint64_t mountID)
 {
     if (!_record.handle.isDecodable || !_means.opener.mayOpen())

@@ -11,10 +11,10 @@
 namespace zef {
 
 /// The object that an alias record leads to, and where it was found. One thread.
-class AliasTarget {
+class AliasMatch {
 public:
     /// The record is borrowed.
-    explicit AliasTarget(const AliasRecord& record)
+    explicit AliasMatch(const AliasRecord& record)
         : _record(record)
     {
     }

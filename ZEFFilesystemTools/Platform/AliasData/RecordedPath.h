@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/AliasData/AliasVolume.h"
+#include "ZEFFilesystemTools/Platform/AliasData/SearchedVolume.h"
 
 #include <string>
 
@@ -9,10 +9,10 @@ namespace zef {
 
 /// Walks the way that an alias record knows, where names and numbers may have changed since. One
 /// thread.
-class AliasChain {
+class RecordedPath {
 public:
     /// The volume is borrowed.
-    explicit AliasChain(const AliasVolume& volume)
+    explicit RecordedPath(const SearchedVolume& volume)
         : _volume(volume)
         , _folder(volume.mountPoint())
     {
@@ -30,7 +30,7 @@ private:
     bool enterRenamed(std::uint64_t inode);
     Ref<const FolderIndex> index() const;
 
-    const AliasVolume& _volume;
+    const SearchedVolume& _volume;
     std::string _folder;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasData/AliasMaker.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasRecorder.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
@@ -66,7 +66,7 @@ std::string folderOf(const std::string& path)
 
 } // namespace
 
-std::int16_t AliasMaker::make(const FSRef& ref, const FileURL& url)
+std::int16_t AliasRecorder::make(const FSRef& ref, const FileURL& url)
 {
     ObjectPlace place;
     if (const auto error = place.find(ref, url))
@@ -85,7 +85,7 @@ std::int16_t AliasMaker::make(const FSRef& ref, const FileURL& url)
     return place.find(ref, FileURL::fromPath(path, URLKind::file));
 }
 
-void AliasMaker::takeIdentity(const FSRef& ref, const char* path)
+void AliasRecorder::takeIdentity(const FSRef& ref, const char* path)
 {
     const auto& mountPoint = _record.volume.mountPoint;
     if (_evidences.hasLastingNumbers(mountPoint.c_str(), _device))
@@ -95,7 +95,7 @@ void AliasMaker::takeIdentity(const FSRef& ref, const char* path)
 }
 
 // Up to the first folder that is on another mount; the mount point is the last one before.
-std::int16_t AliasMaker::takeWay(const char* path)
+std::int16_t AliasRecorder::takeWay(const char* path)
 {
     std::string here = path;
     Step step;

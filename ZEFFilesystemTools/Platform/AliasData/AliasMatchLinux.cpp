@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasData/AliasTarget.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasMatch.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 
@@ -7,7 +7,7 @@
 
 namespace zef {
 
-bool AliasTarget::lookAt(const char* path, std::uint64_t mountID)
+bool AliasMatch::lookAt(const char* path, std::uint64_t mountID)
 {
     Stat stat;
     std::uint64_t foundMountID = 0;
@@ -21,7 +21,7 @@ bool AliasTarget::lookAt(const char* path, std::uint64_t mountID)
 
 // Where the birth time is another, the handle decides: overlayfs gives a file another birth time at
 // its first write.
-bool AliasTarget::isObject(const Stat& stat, const char* path) const
+bool AliasMatch::isObject(const Stat& stat, const char* path) const
 {
     if (stat.inode != _record.inode)
         return false;
@@ -33,7 +33,7 @@ bool AliasTarget::isObject(const Stat& stat, const char* path) const
     return !hasBirthTimes;
 }
 
-FSRef AliasTarget::ref(std::uint64_t parentInode) const
+FSRef AliasMatch::ref(std::uint64_t parentInode) const
 {
     FSRef ref(_stat, parentInode);
     if (_record.handle.isKnown())
@@ -41,7 +41,7 @@ FSRef AliasTarget::ref(std::uint64_t parentInode) const
     return ref;
 }
 
-FileURL AliasTarget::url() const
+FileURL AliasMatch::url() const
 {
     return FileURL::fromPath(_path.view(), _stat.isFolder() ? URLKind::folder : URLKind::file);
 }

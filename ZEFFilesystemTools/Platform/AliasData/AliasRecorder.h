@@ -11,10 +11,10 @@
 namespace zef {
 
 /// Makes the alias record of one object. One thread.
-class AliasMaker {
+class AliasRecorder {
 public:
     /// Both are borrowed.
-    AliasMaker(VolumeIdentityCache& evidences, AliasRecord& record)
+    AliasRecorder(VolumeIdentityCache& evidences, AliasRecord& record)
         : _evidences(evidences)
         , _record(record)
     {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/AliasData/AliasVolume.h"
+#include "ZEFFilesystemTools/Platform/AliasData/SearchedVolume.h"
 #include "ZEFFilesystemTools/Platform/Locator/HandleOpener.h"
 #include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentityCache.h"
 
@@ -14,7 +14,7 @@ namespace zef {
 /// Finds the object of one alias record: where it was; else, on each mounted volume that may be its
 /// own, by its handle, along the way that was recorded, and by a search that 20,000 entries or 0.2
 /// seconds end. Every answer was looked at. One thread.
-class AliasResolver {
+class AliasSearch {
 public:
     /// What all resolvers share, borrowed.
     struct Means {
@@ -24,7 +24,7 @@ public:
     };
 
     /// The record is borrowed.
-    AliasResolver(const Means&, const AliasRecord& record);
+    AliasSearch(const Means&, const AliasRecord& record);
 
     /// A number of `CatalogResult`: 0, -43 when the object is gone or can't be found.
     std::int16_t resolve(FSRef& ref, FileURL& url);
@@ -42,7 +42,7 @@ private:
 
     Means _means;
     const AliasRecord& _record;
-    AliasTarget _target;
+    AliasMatch _target;
     AliasBudget _budget;
 };
 

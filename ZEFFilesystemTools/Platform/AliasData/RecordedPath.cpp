@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasData/AliasChain.h"
+#include "ZEFFilesystemTools/Platform/AliasData/RecordedPath.h"
 
 #include <limits>
 
 namespace zef {
 
-bool AliasChain::follow()
+bool RecordedPath::follow()
 {
     const auto& chain = _volume.record().chain;
     if (chain.empty())
@@ -20,7 +20,7 @@ bool AliasChain::follow()
     return names && _volume.lookIn(_folder, *names);
 }
 
-bool AliasChain::enter(const AliasRecord::Component& component)
+bool RecordedPath::enter(const AliasRecord::Component& component)
 {
     auto path = pathOfEntry(_folder, component.name);
     Stat stat;
@@ -32,7 +32,7 @@ bool AliasChain::enter(const AliasRecord::Component& component)
     return isThere;
 }
 
-bool AliasChain::enterRenamed(std::uint64_t inode)
+bool RecordedPath::enterRenamed(std::uint64_t inode)
 {
     const auto names = index();
     if (!names)
@@ -51,7 +51,7 @@ bool AliasChain::enterRenamed(std::uint64_t inode)
 }
 
 // However large the folder is, but not when the time is up.
-Ref<const FolderIndex> AliasChain::index() const
+Ref<const FolderIndex> RecordedPath::index() const
 {
     Stat stat;
     if (_volume.budget().isUsedUp() || !_volume.statFolder(_folder, stat))

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/AliasData/AliasFolders.h"
-#include "ZEFFilesystemTools/Platform/AliasData/AliasTarget.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasMatch.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -24,10 +24,10 @@ struct AliasBudget {
 /// One mounted volume on which the object of an alias record is looked for. Paths on it have no
 /// slash at their end, so "/" is the empty path. Links are not followed, other volumes that are
 /// mounted on this one are left alone. One thread.
-class AliasVolume {
+class SearchedVolume {
 public:
     /// All are borrowed but the mount point and the numbers.
-    AliasVolume(AliasFolders& folders, AliasTarget& target, AliasBudget& budget,
+    SearchedVolume(AliasFolders& folders, AliasMatch& target, AliasBudget& budget,
         const std::string& mountPoint, std::uint32_t device, std::uint64_t mountID);
 
     const AliasRecord& record() const { return _target.record(); }
@@ -49,7 +49,7 @@ public:
 
 private:
     AliasFolders& _folders;
-    AliasTarget& _target;
+    AliasMatch& _target;
     AliasBudget& _budget;
     std::string _mountPoint;
     std::uint32_t _device;

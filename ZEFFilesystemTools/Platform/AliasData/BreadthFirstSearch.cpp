@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasData/AliasBreadth.h"
+#include "ZEFFilesystemTools/Platform/AliasData/BreadthFirstSearch.h"
 
 #include <algorithm>
 
 namespace zef {
 
-bool AliasBreadth::searchAround(std::string folder)
+bool BreadthFirstSearch::searchAround(std::string folder)
 {
     for (_freeFolder = folder;;) {
         if (searchBelow(folder))
@@ -16,7 +16,7 @@ bool AliasBreadth::searchAround(std::string folder)
     }
 }
 
-bool AliasBreadth::searchBelow(const std::string& folder)
+bool BreadthFirstSearch::searchBelow(const std::string& folder)
 {
     _folders.assign(1, { 0, folder });
     for (std::size_t number = 0; number < _folders.size(); ++number) {
@@ -28,7 +28,7 @@ bool AliasBreadth::searchBelow(const std::string& folder)
     return false;
 }
 
-bool AliasBreadth::searchFolder(const std::string& path, std::size_t number)
+bool BreadthFirstSearch::searchFolder(const std::string& path, std::size_t number)
 {
     Stat stat;
     if (!_volume.statFolder(path, stat) || !_seen.insert(stat.inode).second)
@@ -49,7 +49,7 @@ bool AliasBreadth::searchFolder(const std::string& path, std::size_t number)
     }
 }
 
-std::string AliasBreadth::pathOf(std::size_t number) const
+std::string BreadthFirstSearch::pathOf(std::size_t number) const
 {
     std::string path;
     for (; number; number = _folders[number].parent)

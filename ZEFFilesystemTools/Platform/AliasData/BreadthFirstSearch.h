@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/AliasData/AliasVolume.h"
+#include "ZEFFilesystemTools/Platform/AliasData/SearchedVolume.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -13,10 +13,10 @@ namespace zef {
 
 /// Searches folders for the object of an alias record, breadth first and no folder twice, as long
 /// as the budget lasts. One thread.
-class AliasBreadth {
+class BreadthFirstSearch {
 public:
     /// The volume is borrowed.
-    explicit AliasBreadth(const AliasVolume& volume)
+    explicit BreadthFirstSearch(const SearchedVolume& volume)
         : _volume(volume)
     {
     }
@@ -35,7 +35,7 @@ private:
     bool searchFolder(const std::string& path, std::size_t number);
     std::string pathOf(std::size_t number) const;
 
-    const AliasVolume& _volume;
+    const SearchedVolume& _volume;
     std::string _freeFolder;
     std::unordered_set<std::uint64_t> _seen;
     /// Those that wait after those that were searched; the first one's name is its path.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasData/KernelAliasData.h"
+#include "ZEFFilesystemTools/Platform/AliasData/LinuxAliasData.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
@@ -17,16 +17,16 @@
 
 namespace {
 
-class KernelAliasDataTest : public AliasFixture {
+class LinuxAliasDataTest : public AliasFixture {
 protected:
     // Where the process may open files by their handles it knows at once that one is gone.
     bool mayOpen() const { return mayOpenByHandle(folder.path()); }
 };
 
 INSTANTIATE_TEST_SUITE_P(
-    , KernelAliasDataTest, testing::ValuesIn(aliasCircumstances()), nameOfAliasCircumstance);
+    , LinuxAliasDataTest, testing::ValuesIn(aliasCircumstances()), nameOfAliasCircumstance);
 
-TEST_P(KernelAliasDataTest, LeadsToAFileThatStayedWhereItWas)
+TEST_P(LinuxAliasDataTest, LeadsToAFileThatStayedWhereItWas)
 {
     folder.makeFolder("folder");
     const auto file = folder.write("folder/file");
@@ -34,7 +34,7 @@ TEST_P(KernelAliasDataTest, LeadsToAFileThatStayedWhereItWas)
     EXPECT_EQ(resolve(aliasOf(file)), file);
 }
 
-TEST_P(KernelAliasDataTest, TellsAReferenceToTheFile)
+TEST_P(LinuxAliasDataTest, TellsAReferenceToTheFile)
 {
     const auto file = folder.write("file");
     const auto ref = resolvedRef(aliasOf(file));
@@ -44,7 +44,7 @@ TEST_P(KernelAliasDataTest, TellsAReferenceToTheFile)
     EXPECT_EQ(ref.hasHandle(), zef::FileSystem::system().handle(file.path().c_str()).isKnown());
 }
 
-TEST_P(KernelAliasDataTest, LeadsToAFolderWithASlashAtTheEnd)
+TEST_P(LinuxAliasDataTest, LeadsToAFolderWithASlashAtTheEnd)
 {
     const auto made = folder.makeFolder("folder");
     const auto alias = aliasOf(made);
@@ -54,7 +54,7 @@ TEST_P(KernelAliasDataTest, LeadsToAFolderWithASlashAtTheEnd)
     EXPECT_EQ(resolve(alias), folder.folderUrl("renamed"));
 }
 
-TEST_P(KernelAliasDataTest, FindsARenamedFile)
+TEST_P(LinuxAliasDataTest, FindsARenamedFile)
 {
     const auto alias = aliasOf(folder.write("file"));
     folder.write("another");
@@ -63,7 +63,7 @@ TEST_P(KernelAliasDataTest, FindsARenamedFile)
     EXPECT_EQ(resolve(alias), renamed);
 }
 
-TEST_P(KernelAliasDataTest, FindsAFileAmongManyOthersAfterARename)
+TEST_P(LinuxAliasDataTest, FindsAFileAmongManyOthersAfterARename)
 {
     for (int number = 0; number < 1000; ++number)
         folder.write("file " + std::to_string(number));
@@ -73,7 +73,7 @@ TEST_P(KernelAliasDataTest, FindsAFileAmongManyOthersAfterARename)
     EXPECT_EQ(resolve(alias), renamed);
 }
 
-TEST_P(KernelAliasDataTest, FindsAFileWhoseNameIsAnyBytes)
+TEST_P(LinuxAliasDataTest, FindsAFileWhoseNameIsAnyBytes)
 {
     const auto alias = aliasOf(folder.write("line\nend \xff\xfe (deleted)"));
 
@@ -82,7 +82,7 @@ TEST_P(KernelAliasDataTest, FindsAFileWhoseNameIsAnyBytes)
     EXPECT_EQ(resolve(alias), renamed);
 }
 
-TEST_P(KernelAliasDataTest, FindsAFileThatWasMovedToAFolderNobodyKnows)
+TEST_P(LinuxAliasDataTest, FindsAFileThatWasMovedToAFolderNobodyKnows)
 {
     folder.makeFolder("one");
     folder.makeFolder("two");
@@ -93,7 +93,7 @@ TEST_P(KernelAliasDataTest, FindsAFileThatWasMovedToAFolderNobodyKnows)
     EXPECT_EQ(resolve(alias), renamed);
 }
 
-TEST_P(KernelAliasDataTest, FindsAFileWhoseFoldersWereRenamed)
+TEST_P(LinuxAliasDataTest, FindsAFileWhoseFoldersWereRenamed)
 {
     folder.makeFolder("one");
     folder.makeFolder("one/two");
@@ -105,7 +105,7 @@ TEST_P(KernelAliasDataTest, FindsAFileWhoseFoldersWereRenamed)
     EXPECT_EQ(resolve(alias), folder.url("eins/zwei/renamed"));
 }
 
-TEST_P(KernelAliasDataTest, FindsAFileWhoseFolderWasMoved)
+TEST_P(LinuxAliasDataTest, FindsAFileWhoseFolderWasMoved)
 {
     folder.makeFolder("one");
     folder.makeFolder("one/two");
@@ -116,7 +116,7 @@ TEST_P(KernelAliasDataTest, FindsAFileWhoseFolderWasMoved)
     EXPECT_EQ(resolve(alias), folder.url("other/two/file"));
 }
 
-TEST_P(KernelAliasDataTest, FindsAFileWhoseFolderWasReplaced)
+TEST_P(LinuxAliasDataTest, FindsAFileWhoseFolderWasReplaced)
 {
     folder.makeFolder("folder");
     const auto alias = aliasOf(folder.write("folder/file"));
@@ -128,7 +128,7 @@ TEST_P(KernelAliasDataTest, FindsAFileWhoseFolderWasReplaced)
     EXPECT_EQ(resolve(alias), folder.url("folder/file"));
 }
 
-TEST_P(KernelAliasDataTest, FindsTheNameThatIsLeftOfTwo)
+TEST_P(LinuxAliasDataTest, FindsTheNameThatIsLeftOfTwo)
 {
     const auto alias = aliasOf(folder.write("file"));
     const auto other = folder.link("file", "hard link");
@@ -137,7 +137,7 @@ TEST_P(KernelAliasDataTest, FindsTheNameThatIsLeftOfTwo)
     EXPECT_EQ(resolve(alias), other);
 }
 
-TEST_P(KernelAliasDataTest, LeadsToALinkItselfAlsoWhereThatLeadsNowhere)
+TEST_P(LinuxAliasDataTest, LeadsToALinkItselfAlsoWhereThatLeadsNowhere)
 {
     const auto alias = aliasOf(folder.symlink("nowhere", "link"));
     EXPECT_EQ(resolve(alias), folder.url("link"));
@@ -146,7 +146,7 @@ TEST_P(KernelAliasDataTest, LeadsToALinkItselfAlsoWhereThatLeadsNowhere)
     EXPECT_EQ(resolve(alias), renamed);
 }
 
-TEST_P(KernelAliasDataTest, TellsThePlaceWithoutTheLinksOnTheWay)
+TEST_P(LinuxAliasDataTest, TellsThePlaceWithoutTheLinksOnTheWay)
 {
     folder.makeFolder("folder");
     const auto file = folder.write("folder/file");
@@ -157,7 +157,7 @@ TEST_P(KernelAliasDataTest, TellsThePlaceWithoutTheLinksOnTheWay)
     EXPECT_EQ(resolve(alias), file);
 }
 
-TEST_P(KernelAliasDataTest, DoesNotFollowLinksOnItsSearch)
+TEST_P(LinuxAliasDataTest, DoesNotFollowLinksOnItsSearch)
 {
     TemporaryFolder elsewhere(GetParam().place);
     elsewhere.makeFolder("folder");
@@ -170,13 +170,13 @@ TEST_P(KernelAliasDataTest, DoesNotFollowLinksOnItsSearch)
     EXPECT_EQ(resolve(alias), folder.url("file"));
 }
 
-TEST_P(KernelAliasDataTest, LeadsToTheRootOfTheFileSystem)
+TEST_P(LinuxAliasDataTest, LeadsToTheRootOfTheFileSystem)
 {
     EXPECT_EQ(resolve(aliasOf(zef::FileURL::fromPath("/", zef::URLKind::folder))),
         zef::FileURL::fromPath("/", zef::URLKind::folder));
 }
 
-TEST_P(KernelAliasDataTest, SaysThatADeletedFileIsNotFound)
+TEST_P(LinuxAliasDataTest, SaysThatADeletedFileIsNotFound)
 {
     const auto alias = aliasOf(folder.write("file"));
     folder.remove("file");
@@ -184,7 +184,7 @@ TEST_P(KernelAliasDataTest, SaysThatADeletedFileIsNotFound)
     EXPECT_EQ(resultOf(alias), zef::CatalogResult::notFound);
 }
 
-TEST_P(KernelAliasDataTest, NeverLeadsToTheFileThatTookThePlace)
+TEST_P(LinuxAliasDataTest, NeverLeadsToTheFileThatTookThePlace)
 {
     const auto alias = aliasOf(folder.write("file", "old"));
     folder.write("new", "new");
@@ -193,7 +193,7 @@ TEST_P(KernelAliasDataTest, NeverLeadsToTheFileThatTookThePlace)
     EXPECT_EQ(resultOf(alias), zef::CatalogResult::notFound);
 }
 
-TEST_P(KernelAliasDataTest, NeverLeadsToTheFileThatTookTheNumber)
+TEST_P(LinuxAliasDataTest, NeverLeadsToTheFileThatTookTheNumber)
 {
     const auto file = folder.write("file");
     const auto old = stat(file);
@@ -208,7 +208,7 @@ TEST_P(KernelAliasDataTest, NeverLeadsToTheFileThatTookTheNumber)
     EXPECT_EQ(resultOf(alias), zef::CatalogResult::notFound);
 }
 
-TEST_P(KernelAliasDataTest, NeverLeadsToTheFileThatTookPlaceAndNumber)
+TEST_P(LinuxAliasDataTest, NeverLeadsToTheFileThatTookPlaceAndNumber)
 {
     const auto file = folder.write("file");
     const auto old = stat(file);
@@ -220,12 +220,12 @@ TEST_P(KernelAliasDataTest, NeverLeadsToTheFileThatTookPlaceAndNumber)
     EXPECT_EQ(resultOf(alias), zef::CatalogResult::notFound);
 }
 
-TEST_P(KernelAliasDataTest, FindsTheFileThatComesBackAfterItWasSearched)
+TEST_P(LinuxAliasDataTest, FindsTheFileThatComesBackAfterItWasSearched)
 {
     folder.makeFolder("folder");
     const auto file = folder.write("file");
     const auto alias = aliasOf(file);
-    zef::KernelAliasData aliases;
+    zef::LinuxAliasData aliases;
     folder.link("file", "folder/link");
     folder.remove("file");
     zef::FSRef ref;
@@ -238,7 +238,7 @@ TEST_P(KernelAliasDataTest, FindsTheFileThatComesBackAfterItWasSearched)
     EXPECT_EQ(url, back);
 }
 
-TEST_P(KernelAliasDataTest, GivesUpWhenItsTimeIsUp)
+TEST_P(LinuxAliasDataTest, GivesUpWhenItsTimeIsUp)
 {
     // Each look at this clock takes a second.
     class HastyClock final : public zef::Clock {
@@ -264,40 +264,40 @@ TEST_P(KernelAliasDataTest, GivesUpWhenItsTimeIsUp)
     EXPECT_EQ(resultOf(alias), zef::CatalogResult::notFound);
 }
 
-TEST_P(KernelAliasDataTest, MakesNothingOfAFileThatIsGone)
+TEST_P(LinuxAliasDataTest, MakesNothingOfAFileThatIsGone)
 {
     const auto file = folder.write("file");
     const zef::FSRef ref(stat(file));
     folder.remove("file");
     zef::AliasData::Bytes bytes;
 
-    EXPECT_EQ(zef::KernelAliasData().make(ref, file, bytes), zef::CatalogResult::notFound);
+    EXPECT_EQ(zef::LinuxAliasData().make(ref, file, bytes), zef::CatalogResult::notFound);
     EXPECT_TRUE(bytes.empty());
 }
 
-TEST_P(KernelAliasDataTest, MakesNothingOfAnEmptyReference)
+TEST_P(LinuxAliasDataTest, MakesNothingOfAnEmptyReference)
 {
     zef::AliasData::Bytes bytes;
 
-    EXPECT_EQ(zef::KernelAliasData().make(zef::FSRef(), folder.write("file"), bytes),
+    EXPECT_EQ(zef::LinuxAliasData().make(zef::FSRef(), folder.write("file"), bytes),
         zef::CatalogResult::badReference);
 }
 
-TEST_P(KernelAliasDataTest, IsMadeOfAFileThatWasMovedMeanwhile)
+TEST_P(LinuxAliasDataTest, IsMadeOfAFileThatWasMovedMeanwhile)
 {
     const auto file = folder.write("file");
     zef::FSRef ref(stat(file));
     zef::Locator::shared().retain(ref, file);
     const auto renamed = folder.rename("file", "renamed");
     zef::AliasData::Bytes bytes;
-    const auto result = zef::KernelAliasData().make(ref, file, bytes);
+    const auto result = zef::LinuxAliasData().make(ref, file, bytes);
     zef::Locator::shared().release(ref);
 
     ASSERT_EQ(result, 0);
     EXPECT_EQ(resolve(bytes), renamed);
 }
 
-TEST_P(KernelAliasDataTest, RefusesBytesOfNoMeaning)
+TEST_P(LinuxAliasDataTest, RefusesBytesOfNoMeaning)
 {
     using Bytes = zef::AliasData::Bytes;
 
@@ -306,12 +306,12 @@ TEST_P(KernelAliasDataTest, RefusesBytesOfNoMeaning)
     EXPECT_EQ(resultOf(Bytes(1000000)), zef::CatalogResult::ioError);
 }
 
-TEST_P(KernelAliasDataTest, LeadsNowhereElseWhateverTheBytesSay)
+TEST_P(LinuxAliasDataTest, LeadsNowhereElseWhateverTheBytesSay)
 {
     const auto file = folder.write("file");
     folder.write("another");
     const auto alias = aliasOf(file);
-    zef::KernelAliasData aliases;
+    zef::LinuxAliasData aliases;
     std::mt19937 random(1);
 
     for (int round = 0; round < 60; ++round) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasData/KernelAliasData.h"
+#include "ZEFFilesystemTools/Platform/AliasData/LinuxAliasData.h"
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
@@ -23,9 +23,9 @@ constexpr int failed = 1;
 constexpr int impossible = 2;
 
 // Each test works with mounts of its own in a child process, which says how it went.
-class KernelAliasDataMountsTest : public testing::Test {
+class LinuxAliasDataMountsTest : public testing::Test {
 protected:
-    KernelAliasDataMountsTest()
+    LinuxAliasDataMountsTest()
     {
         folder.makeFolder("one");
         folder.makeFolder("two");
@@ -51,7 +51,7 @@ protected:
         zef::Stat stat;
         const auto url = folder.url(name);
         if (zef::FileSystem::system().statLink(url.path().c_str(), stat) == 0)
-            zef::KernelAliasData().make(zef::FSRef(stat), url, bytes);
+            zef::LinuxAliasData().make(zef::FSRef(stat), url, bytes);
         return bytes;
     }
 
@@ -60,7 +60,7 @@ protected:
     {
         zef::FSRef ref;
         zef::FileURL url;
-        return zef::KernelAliasData().resolve(bytes, ref, url) == 0 ? url.path() : std::string();
+        return zef::LinuxAliasData().resolve(bytes, ref, url) == 0 ? url.path() : std::string();
     }
 
     // Mounts the volume that is at `one` at `two` instead.
@@ -75,7 +75,7 @@ protected:
     TemporaryFolder folder;
 };
 
-TEST_F(KernelAliasDataMountsTest, FindsAFileOnAVolumeThatIsMountedElsewhere)
+TEST_F(LinuxAliasDataMountsTest, FindsAFileOnAVolumeThatIsMountedElsewhere)
 {
     run([this](PrivateMounts& mounts) {
         const auto alias = aliasOf("one/file");
@@ -83,7 +83,7 @@ TEST_F(KernelAliasDataMountsTest, FindsAFileOnAVolumeThatIsMountedElsewhere)
     });
 }
 
-TEST_F(KernelAliasDataMountsTest, FindsARenamedFileOnAVolumeThatIsMountedElsewhere)
+TEST_F(LinuxAliasDataMountsTest, FindsARenamedFileOnAVolumeThatIsMountedElsewhere)
 {
     run([this](PrivateMounts& mounts) {
         const auto alias = aliasOf("one/file");
@@ -94,7 +94,7 @@ TEST_F(KernelAliasDataMountsTest, FindsARenamedFileOnAVolumeThatIsMountedElsewhe
     });
 }
 
-TEST_F(KernelAliasDataMountsTest, FindsTheFolderThatAVolumeIsMountedOnWhereverThatIs)
+TEST_F(LinuxAliasDataMountsTest, FindsTheFolderThatAVolumeIsMountedOnWhereverThatIs)
 {
     run([this](PrivateMounts& mounts) {
         const auto alias = aliasOf("one");
@@ -103,7 +103,7 @@ TEST_F(KernelAliasDataMountsTest, FindsTheFolderThatAVolumeIsMountedOnWhereverTh
     });
 }
 
-TEST_F(KernelAliasDataMountsTest, FindsNothingWhileTheVolumeIsNotMounted)
+TEST_F(LinuxAliasDataMountsTest, FindsNothingWhileTheVolumeIsNotMounted)
 {
     run([this](PrivateMounts& mounts) {
         const auto alias = aliasOf("one/file");
@@ -111,7 +111,7 @@ TEST_F(KernelAliasDataMountsTest, FindsNothingWhileTheVolumeIsNotMounted)
     });
 }
 
-TEST_F(KernelAliasDataMountsTest, DoesNotTakeAnotherVolumeForItsOwn)
+TEST_F(LinuxAliasDataMountsTest, DoesNotTakeAnotherVolumeForItsOwn)
 {
     run([this](PrivateMounts& mounts) {
         const auto alias = aliasOf("one/file");
@@ -123,7 +123,7 @@ TEST_F(KernelAliasDataMountsTest, DoesNotTakeAnotherVolumeForItsOwn)
     });
 }
 
-TEST_F(KernelAliasDataMountsTest, LeavesVolumesAloneThatAreMountedWithinItsOwn)
+TEST_F(LinuxAliasDataMountsTest, LeavesVolumesAloneThatAreMountedWithinItsOwn)
 {
     run([this](PrivateMounts& mounts) {
         ::mkdir(folder.path("one/folder").c_str(), 0700);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/AliasData/AliasVolume.h"
+#include "ZEFFilesystemTools/Platform/AliasData/SearchedVolume.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
@@ -21,7 +21,7 @@ bool AliasBudget::isUsedUp() const
     return entries == 0 || Clock::shared().monotonicSeconds() >= secondsAtEnd;
 }
 
-AliasVolume::AliasVolume(AliasFolders& folders, AliasTarget& target, AliasBudget& budget,
+SearchedVolume::SearchedVolume(AliasFolders& folders, AliasMatch& target, AliasBudget& budget,
     const std::string& mountPoint, std::uint32_t device, std::uint64_t mountID)
     : _folders(folders)
     , _target(target)
@@ -32,12 +32,12 @@ AliasVolume::AliasVolume(AliasFolders& folders, AliasTarget& target, AliasBudget
 {
 }
 
-bool AliasVolume::lookAt(const std::string& path) const
+bool SearchedVolume::lookAt(const std::string& path) const
 {
     return _target.lookAt(systemPath(path), _mountID);
 }
 
-bool AliasVolume::lookIn(const std::string& path, const FolderIndex& index) const
+bool SearchedVolume::lookIn(const std::string& path, const FolderIndex& index) const
 {
     for (std::size_t position = 0;; ++position) {
         const auto name = index.name(record().inode, position);
@@ -48,14 +48,14 @@ bool AliasVolume::lookIn(const std::string& path, const FolderIndex& index) cons
     }
 }
 
-bool AliasVolume::statFolder(const std::string& path, Stat& stat) const
+bool SearchedVolume::statFolder(const std::string& path, Stat& stat) const
 {
     std::uint64_t mountID = 0;
     return statAt(AT_FDCWD, systemPath(path), stat, mountID) == 0 && stat.isFolder()
         && stat.device == _device && (!_mountID || mountID == _mountID);
 }
 
-Ref<const FolderIndex> AliasVolume::index(
+Ref<const FolderIndex> SearchedVolume::index(
     const std::string& path, const Stat& stat, std::size_t limit) const
 {
     return _folders.index(systemPath(path), stat, limit, _budget.secondsAtStart);

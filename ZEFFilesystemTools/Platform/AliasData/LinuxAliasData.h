@@ -10,7 +10,7 @@ namespace zef {
 
 /// Alias data over the kernel's own means, in the form of `AliasRecord`. Keeps what it learned of
 /// volumes and folders for a moment; holds nothing open. Any thread.
-class KernelAliasData final : public AliasData {
+class LinuxAliasData final : public AliasData {
 public:
     std::int16_t make(const FSRef& ref, const FileURL& url, Bytes& bytes) override;
     std::int16_t resolve(const Bytes& bytes, FSRef& ref, FileURL& url) override;
