@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Types/KnownTypes.h"
 #include "ZEFFilesystemTools/Platform/Types/MimeDatabase.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTableStorage.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -27,7 +27,7 @@ void require(bool condition)
         std::abort();
 }
 
-void askForName(const zef::KnownTypes& types, std::string_view name)
+void askForName(const zef::TypeTableStorage& types, std::string_view name)
 {
     const auto type = types.typeOfName(name);
     require(type.empty() || types.conforms(type, "public.data"));
@@ -35,7 +35,7 @@ void askForName(const zef::KnownTypes& types, std::string_view name)
     require(byExtension.empty() || types.conforms(byExtension, "public.data"));
 }
 
-void askForPair(const zef::KnownTypes& types, const zef::MimeDatabase::Pair& pair)
+void askForPair(const zef::TypeTableStorage& types, const zef::MimeDatabase::Pair& pair)
 {
     const auto one = "mime:" + pair.first;
     const auto other = "mime:" + pair.second;
@@ -57,7 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     zef::MimeDatabase lesser;
     lesser.parseGlobs(text);
 
-    const zef::KnownTypes types({ database, lesser });
+    const zef::TypeTableStorage types({ database, lesser });
     for (const auto* from : { &database, &lesser }) {
         for (const auto& glob : from->globs) {
             askForName(types, glob.glob);

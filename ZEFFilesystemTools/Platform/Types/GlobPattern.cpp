@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Types/GlobPattern.h"
 
-#include "ZEFFilesystemTools/Platform/Types/CaseFolding.h"
+#include "ZEFFilesystemTools/Platform/Types/AsciiCase.h"
 
 #include <cstddef>
 

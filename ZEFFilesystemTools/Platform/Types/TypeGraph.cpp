@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Types/TypeGraph.h"
 
-#include "ZEFFilesystemTools/Platform/Types/CaseFolding.h"
+#include "ZEFFilesystemTools/Platform/Types/AsciiCase.h"
 
 #include <algorithm>
 

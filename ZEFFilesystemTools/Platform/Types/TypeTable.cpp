@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
-#include "ZEFFilesystemTools/Platform/Types/CaseFolding.h"
-#include "ZEFFilesystemTools/Platform/Types/KnownTypes.h"
+#include "ZEFFilesystemTools/Platform/Types/AsciiCase.h"
 #include "ZEFFilesystemTools/Platform/Types/MimeFolders.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTableStorage.h"
 
 #include <algorithm>
 #include <array>
@@ -69,7 +69,7 @@ public:
     {
     }
 
-    const KnownTypes types;
+    const TypeTableStorage types;
 };
 
 TypeTable::TypeTable(const std::vector<std::string>& mimeFolders)

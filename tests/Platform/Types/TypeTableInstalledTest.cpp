@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Types/OwnTypes.h"
+#include "ZEFFilesystemTools/Platform/Types/BuiltInTypes.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
 #include "tests/support/TemporaryFolder.h"
@@ -127,7 +127,7 @@ TEST_F(TypeTableInstalledTest, AnswersAsGIODoes)
     }
 }
 
-TEST_F(TypeTableInstalledTest, OwnTypesAreTheSameKindsAsWithoutADatabase)
+TEST_F(TypeTableInstalledTest, BuiltInTypesAreTheSameKindsAsWithoutADatabase)
 {
     const zef::TypeTable alone({});
 

@@ -235,7 +235,7 @@ TEST_F(TypeTableMimeTest, ListsTheDatabasesTypesBeforeOurOwn)
             "public.data", "public.item" }));
 }
 
-TEST_F(TypeTableMimeTest, OwnTypesAreWhatTheOwnTableSays)
+TEST_F(TypeTableMimeTest, BuiltInTypesAreWhatTheOwnTableSays)
 {
     folder.write("user/subclasses", "image/jpeg application/x-mine\ntext/plain image/png\n");
 

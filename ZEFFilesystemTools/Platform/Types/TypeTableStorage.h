@@ -14,10 +14,10 @@ namespace zef {
 /// The own types and those of some MIME databases. A type `a/b` of a database is `mime:a/b` here,
 /// or another name of the own type that it stands for; what the own table says of its types and
 /// extensions holds whatever a database says. Immutable; any thread.
-class KnownTypes {
+class TypeTableStorage {
 public:
     /// Takes in the databases, the most important one first.
-    explicit KnownTypes(const std::vector<MimeDatabase>& databases);
+    explicit TypeTableStorage(const std::vector<MimeDatabase>& databases);
 
     /// Whether `type` is `other` or a kind of it. A type that isn't known is a kind of what its
     /// first part says, or of nothing.
@@ -34,7 +34,7 @@ public:
 private:
     using Type = TypeGraph::Type;
 
-    void addOwnTypes();
+    void addBuiltInTypes();
     void addAliases(const std::vector<MimeDatabase>& databases);
     void addSubclasses(const MimeDatabase& database);
     void addGlobs(const std::vector<MimeDatabase>& databases);

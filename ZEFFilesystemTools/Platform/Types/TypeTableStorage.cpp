@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Types/KnownTypes.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTableStorage.h"
 
-#include "ZEFFilesystemTools/Platform/Types/CaseFolding.h"
-#include "ZEFFilesystemTools/Platform/Types/OwnTypes.h"
+#include "ZEFFilesystemTools/Platform/Types/AsciiCase.h"
+#include "ZEFFilesystemTools/Platform/Types/BuiltInTypes.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
 
 #include <algorithm>
@@ -81,9 +81,9 @@ std::string_view endOfAliases(const Aliases& aliases, std::string_view name)
 
 } // namespace
 
-KnownTypes::KnownTypes(const std::vector<MimeDatabase>& databases)
+TypeTableStorage::TypeTableStorage(const std::vector<MimeDatabase>& databases)
 {
-    addOwnTypes();
+    addBuiltInTypes();
     addAliases(databases);
     for (const auto& database : databases)
         addSubclasses(database);
@@ -96,7 +96,7 @@ KnownTypes::KnownTypes(const std::vector<MimeDatabase>& databases)
     _globs.complete();
 }
 
-void KnownTypes::addOwnTypes()
+void TypeTableStorage::addBuiltInTypes()
 {
     for (const auto& own : ownTypes()) {
         const auto type = _graph.add(own.identifier);
@@ -115,7 +115,7 @@ void KnownTypes::addOwnTypes()
     _ownCount = static_cast<Type>(_graph.size());
 }
 
-void KnownTypes::addAliases(const std::vector<MimeDatabase>& databases)
+void TypeTableStorage::addAliases(const std::vector<MimeDatabase>& databases)
 {
     Aliases aliases;
     for (const auto& database : databases) {
@@ -132,7 +132,7 @@ void KnownTypes::addAliases(const std::vector<MimeDatabase>& databases)
 }
 
 // The parents of its family come first, because a type has only so many.
-KnownTypes::Type KnownTypes::addMimeType(std::string_view name)
+TypeTableStorage::Type TypeTableStorage::addMimeType(std::string_view name)
 {
     const auto identifier = identifierOf(name);
     const auto known = _graph.find(identifier);
@@ -147,7 +147,7 @@ KnownTypes::Type KnownTypes::addMimeType(std::string_view name)
     return type;
 }
 
-void KnownTypes::addSubclasses(const MimeDatabase& database)
+void TypeTableStorage::addSubclasses(const MimeDatabase& database)
 {
     for (const auto& [name, parent] : database.subclasses) {
         const auto type = addMimeType(name);
@@ -156,7 +156,7 @@ void KnownTypes::addSubclasses(const MimeDatabase& database)
     }
 }
 
-void KnownTypes::addGlobs(const std::vector<MimeDatabase>& databases)
+void TypeTableStorage::addGlobs(const std::vector<MimeDatabase>& databases)
 {
     const auto data = _graph.find(type::data);
     std::vector<bool> isClosed(_graph.size());
@@ -177,7 +177,7 @@ void KnownTypes::addGlobs(const std::vector<MimeDatabase>& databases)
     }
 }
 
-bool KnownTypes::conforms(std::string_view type, std::string_view other) const
+bool TypeTableStorage::conforms(std::string_view type, std::string_view other) const
 {
     if (equalsFolded(type, other))
         return true;
@@ -192,7 +192,8 @@ bool KnownTypes::conforms(std::string_view type, std::string_view other) const
 
 // A database's types come first, for nothing of our own is a kind of them; an own type stands
 // behind its parents in the table.
-std::vector<KnownTypes::Type> KnownTypes::nearestFirst(std::span<const Type> found) const
+std::vector<TypeTableStorage::Type> TypeTableStorage::nearestFirst(
+    std::span<const Type> found) const
 {
     std::vector<Type> types(found.begin(), found.end());
     const auto own = std::stable_partition(
@@ -201,7 +202,7 @@ std::vector<KnownTypes::Type> KnownTypes::nearestFirst(std::span<const Type> fou
     return types;
 }
 
-std::vector<std::string_view> KnownTypes::conformances(std::string_view type) const
+std::vector<std::string_view> TypeTableStorage::conformances(std::string_view type) const
 {
     std::vector<std::string_view> identifiers;
     auto known = _graph.find(type);
@@ -216,13 +217,13 @@ std::vector<std::string_view> KnownTypes::conformances(std::string_view type) co
     return identifiers;
 }
 
-std::string_view KnownTypes::typeOfName(std::string_view name) const
+std::string_view TypeTableStorage::typeOfName(std::string_view name) const
 {
     const auto type = _globs.typeOfName(name);
     return type == TypeGraph::none ? std::string_view() : _graph.identifier(type);
 }
 
-std::string_view KnownTypes::typeOfExtension(std::string_view extension) const
+std::string_view TypeTableStorage::typeOfExtension(std::string_view extension) const
 {
     const auto type = _globs.typeOfExtension(extension);
     return type == TypeGraph::none ? std::string_view() : _graph.identifier(type);

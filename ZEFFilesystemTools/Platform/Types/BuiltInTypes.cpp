@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Types/OwnTypes.h"
+#include "ZEFFilesystemTools/Platform/Types/BuiltInTypes.h"
 
 #include <algorithm>
 #include <array>
