@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Presentation/DesktopEntries.h"
+#include "ZEFFilesystemTools/Platform/Presentation/DesktopEntryCache.h"
 #include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
-#include "ZEFFilesystemTools/Platform/Presentation/HiddenLists.h"
+#include "ZEFFilesystemTools/Platform/Presentation/HiddenListCache.h"
 #include "ZEFFilesystemTools/Platform/Volumes/AutomountPoints.h"
 
 #include <string_view>
@@ -35,8 +35,8 @@ private:
     std::string nameToShow(std::string_view name, const char* path, const Stat& stat);
 
     AutomountPoints _automountPoints;
-    DesktopEntries _entries;
-    HiddenLists _hiddenLists;
+    DesktopEntryCache _entries;
+    HiddenListCache _hiddenLists;
 };
 
 } // namespace zef

@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Platform/Time/RecentLook.h"
 
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
-#include "ZEFFilesystemTools/Platform/Presentation/HiddenLists.h"
+#include "ZEFFilesystemTools/Platform/Presentation/HiddenListCache.h"
 
 #include "tests/support/FakeFileSystem.h"
 #include "tests/support/FakeLocator.h"
@@ -91,7 +91,7 @@ TEST_F(RecentLookTest, SparesASecondLookForTheListOfAFolder)
 {
     files.addFolder("/folder");
     files.addFolder("/elsewhere");
-    zef::HiddenLists lists;
+    zef::HiddenListCache lists;
     lists.hides(url("/folder/a"));
     const auto count = files.statCount();
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Presentation/HiddenLists.h"
+#include "ZEFFilesystemTools/Platform/Presentation/HiddenListCache.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
@@ -8,7 +8,7 @@
 
 namespace zef {
 
-bool HiddenLists::hides(const FileURL& url)
+bool HiddenListCache::hides(const FileURL& url)
 {
     const auto name = url.name();
     if (name.empty() || name.front() == '.')
@@ -17,7 +17,7 @@ bool HiddenLists::hides(const FileURL& url)
     return list && list->contains(name);
 }
 
-std::shared_ptr<const HiddenList> HiddenLists::listFor(const FileURL& url)
+std::shared_ptr<const HiddenList> HiddenListCache::listFor(const FileURL& url)
 {
     {
         std::lock_guard lock(_mutex);
@@ -35,7 +35,7 @@ std::shared_ptr<const HiddenList> HiddenLists::listFor(const FileURL& url)
     return list;
 }
 
-std::shared_ptr<const HiddenList> HiddenLists::readListFor(const FileURL& url)
+std::shared_ptr<const HiddenList> HiddenListCache::readListFor(const FileURL& url)
 {
     PathBytes path;
     Stat stat;

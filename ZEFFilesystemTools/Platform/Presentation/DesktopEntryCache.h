@@ -12,10 +12,10 @@ namespace zef {
 
 /// Reads the desktop entries among the files, and remembers the last few because several questions
 /// follow one another about each. Any thread.
-class DesktopEntries {
+class DesktopEntryCache {
 public:
     /// `clock` is borrowed and should be the one that the files' stamps come from.
-    explicit DesktopEntries(Clock& clock = Clock::system())
+    explicit DesktopEntryCache(Clock& clock = Clock::system())
         : _entries(clock)
     {
     }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Presentation/HiddenLists.h"
+#include "ZEFFilesystemTools/Platform/Presentation/HiddenListCache.h"
 
 #include "tests/support/LogRecorder.h"
 #include "tests/support/SteppedClock.h"
@@ -17,9 +17,9 @@
 
 namespace {
 
-class HiddenListsTest : public testing::Test {
+class HiddenListCacheTest : public testing::Test {
 protected:
-    ~HiddenListsTest() override { EXPECT_TRUE(log.lines().empty()); }
+    ~HiddenListCacheTest() override { EXPECT_TRUE(log.lines().empty()); }
 
     bool hides(std::string_view name) { return lists.hides(folder.url(name)); }
 
@@ -28,10 +28,10 @@ protected:
     // Stands years away from the files' stamps, which makes every list one that nobody has touched
     // for long.
     SteppedClock clock;
-    zef::HiddenLists lists{ clock };
+    zef::HiddenListCache lists{ clock };
 };
 
-TEST_F(HiddenListsTest, HidesNamesThatBeginWithADot)
+TEST_F(HiddenListCacheTest, HidesNamesThatBeginWithADot)
 {
     EXPECT_TRUE(hides(".profile"));
     EXPECT_TRUE(hides(".hidden"));
@@ -40,7 +40,7 @@ TEST_F(HiddenListsTest, HidesNamesThatBeginWithADot)
     EXPECT_FALSE(hides("backup~"));
 }
 
-TEST_F(HiddenListsTest, HidesWhatTheFolderLists)
+TEST_F(HiddenListCacheTest, HidesWhatTheFolderLists)
 {
     folder.write(".hidden", "one\nfolder\n");
     folder.makeFolder("folder");
@@ -51,15 +51,15 @@ TEST_F(HiddenListsTest, HidesWhatTheFolderLists)
     EXPECT_FALSE(hides("folder/one"));
 }
 
-TEST_F(HiddenListsTest, NeverHidesTheRootNorNil)
+TEST_F(HiddenListCacheTest, NeverHidesTheRootNorNil)
 {
     EXPECT_FALSE(lists.hides(zef::FileURL::fromPath("/", zef::URLKind::folder)));
     EXPECT_FALSE(lists.hides(nullptr));
 }
 
-TEST_F(HiddenListsTest, ReadsAListAnewAsSoonAsItChanges)
+TEST_F(HiddenListCacheTest, ReadsAListAnewAsSoonAsItChanges)
 {
-    zef::HiddenLists listsByOurClock;
+    zef::HiddenListCache listsByOurClock;
     for (int round = 0; round < 50; ++round) {
         folder.write(".hidden", round % 2 ? "one\n" : "two\n");
         EXPECT_EQ(listsByOurClock.hides(folder.url("one")), round % 2 == 1);
@@ -69,7 +69,7 @@ TEST_F(HiddenListsTest, ReadsAListAnewAsSoonAsItChanges)
     EXPECT_FALSE(listsByOurClock.hides(folder.url("one")));
 }
 
-TEST_F(HiddenListsTest, NoticesThatAListItRemembersChanges)
+TEST_F(HiddenListCacheTest, NoticesThatAListItRemembersChanges)
 {
     folder.write(".hidden", "one\n");
     EXPECT_TRUE(hides("one"));
@@ -82,7 +82,7 @@ TEST_F(HiddenListsTest, NoticesThatAListItRemembersChanges)
     EXPECT_FALSE(hides("one"));
 }
 
-TEST_F(HiddenListsTest, NoticesAListThatIsPutInTheOldOnesPlace)
+TEST_F(HiddenListCacheTest, NoticesAListThatIsPutInTheOldOnesPlace)
 {
     folder.write(".hidden", "one\n");
     EXPECT_TRUE(hides("one"));
@@ -94,7 +94,7 @@ TEST_F(HiddenListsTest, NoticesAListThatIsPutInTheOldOnesPlace)
     EXPECT_TRUE(hides("two"));
 }
 
-TEST_F(HiddenListsTest, KeepsManyFoldersApart)
+TEST_F(HiddenListCacheTest, KeepsManyFoldersApart)
 {
     for (int round = 0; round < 2; ++round) {
         for (int index = 0; index < 30; ++index) {
@@ -109,7 +109,7 @@ TEST_F(HiddenListsTest, KeepsManyFoldersApart)
     }
 }
 
-TEST_F(HiddenListsTest, HidesNothingByAListThatIsNoRegularFile)
+TEST_F(HiddenListCacheTest, HidesNothingByAListThatIsNoRegularFile)
 {
     folder.makeFolder(".hidden");
     EXPECT_FALSE(hides("one"));
@@ -128,7 +128,7 @@ TEST_F(HiddenListsTest, HidesNothingByAListThatIsNoRegularFile)
     EXPECT_FALSE(hides("one"));
 }
 
-TEST_F(HiddenListsTest, ReadsAListOf64KiBAndNoLargerOne)
+TEST_F(HiddenListCacheTest, ReadsAListOf64KiBAndNoLargerOne)
 {
     std::string text = "one\n";
     text.resize(65536, 'x');
@@ -139,7 +139,7 @@ TEST_F(HiddenListsTest, ReadsAListOf64KiBAndNoLargerOne)
     EXPECT_FALSE(hides("one"));
 }
 
-TEST_F(HiddenListsTest, HidesNothingByAListOfAGigabyte)
+TEST_F(HiddenListCacheTest, HidesNothingByAListOfAGigabyte)
 {
     folder.write(".hidden", "one\n");
     ASSERT_EQ(::truncate(folder.path(".hidden").c_str(), 1 << 30), 0);
@@ -147,7 +147,7 @@ TEST_F(HiddenListsTest, HidesNothingByAListOfAGigabyte)
     EXPECT_FALSE(hides("one"));
 }
 
-TEST_F(HiddenListsTest, HidesNothingByAListThatMayNotBeRead)
+TEST_F(HiddenListCacheTest, HidesNothingByAListThatMayNotBeRead)
 {
     folder.write(".hidden", "one\n");
     folder.chmod(".hidden", 0);
@@ -159,7 +159,7 @@ TEST_F(HiddenListsTest, HidesNothingByAListThatMayNotBeRead)
     EXPECT_TRUE(hides("one"));
 }
 
-TEST_F(HiddenListsTest, FollowsLinksToTheFolder)
+TEST_F(HiddenListCacheTest, FollowsLinksToTheFolder)
 {
     folder.makeFolder("real");
     folder.write("real/.hidden", "one\n");
@@ -169,7 +169,7 @@ TEST_F(HiddenListsTest, FollowsLinksToTheFolder)
     EXPECT_FALSE(hides("link/two"));
 }
 
-TEST_F(HiddenListsTest, AnswersManyThreadsAtOnce)
+TEST_F(HiddenListCacheTest, AnswersManyThreadsAtOnce)
 {
     folder.write(".hidden", "one\n");
     std::vector<std::thread> threads;

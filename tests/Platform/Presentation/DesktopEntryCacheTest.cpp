@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Presentation/DesktopEntries.h"
+#include "ZEFFilesystemTools/Platform/Presentation/DesktopEntryCache.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
@@ -17,11 +17,11 @@
 
 namespace {
 
-using zef::DesktopEntries;
+using zef::DesktopEntryCache;
 
 constexpr auto* twoLanguages = "[Desktop Entry]\nType=Link\nURL=/file\nName=File\nName[de]=Datei\n";
 
-class DesktopEntriesTest : public testing::Test {
+class DesktopEntryCacheTest : public testing::Test {
 protected:
     std::shared_ptr<const zef::DesktopEntry> entry(std::string_view name)
     {
@@ -34,19 +34,19 @@ protected:
     EnvironmentVariable locale{ "LC_ALL", "C" };
     // Years away from the files' stamps, so that every entry is remembered.
     SteppedClock clock;
-    DesktopEntries entries{ clock };
+    DesktopEntryCache entries{ clock };
 };
 
-TEST_F(DesktopEntriesTest, KnowsThemByTheirNames)
+TEST_F(DesktopEntryCacheTest, KnowsThemByTheirNames)
 {
     for (const auto* name : { "a.desktop", "a.b.desktop", "..desktop", " .desktop" })
-        EXPECT_TRUE(DesktopEntries::isNameOfEntry(name)) << name;
+        EXPECT_TRUE(DesktopEntryCache::isNameOfEntry(name)) << name;
     for (const auto* name :
         { "", ".desktop", "desktop", "a.DESKTOP", "a.desktop~", "a.desktop.txt" })
-        EXPECT_FALSE(DesktopEntries::isNameOfEntry(name)) << name;
+        EXPECT_FALSE(DesktopEntryCache::isNameOfEntry(name)) << name;
 }
 
-TEST_F(DesktopEntriesTest, ReadsAnEntryOnce)
+TEST_F(DesktopEntryCacheTest, ReadsAnEntryOnce)
 {
     folder.write("a.desktop", twoLanguages);
 
@@ -58,7 +58,7 @@ TEST_F(DesktopEntriesTest, ReadsAnEntryOnce)
     EXPECT_EQ(entry("a.desktop"), read);
 }
 
-TEST_F(DesktopEntriesTest, ReadsAnEntryAgainThatChanged)
+TEST_F(DesktopEntryCacheTest, ReadsAnEntryAgainThatChanged)
 {
     folder.write("a.desktop", twoLanguages);
     entry("a.desktop");
@@ -68,7 +68,7 @@ TEST_F(DesktopEntriesTest, ReadsAnEntryAgainThatChanged)
     EXPECT_EQ(entry("a.desktop")->kind(), zef::DesktopEntry::Kind::application);
 }
 
-TEST_F(DesktopEntriesTest, GoesByTheLanguageOfTheMoment)
+TEST_F(DesktopEntryCacheTest, GoesByTheLanguageOfTheMoment)
 {
     folder.write("a.desktop", twoLanguages);
     EXPECT_EQ(entry("a.desktop")->name(), "File");
@@ -80,7 +80,7 @@ TEST_F(DesktopEntriesTest, GoesByTheLanguageOfTheMoment)
     EXPECT_EQ(entry("a.desktop")->name(), "File");
 }
 
-TEST_F(DesktopEntriesTest, ReadsNothingButSmallRegularFiles)
+TEST_F(DesktopEntryCacheTest, ReadsNothingButSmallRegularFiles)
 {
     folder.makeFolder("folder.desktop");
     EXPECT_FALSE(entry("folder.desktop"));
@@ -96,7 +96,7 @@ TEST_F(DesktopEntriesTest, ReadsNothingButSmallRegularFiles)
     EXPECT_FALSE(entry("a.desktop"));
 }
 
-TEST_F(DesktopEntriesTest, ReadsNothingThatMayNotBeRead)
+TEST_F(DesktopEntryCacheTest, ReadsNothingThatMayNotBeRead)
 {
     folder.write("a.desktop", twoLanguages);
     folder.chmod("a.desktop", 0);

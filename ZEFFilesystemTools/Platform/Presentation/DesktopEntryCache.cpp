@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Presentation/DesktopEntries.h"
+#include "ZEFFilesystemTools/Platform/Presentation/DesktopEntryCache.h"
 
 namespace zef {
 namespace {
@@ -8,12 +8,12 @@ constexpr std::string_view ending = ".desktop";
 
 } // namespace
 
-bool DesktopEntries::isNameOfEntry(std::string_view name)
+bool DesktopEntryCache::isNameOfEntry(std::string_view name)
 {
     return name.size() > ending.size() && name.ends_with(ending);
 }
 
-std::shared_ptr<const DesktopEntry> DesktopEntries::entry(const char* path, const Stat& stat)
+std::shared_ptr<const DesktopEntry> DesktopEntryCache::entry(const char* path, const Stat& stat)
 {
     const auto locale = MessageLocale::ofEnvironment();
     heed(locale);
@@ -21,7 +21,7 @@ std::shared_ptr<const DesktopEntry> DesktopEntries::entry(const char* path, cons
         path, stat, [&locale](const std::string& bytes) { return DesktopEntry(bytes, locale); });
 }
 
-void DesktopEntries::heed(const MessageLocale& locale)
+void DesktopEntryCache::heed(const MessageLocale& locale)
 {
     std::lock_guard lock(_mutex);
     if (_locale == locale.text())

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Presentation/AliasResolution.h"
+#include "ZEFFilesystemTools/Platform/Presentation/LinkFollower.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
@@ -21,7 +21,7 @@ constexpr unsigned mostSteps = 16;
 
 } // namespace
 
-std::int16_t AliasResolution::follow(ObjectPlace& place)
+std::int16_t LinkFollower::follow(ObjectPlace& place)
 {
     for (_steps = 0;; ++_steps) {
         FileURL next;
@@ -37,7 +37,7 @@ std::int16_t AliasResolution::follow(ObjectPlace& place)
 }
 
 // Leaves `next` nil at the end of the way.
-std::int16_t AliasResolution::nextPlace(const ObjectPlace& place, FileURL& next) const
+std::int16_t LinkFollower::nextPlace(const ObjectPlace& place, FileURL& next) const
 {
     if (place.stat().isSymlink())
         return targetOfLink(place, next);
@@ -45,7 +45,7 @@ std::int16_t AliasResolution::nextPlace(const ObjectPlace& place, FileURL& next)
                                                    : CatalogResult::noError;
 }
 
-std::int16_t AliasResolution::targetOfLink(const ObjectPlace& link, FileURL& target) const
+std::int16_t LinkFollower::targetOfLink(const ObjectPlace& link, FileURL& target) const
 {
     std::array<char, PATH_MAX> bytes;
     const auto length = ::readlink(link.path(), bytes.data(), bytes.size());
@@ -58,15 +58,15 @@ std::int16_t AliasResolution::targetOfLink(const ObjectPlace& link, FileURL& tar
     return enter(std::move(path.append(text)), target);
 }
 
-std::int16_t AliasResolution::targetOfAliasFile(const ObjectPlace& file, FileURL& target) const
+std::int16_t LinkFollower::targetOfAliasFile(const ObjectPlace& file, FileURL& target) const
 {
-    if (!DesktopEntries::isNameOfEntry(file.url().name()))
+    if (!DesktopEntryCache::isNameOfEntry(file.url().name()))
         return CatalogResult::noError;
     const auto entry = _entries.entry(file.path(), file.stat());
     return entry && entry->isAlias() ? enter(entry->target(), target) : CatalogResult::noError;
 }
 
-std::int16_t AliasResolution::enter(std::string path, FileURL& target) const
+std::int16_t LinkFollower::enter(std::string path, FileURL& target) const
 {
     // Asked before ".." is taken out as well, because that looks at folders.
     if (_automountPoints.areAbove(path))

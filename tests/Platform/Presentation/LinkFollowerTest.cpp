@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Presentation/AliasResolution.h"
+#include "ZEFFilesystemTools/Platform/Presentation/LinkFollower.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 
@@ -16,17 +16,17 @@
 
 namespace {
 
-using Follows = zef::AliasResolution::Follows;
+using Follows = zef::LinkFollower::Follows;
 using Result = zef::CatalogResult;
 
-class AliasResolutionTest : public testing::Test {
+class LinkFollowerTest : public testing::Test {
 protected:
-    ~AliasResolutionTest() override { EXPECT_TRUE(log.lines().empty()); }
+    ~LinkFollowerTest() override { EXPECT_TRUE(log.lines().empty()); }
 
     std::int16_t follow(std::string_view name, Follows follows = Follows::linksAndAliasFiles)
     {
         EXPECT_EQ(place.lookAt(folder.url(name)), Result::noError);
-        zef::AliasResolution resolution(entries, automountPoints, follows);
+        zef::LinkFollower resolution(entries, automountPoints, follows);
         const auto result = resolution.follow(place);
         hasFollowed = resolution.hasFollowed();
         return result;
@@ -57,14 +57,14 @@ protected:
 
     TemporaryFolder folder;
     LogRecorder log;
-    zef::DesktopEntries entries;
+    zef::DesktopEntryCache entries;
     std::vector<zef::Mount> mounts;
     zef::AutomountPoints automountPoints{ [this] { return mounts; } };
     zef::ObjectPlace place;
     bool hasFollowed = false;
 };
 
-TEST_F(AliasResolutionTest, StaysAtWhatLeadsNowhereElse)
+TEST_F(LinkFollowerTest, StaysAtWhatLeadsNowhereElse)
 {
     folder.write("file");
     folder.makeFolder("folder");
@@ -76,7 +76,7 @@ TEST_F(AliasResolutionTest, StaysAtWhatLeadsNowhereElse)
     }
 }
 
-TEST_F(AliasResolutionTest, FollowsALink)
+TEST_F(LinkFollowerTest, FollowsALink)
 {
     folder.write("file");
     folder.symlink("file", "relative");
@@ -89,7 +89,7 @@ TEST_F(AliasResolutionTest, FollowsALink)
     }
 }
 
-TEST_F(AliasResolutionTest, TakesARelativeTargetFromTheFolderOfTheLink)
+TEST_F(LinkFollowerTest, TakesARelativeTargetFromTheFolderOfTheLink)
 {
     folder.makeFolder("a");
     folder.makeFolder("b");
@@ -101,7 +101,7 @@ TEST_F(AliasResolutionTest, TakesARelativeTargetFromTheFolderOfTheLink)
     EXPECT_EQ(endOf("alias/link"), "b/file");
 }
 
-TEST_F(AliasResolutionTest, KeepsTheSpellingOfTheFolder)
+TEST_F(LinkFollowerTest, KeepsTheSpellingOfTheFolder)
 {
     folder.makeFolder("real");
     folder.write("real/file");
@@ -111,7 +111,7 @@ TEST_F(AliasResolutionTest, KeepsTheSpellingOfTheFolder)
     EXPECT_EQ(endOf("spelled/link"), "spelled/file");
 }
 
-TEST_F(AliasResolutionTest, FollowsLinksToFolders)
+TEST_F(LinkFollowerTest, FollowsLinksToFolders)
 {
     folder.makeFolder("folder");
     folder.makeFolder("folder/inner");
@@ -126,7 +126,7 @@ TEST_F(AliasResolutionTest, FollowsLinksToFolders)
     EXPECT_EQ(endOf("root"), "/");
 }
 
-TEST_F(AliasResolutionTest, FollowsAnAliasFile)
+TEST_F(LinkFollowerTest, FollowsAnAliasFile)
 {
     folder.write("a file");
     writeAlias("url.desktop", "file://" + folder.path("a%20file"));
@@ -137,7 +137,7 @@ TEST_F(AliasResolutionTest, FollowsAnAliasFile)
     EXPECT_TRUE(hasFollowed);
 }
 
-TEST_F(AliasResolutionTest, FollowsAliasFilesAndLinksByTurns)
+TEST_F(LinkFollowerTest, FollowsAliasFilesAndLinksByTurns)
 {
     folder.write("file");
     folder.symlink("file", "link");
@@ -148,7 +148,7 @@ TEST_F(AliasResolutionTest, FollowsAliasFilesAndLinksByTurns)
     EXPECT_EQ(endOf("first.desktop"), "file");
 }
 
-TEST_F(AliasResolutionTest, StaysAtAnAliasFileWhenOnlyLinksAreWanted)
+TEST_F(LinkFollowerTest, StaysAtAnAliasFileWhenOnlyLinksAreWanted)
 {
     folder.write("file");
     writeAlias("alias.desktop", folder.path("file"));
@@ -159,7 +159,7 @@ TEST_F(AliasResolutionTest, StaysAtAnAliasFileWhenOnlyLinksAreWanted)
     EXPECT_FALSE(hasFollowed);
 }
 
-TEST_F(AliasResolutionTest, StaysAtAnAliasFileWithAnotherName)
+TEST_F(LinkFollowerTest, StaysAtAnAliasFileWithAnotherName)
 {
     folder.write("file");
     writeAlias("alias.txt", folder.path("file"));
@@ -167,7 +167,7 @@ TEST_F(AliasResolutionTest, StaysAtAnAliasFileWithAnotherName)
     EXPECT_EQ(endOf("alias.txt"), "alias.txt");
 }
 
-TEST_F(AliasResolutionTest, StaysAtDesktopEntriesThatLeadToNoFile)
+TEST_F(LinkFollowerTest, StaysAtDesktopEntriesThatLeadToNoFile)
 {
     writeAlias("web.desktop", "https://example.org/");
     folder.write("app.desktop", "[Desktop Entry]\nType=Application\nURL=/etc\n");
@@ -177,7 +177,7 @@ TEST_F(AliasResolutionTest, StaysAtDesktopEntriesThatLeadToNoFile)
         EXPECT_EQ(endOf(name), name);
 }
 
-TEST_F(AliasResolutionTest, StaysAtAnAliasFileThatMayNotBeRead)
+TEST_F(LinkFollowerTest, StaysAtAnAliasFileThatMayNotBeRead)
 {
     writeAlias("alias.desktop", folder.path());
     folder.chmod("alias.desktop", 0);
@@ -186,7 +186,7 @@ TEST_F(AliasResolutionTest, StaysAtAnAliasFileThatMayNotBeRead)
     EXPECT_EQ(endOf("alias.desktop"), "alias.desktop");
 }
 
-TEST_F(AliasResolutionTest, MissesWhatIsNotThere)
+TEST_F(LinkFollowerTest, MissesWhatIsNotThere)
 {
     folder.write("file");
     folder.symlink("nowhere", "dangling");
@@ -200,7 +200,7 @@ TEST_F(AliasResolutionTest, MissesWhatIsNotThere)
         EXPECT_EQ(follow(name), Result::notFound) << name;
 }
 
-TEST_F(AliasResolutionTest, MayNotGoThroughAFolderThatMayNotBeSearched)
+TEST_F(LinkFollowerTest, MayNotGoThroughAFolderThatMayNotBeSearched)
 {
     folder.makeFolder("closed");
     folder.write("closed/file");
@@ -211,7 +211,7 @@ TEST_F(AliasResolutionTest, MayNotGoThroughAFolderThatMayNotBeSearched)
     EXPECT_EQ(follow("link"), Result::accessDenied);
 }
 
-TEST_F(AliasResolutionTest, GoesSixteenStepsAndNoFurther)
+TEST_F(LinkFollowerTest, GoesSixteenStepsAndNoFurther)
 {
     makeLinks(17);
 
@@ -219,7 +219,7 @@ TEST_F(AliasResolutionTest, GoesSixteenStepsAndNoFurther)
     EXPECT_EQ(follow("link 0"), Result::ioError);
 }
 
-TEST_F(AliasResolutionTest, EndsInCircles)
+TEST_F(LinkFollowerTest, EndsInCircles)
 {
     folder.symlink("self", "self");
     folder.symlink("pong", "ping");
@@ -232,7 +232,7 @@ TEST_F(AliasResolutionTest, EndsInCircles)
         EXPECT_EQ(follow(name), Result::ioError) << name;
 }
 
-TEST_F(AliasResolutionTest, EndsWhenTheWayGrowsWithEachStep)
+TEST_F(LinkFollowerTest, EndsWhenTheWayGrowsWithEachStep)
 {
     folder.symlink(".", "here");
     folder.symlink("here/grow", "grow");
@@ -242,14 +242,14 @@ TEST_F(AliasResolutionTest, EndsWhenTheWayGrowsWithEachStep)
     EXPECT_EQ(follow("climb"), Result::notFound);
 }
 
-TEST_F(AliasResolutionTest, FollowsNoTargetThatIsTooLong)
+TEST_F(LinkFollowerTest, FollowsNoTargetThatIsTooLong)
 {
     writeAlias("alias.desktop", "/" + std::string(5000, 'x'));
 
     EXPECT_EQ(follow("alias.desktop"), Result::ioError);
 }
 
-TEST_F(AliasResolutionTest, LooksAtNothingThatWouldHaveToBeMounted)
+TEST_F(LinkFollowerTest, LooksAtNothingThatWouldHaveToBeMounted)
 {
     folder.makeFolder("net");
     folder.makeFolder("net/host");
@@ -268,7 +268,7 @@ TEST_F(AliasResolutionTest, LooksAtNothingThatWouldHaveToBeMounted)
     EXPECT_EQ(endOf("link"), "net/host/file");
 }
 
-TEST_F(AliasResolutionTest, KeepsEveryByteOfATarget)
+TEST_F(LinkFollowerTest, KeepsEveryByteOfATarget)
 {
     folder.write("\xFF\n%41 ?#");
     folder.symlink("\xFF\n%41 ?#", "link");

@@ -18,10 +18,10 @@ namespace zef {
 /// The lists of the last few folders are kept; a question costs one look at the disk, which serves
 /// for all that are asked of the folder within a moment, and for a name with a dot none. Any
 /// thread.
-class HiddenLists {
+class HiddenListCache {
 public:
     /// `clock` is borrowed and should be the one that the files' stamps come from.
-    explicit HiddenLists(Clock& clock = Clock::system())
+    explicit HiddenListCache(Clock& clock = Clock::system())
         : _lists(clock)
     {
     }

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
+#include "ZEFFilesystemTools/Platform/Presentation/LinuxFileInformation.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
-#include "ZEFFilesystemTools/Platform/Presentation/AliasResolution.h"
 #include "ZEFFilesystemTools/Platform/Presentation/DisplayName.h"
-#include "ZEFFilesystemTools/Platform/Presentation/LinuxFileInformation.h"
+#include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
+#include "ZEFFilesystemTools/Platform/Presentation/LinkFollower.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
@@ -26,7 +26,7 @@ std::string_view typeOfEntry(const DesktopEntry* entry)
 // Links and folders never are entries, whatever they are called.
 bool mayBeEntry(const FileInformation::Object& object, std::string_view name)
 {
-    return !object.isSymlink && !object.ref.isFolder() && DesktopEntries::isNameOfEntry(name);
+    return !object.isSymlink && !object.ref.isFolder() && DesktopEntryCache::isNameOfEntry(name);
 }
 
 std::string typeByName(const FSRef& ref, std::string_view name)
@@ -147,7 +147,7 @@ std::string LinuxFileInformation::copyDisplayNameAtPath(const std::string& path)
     const auto name = takeName(rest);
     PathBytes bytes;
     Stat stat;
-    const bool mayBeRead = DesktopEntries::isNameOfEntry(name)
+    const bool mayBeRead = DesktopEntryCache::isNameOfEntry(name)
         && path.find('\0') == std::string::npos && bytes.append(rest)
         && FileSystem::shared().statLink(bytes.text(), stat) == 0;
     return mayBeRead ? nameToShow(name, bytes.text(), stat) : displayNameOfBytes(name);
@@ -156,7 +156,8 @@ std::string LinuxFileInformation::copyDisplayNameAtPath(const std::string& path)
 std::string LinuxFileInformation::nameToShow(
     std::string_view name, const char* path, const Stat& stat)
 {
-    const auto entry = DesktopEntries::isNameOfEntry(name) ? _entries.entry(path, stat) : nullptr;
+    const auto entry = DesktopEntryCache::isNameOfEntry(name) ? _entries.entry(path, stat)
+                                                              : nullptr;
     return entry && !entry->name().empty() ? entry->name() : displayNameOfBytes(name);
 }
 
@@ -167,8 +168,7 @@ std::int16_t LinuxFileInformation::resolveAliasFile(
     auto result = place.find(ref, url);
     if (result != CatalogResult::noError)
         return result;
-    AliasResolution resolution(
-        _entries, _automountPoints, AliasResolution::Follows::linksAndAliasFiles);
+    LinkFollower resolution(_entries, _automountPoints, LinkFollower::Follows::linksAndAliasFiles);
     result = resolution.follow(place);
     if (result != CatalogResult::noError)
         return result;
@@ -189,7 +189,7 @@ std::int16_t LinuxFileInformation::copyTargetOfURL(const FileURL& url, FSRef& re
     ObjectPlace place;
     auto result = place.lookAt(url);
     if (result == CatalogResult::noError)
-        result = AliasResolution(_entries, _automountPoints, AliasResolution::Follows::links)
+        result = LinkFollower(_entries, _automountPoints, LinkFollower::Follows::links)
                      .follow(place);
     return result == CatalogResult::noError ? copyPlace(place, ref, target) : result;
 }

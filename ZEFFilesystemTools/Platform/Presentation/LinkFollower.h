@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
-#include "ZEFFilesystemTools/Platform/Presentation/DesktopEntries.h"
+#include "ZEFFilesystemTools/Platform/Presentation/DesktopEntryCache.h"
 #include "ZEFFilesystemTools/Platform/Volumes/AutomountPoints.h"
 
 #include <cstdint>
@@ -12,12 +12,12 @@ namespace zef {
 
 /// Follows links, and alias files if wanted, from one place to the next until there is nothing
 /// more to follow. It only looks: nothing is started or mounted. One thread.
-class AliasResolution {
+class LinkFollower {
 public:
     enum class Follows { links, linksAndAliasFiles };
 
     /// `entries` and `automountPoints` are borrowed.
-    AliasResolution(DesktopEntries& entries, AutomountPoints& automountPoints, Follows follows)
+    LinkFollower(DesktopEntryCache& entries, AutomountPoints& automountPoints, Follows follows)
         : _entries(entries)
         , _automountPoints(automountPoints)
         , _follows(follows)
@@ -38,7 +38,7 @@ private:
     std::int16_t targetOfAliasFile(const ObjectPlace& file, FileURL& target) const;
     std::int16_t enter(std::string path, FileURL& target) const;
 
-    DesktopEntries& _entries;
+    DesktopEntryCache& _entries;
     AutomountPoints& _automountPoints;
     Follows _follows;
     unsigned _steps = 0;
