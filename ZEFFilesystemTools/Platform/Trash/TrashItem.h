@@ -3,8 +3,8 @@
 
 #include "ZEFFilesystemTools/Platform/Disk/ObjectDescriptor.h"
 #include "ZEFFilesystemTools/Platform/Time/Date.h"
-#include "ZEFFilesystemTools/Platform/Trash/TrashFolder.h"
-#include "ZEFFilesystemTools/Platform/Trash/TrashPlace.h"
+#include "ZEFFilesystemTools/Platform/Trash/OpenTrash.h"
+#include "ZEFFilesystemTools/Platform/Trash/SourceFolder.h"
 
 #include <cstddef>
 #include <string>
@@ -17,11 +17,11 @@ class TrashItem {
 public:
     /// The entry `name` of `folder`, which `stat` describes; `index` is its place in the request.
     /// `folder` and `place` are borrowed.
-    TrashItem(std::size_t index, TrashFolder& folder, std::string name, const Stat& stat,
-        TrashPlace& place);
+    TrashItem(std::size_t index, SourceFolder& folder, std::string name, const Stat& stat,
+        OpenTrash& place);
 
     std::size_t index() const { return _index; }
-    TrashFolder& folder() const { return *_folder; }
+    SourceFolder& folder() const { return *_folder; }
     ObjectNumbers numbers() const { return ObjectNumbers::of(_stat); }
     bool isFolder() const { return _stat.isFolder(); }
 
@@ -43,8 +43,8 @@ private:
     void removeInfo();
 
     std::size_t _index;
-    TrashFolder* _folder;
-    TrashPlace* _place;
+    SourceFolder* _folder;
+    OpenTrash* _place;
     std::string _name;
     Stat _stat;
     /// Empty while it has no record.

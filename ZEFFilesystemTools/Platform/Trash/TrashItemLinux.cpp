@@ -37,7 +37,7 @@ bool areSame(const Stat& one, const Stat& other)
 } // namespace
 
 TrashItem::TrashItem(
-    std::size_t index, TrashFolder& folder, std::string name, const Stat& stat, TrashPlace& place)
+    std::size_t index, SourceFolder& folder, std::string name, const Stat& stat, OpenTrash& place)
     : _index(index)
     , _folder(&folder)
     , _place(&place)

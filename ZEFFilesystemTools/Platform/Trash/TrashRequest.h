@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Trash/OpenTrashes.h"
 #include "ZEFFilesystemTools/Platform/Trash/TrashEntry.h"
 #include "ZEFFilesystemTools/Platform/Trash/TrashItem.h"
-#include "ZEFFilesystemTools/Platform/Trash/TrashPlaces.h"
 #include "ZEFFilesystemTools/Platform/Trash/TrashRefusal.h"
 #include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
 
@@ -34,10 +34,10 @@ private:
 
     TrashProblem add(const TrashEntry& entry, std::size_t index);
     TrashProblem addAt(const FileURL& url, const TrashEntry& entry, std::size_t index);
-    TrashProblem open(const FileURL& url, TrashFolder*& folder);
-    TrashProblem check(TrashFolder& folder, const std::string& name, const Stat& stat,
-        std::uint64_t mountID, TrashPlace*& place);
-    TrashProblem checkFolder(const TrashFolder& folder, const std::string& name, const Stat& stat);
+    TrashProblem open(const FileURL& url, SourceFolder*& folder);
+    TrashProblem check(SourceFolder& folder, const std::string& name, const Stat& stat,
+        std::uint64_t mountID, OpenTrash*& place);
+    TrashProblem checkFolder(const SourceFolder& folder, const std::string& name, const Stat& stat);
     bool isMountedBelow(const std::string& path);
     void dropCovered();
 
@@ -47,10 +47,10 @@ private:
     bool refuse(std::size_t index, TrashProblem problem);
 
     TrashRefusal& _refusal;
-    TrashPlaces _places;
+    OpenTrashes _places;
     /// By the path in the item's URL; only the last one that was used is open.
-    std::unordered_map<std::string, std::unique_ptr<TrashFolder>> _folders;
-    TrashFolder* _openFolder = nullptr;
+    std::unordered_map<std::string, std::unique_ptr<SourceFolder>> _folders;
+    SourceFolder* _openFolder = nullptr;
     std::vector<TrashItem> _items;
     std::optional<std::vector<Mount>> _mounts;
     Date _date;

@@ -48,7 +48,7 @@ bool isObject(const FSRef& ref, const Stat& stat, int folder, const std::string&
     return ref.hasHandle() && handleAt(folder, name.c_str()) == ref.handle();
 }
 
-bool isMountPoint(const TrashFolder& folder, const Stat& stat, std::uint64_t mountID)
+bool isMountPoint(const SourceFolder& folder, const Stat& stat, std::uint64_t mountID)
 {
     return mountID ? mountID != folder.mountID() : stat.device != folder.numbers().device;
 }
@@ -88,7 +88,7 @@ TrashProblem TrashRequest::add(const TrashEntry& entry, std::size_t index)
 // ESTALE when the object isn't there.
 TrashProblem TrashRequest::addAt(const FileURL& url, const TrashEntry& entry, std::size_t index)
 {
-    TrashFolder* folder = nullptr;
+    SourceFolder* folder = nullptr;
     const std::string name(url.name());
     if (!url)
         return { .error = ESTALE };
@@ -103,19 +103,19 @@ TrashProblem TrashRequest::addAt(const FileURL& url, const TrashEntry& entry, st
         return { .error = ESTALE };
     if (error)
         return { .error = error };
-    TrashPlace* place = nullptr;
+    OpenTrash* place = nullptr;
     if (const auto problem = check(*folder, name, stat, mountID, place))
         return problem;
     _items.emplace_back(index, *folder, name, stat, *place);
     return {};
 }
 
-TrashProblem TrashRequest::open(const FileURL& url, TrashFolder*& folder)
+TrashProblem TrashRequest::open(const FileURL& url, SourceFolder*& folder)
 {
     auto path = url.deletingLastPathComponent().path();
     auto& known = _folders[path];
     if (!known)
-        known = std::make_unique<TrashFolder>(std::move(path));
+        known = std::make_unique<SourceFolder>(std::move(path));
     if (_openFolder && _openFolder != known.get())
         _openFolder->close();
     _openFolder = known.get();
@@ -124,8 +124,8 @@ TrashProblem TrashRequest::open(const FileURL& url, TrashFolder*& folder)
     return { .error = error == ENOENT || error == ENOTDIR ? ESTALE : error };
 }
 
-TrashProblem TrashRequest::check(TrashFolder& folder, const std::string& name, const Stat& stat,
-    std::uint64_t mountID, TrashPlace*& place)
+TrashProblem TrashRequest::check(SourceFolder& folder, const std::string& name, const Stat& stat,
+    std::uint64_t mountID, OpenTrash*& place)
 {
     if (name.empty())
         return { .error = EBUSY, .text = "it is the root of all files" };
@@ -143,10 +143,10 @@ TrashProblem TrashRequest::check(TrashFolder& folder, const std::string& name, c
 }
 
 TrashProblem TrashRequest::checkFolder(
-    const TrashFolder& folder, const std::string& name, const Stat& stat)
+    const SourceFolder& folder, const std::string& name, const Stat& stat)
 {
     if (_places.contains(ObjectNumbers::of(stat))
-        || (folder.ascent().startsAtTop() && TrashPlace::isNameOfTrash(name)))
+        || (folder.ascent().startsAtTop() && OpenTrash::isNameOfTrash(name)))
         return { .error = EBUSY, .text = "the trash is in it" };
     // Its "..", too, gets another value.
     if (::faccessat(folder.descriptor(), name.c_str(), W_OK, AT_EACCESS | AT_SYMLINK_NOFOLLOW) != 0)

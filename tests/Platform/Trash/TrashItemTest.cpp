@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Trash/TrashItem.h"
 
-#include "ZEFFilesystemTools/Platform/Trash/TrashPlaces.h"
+#include "ZEFFilesystemTools/Platform/Trash/OpenTrashes.h"
 
 #include "tests/support/TrashFixture.h"
 
@@ -17,7 +17,7 @@ class TrashItemTest : public TrashFixture {
 protected:
     void SetUp() override
     {
-        zef::TrashPlace* place = nullptr;
+        zef::OpenTrash* place = nullptr;
         zef::Stat stat;
         folder.write("files/a", "a");
         ASSERT_EQ(from.open(), 0);
@@ -28,8 +28,8 @@ protected:
     }
 
     const zef::Date date{ 0 };
-    zef::TrashPlaces places;
-    zef::TrashFolder from{ folder.path("files") };
+    zef::OpenTrashes places;
+    zef::SourceFolder from{ folder.path("files") };
     std::unique_ptr<zef::TrashItem> item;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Trash/TrashPlace.h"
+#include "ZEFFilesystemTools/Platform/Trash/OpenTrash.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Trash/TrashInfo.h"
@@ -86,14 +86,14 @@ TrashProblem unusable(int error)
 
 } // namespace
 
-TrashPlace::TrashPlace(Ref<ObjectDescriptor> files, Ref<ObjectDescriptor> infos, std::string top)
+OpenTrash::OpenTrash(Ref<ObjectDescriptor> files, Ref<ObjectDescriptor> infos, std::string top)
     : _files(std::move(files))
     , _infos(std::move(infos))
     , _top(std::move(top))
 {
 }
 
-TrashProblem TrashPlace::openHome(const std::string& path, std::unique_ptr<TrashPlace>& place)
+TrashProblem OpenTrash::openHome(const std::string& path, std::unique_ptr<OpenTrash>& place)
 {
     makeFolders(path);
     const int descriptor = DescriptorReserve::shared().openAt(
@@ -103,8 +103,7 @@ TrashProblem TrashPlace::openHome(const std::string& path, std::unique_ptr<Trash
     return open(makeRef<ObjectDescriptor>(descriptor), {}, place);
 }
 
-TrashProblem TrashPlace::openOnVolume(
-    const ObjectDescriptor& top, std::unique_ptr<TrashPlace>& place)
+TrashProblem OpenTrash::openOnVolume(const ObjectDescriptor& top, std::unique_ptr<OpenTrash>& place)
 {
     PathBytes path;
     if (!top.currentPath(path))
@@ -123,8 +122,8 @@ TrashProblem TrashPlace::openOnVolume(
     return open(trash, std::string(path.view()), place);
 }
 
-TrashProblem TrashPlace::open(
-    const Ref<ObjectDescriptor>& trash, std::string top, std::unique_ptr<TrashPlace>& place)
+TrashProblem OpenTrash::open(
+    const Ref<ObjectDescriptor>& trash, std::string top, std::unique_ptr<OpenTrash>& place)
 {
     if (!isOwn(*trash))
         return { .error = EPERM, .text = "the trash of its volume belongs to another user" };
@@ -140,8 +139,8 @@ TrashProblem TrashPlace::open(
         if (::faccessat(folder->descriptor(), ".", W_OK | X_OK, AT_EACCESS) != 0)
             return unusable(errno);
     }
-    std::unique_ptr<TrashPlace> opened(
-        new TrashPlace(std::move(files), std::move(infos), std::move(top)));
+    std::unique_ptr<OpenTrash> opened(
+        new OpenTrash(std::move(files), std::move(infos), std::move(top)));
     if (const int error = opened->_ascent.climb(trash))
         return { .error = error };
     opened->_ascent.closeTop();
@@ -149,12 +148,12 @@ TrashProblem TrashPlace::open(
     return {};
 }
 
-bool TrashPlace::isNameOfTrash(std::string_view name)
+bool OpenTrash::isNameOfTrash(std::string_view name)
 {
     return name == nameOfShared || name == nameOfOwn();
 }
 
-int TrashPlace::writeInfo(
+int OpenTrash::writeInfo(
     const std::string& path, const std::string& name, Date date, std::string& chosen)
 {
     const TrashName names(name);
@@ -168,7 +167,7 @@ int TrashPlace::writeInfo(
     return error;
 }
 
-std::string_view TrashPlace::recordedPath(std::string_view path) const
+std::string_view OpenTrash::recordedPath(std::string_view path) const
 {
     if (_top.empty())
         return path;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Trash/TrashPlaces.h"
+#include "ZEFFilesystemTools/Platform/Trash/OpenTrashes.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Paths/DataHome.h"
@@ -29,7 +29,7 @@ Ref<ObjectDescriptor> openNearest(std::string& path)
 
 } // namespace
 
-TrashPlaces::TrashPlaces()
+OpenTrashes::OpenTrashes()
 {
     const auto folder = dataHome();
     if (folder.empty())
@@ -38,7 +38,7 @@ TrashPlaces::TrashPlaces()
     lookForHome();
 }
 
-void TrashPlaces::lookForHome()
+void OpenTrashes::lookForHome()
 {
     auto path = _homePath;
     const auto nearest = openNearest(path);
@@ -51,26 +51,26 @@ void TrashPlaces::lookForHome()
     _hasHomeTrash = path == _homePath;
 }
 
-TrashProblem TrashPlaces::find(const TrashFolder& folder, TrashPlace*& place)
+TrashProblem OpenTrashes::find(const SourceFolder& folder, OpenTrash*& place)
 {
     auto& found = _places[{ folder.mountID(), folder.numbers().device }];
     TrashProblem problem;
     if (!found && isOnVolumeOfHome(folder))
-        problem = TrashPlace::openHome(_homePath, found);
+        problem = OpenTrash::openHome(_homePath, found);
     else if (!found && folder.ascent().isInNestedVolume())
         problem = { .error = EXDEV, .text = "its volume has no trash" };
     else if (!found)
-        problem = TrashPlace::openOnVolume(*folder.ascent().top(), found);
+        problem = OpenTrash::openOnVolume(*folder.ascent().top(), found);
     place = found.get();
     return problem;
 }
 
-bool TrashPlaces::isOnVolumeOfHome(const TrashFolder& folder) const
+bool OpenTrashes::isOnVolumeOfHome(const SourceFolder& folder) const
 {
     return !_homePath.empty() && _homeVolume == Volume(folder.mountID(), folder.numbers().device);
 }
 
-bool TrashPlaces::isInTrash(const FolderAscent& ascent) const
+bool OpenTrashes::isInTrash(const FolderAscent& ascent) const
 {
     if (_hasHomeTrash && ascent.contains(_homeAscent.folders().front()))
         return true;
@@ -79,7 +79,7 @@ bool TrashPlaces::isInTrash(const FolderAscent& ascent) const
     });
 }
 
-bool TrashPlaces::contains(const ObjectNumbers& folder) const
+bool OpenTrashes::contains(const ObjectNumbers& folder) const
 {
     return _homeAscent.contains(folder)
         || std::any_of(_places.begin(), _places.end(), [&](const auto& entry) {
@@ -87,7 +87,7 @@ bool TrashPlaces::contains(const ObjectNumbers& folder) const
            });
 }
 
-int TrashPlaces::synchronise()
+int OpenTrashes::synchronise()
 {
     for (auto& [volume, place] : _places) {
         if (const int error = place ? place->infos().synchronise() : 0)

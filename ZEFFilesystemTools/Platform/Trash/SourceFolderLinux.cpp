@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Trash/TrashFolder.h"
+#include "ZEFFilesystemTools/Platform/Trash/SourceFolder.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 
@@ -12,12 +12,12 @@
 
 namespace zef {
 
-TrashFolder::TrashFolder(std::string path)
+SourceFolder::SourceFolder(std::string path)
     : _path(std::move(path))
 {
 }
 
-int TrashFolder::open()
+int SourceFolder::open()
 {
     if (_folder)
         return 0;
@@ -39,13 +39,13 @@ int TrashFolder::open()
     return 0;
 }
 
-void TrashFolder::close()
+void SourceFolder::close()
 {
     _folder = nullptr;
     _ascent.closeTop();
 }
 
-TrashProblem TrashFolder::examine()
+TrashProblem SourceFolder::examine()
 {
     if (_isGood)
         return {};
@@ -61,14 +61,14 @@ TrashProblem TrashFolder::examine()
     return {};
 }
 
-bool TrashFolder::isOthersStickyFolder() const
+bool SourceFolder::isOthersStickyFolder() const
 {
     struct stat info { };
     return ::fstatat(descriptor(), "", &info, AT_EMPTY_PATH) == 0 && info.st_mode & S_ISVTX
         && info.st_uid != ::geteuid();
 }
 
-std::string TrashFolder::pathOfEntry(std::string_view name) const
+std::string SourceFolder::pathOfEntry(std::string_view name) const
 {
     auto path = _pathWithoutLinks;
     if (!path.ends_with('/'))

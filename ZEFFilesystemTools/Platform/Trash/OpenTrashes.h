@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Trash/TrashFolder.h"
-#include "ZEFFilesystemTools/Platform/Trash/TrashPlace.h"
+#include "ZEFFilesystemTools/Platform/Trash/OpenTrash.h"
+#include "ZEFFilesystemTools/Platform/Trash/SourceFolder.h"
 
 #include <map>
 #include <memory>
@@ -12,14 +12,14 @@
 namespace zef {
 
 /// The trashes that one request needs, opened when they are first asked for. One thread at a time.
-class TrashPlaces {
+class OpenTrashes {
 public:
     /// Finds out where the user's home trash is, or would be.
-    TrashPlaces();
+    OpenTrashes();
 
     /// The trash for files in `folder`, which is open and examined: a file goes there by a mere
     /// change of its path. Borrowed.
-    TrashProblem find(const TrashFolder& folder, TrashPlace*& place);
+    TrashProblem find(const SourceFolder& folder, OpenTrash*& place);
 
     /// Whether the way up leads through one of these trashes.
     bool isInTrash(const FolderAscent& ascent) const;
@@ -34,7 +34,7 @@ private:
     using Volume = std::pair<std::uint64_t, std::uint32_t>; // mount and device
 
     void lookForHome();
-    bool isOnVolumeOfHome(const TrashFolder& folder) const;
+    bool isOnVolumeOfHome(const SourceFolder& folder) const;
 
     /// Empty when the user has no home.
     std::string _homePath;
@@ -42,7 +42,7 @@ private:
     FolderAscent _homeAscent;
     Volume _homeVolume;
     bool _hasHomeTrash = false;
-    std::map<Volume, std::unique_ptr<TrashPlace>> _places;
+    std::map<Volume, std::unique_ptr<OpenTrash>> _places;
 };
 
 } // namespace zef

@@ -17,15 +17,15 @@ namespace zef {
 /// One trash of this user, opened: the one in the home folder or one of a volume. Everything is
 /// done relative to its opened folders, which are the user's own and no links. One thread at a
 /// time.
-class TrashPlace {
+class OpenTrash {
 public:
     /// Opens the trash at `path`, made with the folders above it where there is none. `path` may be
     /// a link to it: nobody but the user can make one there.
-    static TrashProblem openHome(const std::string& path, std::unique_ptr<TrashPlace>& place);
+    static TrashProblem openHome(const std::string& path, std::unique_ptr<OpenTrash>& place);
 
     /// Opens a volume's trash in its highest folder: `.Trash/UID` where the administrator made a
     /// fit `.Trash`, otherwise `.Trash-UID`, which is made where there is none.
-    static TrashProblem openOnVolume(const ObjectDescriptor& top, std::unique_ptr<TrashPlace>&);
+    static TrashProblem openOnVolume(const ObjectDescriptor& top, std::unique_ptr<OpenTrash>&);
 
     /// Whether a volume's trashes have such a name in its highest folder.
     static bool isNameOfTrash(std::string_view name);
@@ -42,10 +42,10 @@ public:
     const FolderAscent& ascent() const { return _ascent; }
 
 private:
-    TrashPlace(Ref<ObjectDescriptor> files, Ref<ObjectDescriptor> infos, std::string top);
+    OpenTrash(Ref<ObjectDescriptor> files, Ref<ObjectDescriptor> infos, std::string top);
 
     static TrashProblem open(
-        const Ref<ObjectDescriptor>& trash, std::string top, std::unique_ptr<TrashPlace>& place);
+        const Ref<ObjectDescriptor>& trash, std::string top, std::unique_ptr<OpenTrash>& place);
     std::string_view recordedPath(std::string_view path) const;
 
     Ref<ObjectDescriptor> _files;

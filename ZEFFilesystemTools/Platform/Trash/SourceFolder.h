@@ -10,10 +10,10 @@
 namespace zef {
 
 /// A folder that files are to be moved out of. One thread at a time.
-class TrashFolder {
+class SourceFolder {
 public:
     /// `path` may lead through links.
-    explicit TrashFolder(std::string path);
+    explicit SourceFolder(std::string path);
 
     /// Opens the folder, for the first time or anew: then it has to be the same one. Once open it
     /// stays so until `close`. 0 or an errno value.
