@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
+#include "ZEFFilesystemTools/FileItems/ZEFFileNumbers.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/Disk/WideInode.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 

@@ -2,10 +2,10 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileItemClass.h"
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileNumbers.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/Disk/WideInode.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 

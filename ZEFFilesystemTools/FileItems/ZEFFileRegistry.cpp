@@ -2,8 +2,8 @@
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileNumbers.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
-#include "ZEFFilesystemTools/Platform/Disk/WideInode.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 
 #include <atomic>

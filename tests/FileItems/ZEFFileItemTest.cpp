@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/WideInode.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileNumbers.h"
 
 #include "tests/support/FakeFileItemFixture.h"
 #include "tests/support/RecordingFileItem.h"

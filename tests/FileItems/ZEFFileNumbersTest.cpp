@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Disk/WideInode.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileNumbers.h"
 
 #include <gtest/gtest.h>
 
@@ -23,14 +23,14 @@ std::uint64_t inodeOfKey(std::uint64_t key)
     return low | middle << 16 | upper << 32 | top << 48;
 }
 
-TEST(WideInodeTest, ShiftsAndRepeatsNumbersOf32Bits)
+TEST(ZEFFileNumbersTest, ShiftsAndRepeatsNumbersOf32Bits)
 {
     for (const auto inode : narrowInodes)
         EXPECT_EQ(zef::registryKeyOfInode(inode), (inode << 16) | (inode >> 16)) << inode;
     EXPECT_EQ(zef::registryKeyOfInode(0x12345678), 0x123456781234u);
 }
 
-TEST(WideInodeTest, GivesEveryNumberAKeyOfItsOwn)
+TEST(ZEFFileNumbersTest, GivesEveryNumberAKeyOfItsOwn)
 {
     std::mt19937_64 random(1);
     for (const auto inode : wideInodes)
@@ -41,7 +41,7 @@ TEST(WideInodeTest, GivesEveryNumberAKeyOfItsOwn)
     }
 }
 
-TEST(WideInodeTest, TellsNeighboursOnALargeVolumeApart)
+TEST(ZEFFileNumbersTest, TellsNeighboursOnALargeVolumeApart)
 {
     std::set<std::uint64_t> keys;
     for (std::uint64_t inode = 0x680000000; inode < 0x680000000 + 100000; ++inode)
@@ -50,14 +50,14 @@ TEST(WideInodeTest, TellsNeighboursOnALargeVolumeApart)
     EXPECT_EQ(keys.size(), 100000u);
 }
 
-TEST(WideInodeTest, HasAKeyOfZeroForNumberZeroOnly)
+TEST(ZEFFileNumbersTest, HasAKeyOfZeroForNumberZeroOnly)
 {
     EXPECT_EQ(zef::registryKeyOfInode(0), 0u);
     for (int shift = 0; shift < 64; ++shift)
         EXPECT_NE(zef::registryKeyOfInode(std::uint64_t{ 1 } << shift), 0u);
 }
 
-TEST(WideInodeTest, HashesNumbersOf32BitsByRotation)
+TEST(ZEFFileNumbersTest, HashesNumbersOf32BitsByRotation)
 {
     constexpr std::uint32_t device = 0xfd000001;
     for (const auto inode : narrowInodes) {
@@ -67,7 +67,7 @@ TEST(WideInodeTest, HashesNumbersOf32BitsByRotation)
     EXPECT_EQ(zef::hashOfFile(0x12345678, 0), 0x56781234u);
 }
 
-TEST(WideInodeTest, LetsTheUpperHalfCountInTheHash)
+TEST(ZEFFileNumbersTest, LetsTheUpperHalfCountInTheHash)
 {
     EXPECT_NE(zef::hashOfFile(0x100000002, 5), zef::hashOfFile(2, 5));
     EXPECT_EQ(zef::hashOfFile(0x100000002, 5), 0x00030000u ^ 5u);
