@@ -112,7 +112,8 @@ std::string ZEFBasicInfoFileItem::makeType()
     zef::FSRef ref;
     std::string type;
     if (ZEF_copyReference(ref)
-        && zef::FileInformation::shared().copyContentType({ ref, url(), isSymlink() }, type) == 0
+        && zef::FileInformation::shared().copyContentType({ ref, url(), isSymlink() }, type)
+            == zef::FileError::none
         && !type.empty())
         return type;
     const auto name = fileName();
@@ -135,9 +136,11 @@ std::string ZEFBasicInfoFileItem::makeResolvedType()
     std::string type;
     const auto error = zef::FileInformation::shared().copyContentType(
         { resolution->ref, resolution->url }, type);
-    if (error)
-        zef::log("Error %d getting resolved UTI for file %s", error, shown(url()).c_str());
-    return error || type.empty() ? uti() : type;
+    const bool isKnown = error == zef::FileError::none;
+    if (!isKnown)
+        zef::log(
+            "Error %d getting resolved UTI for file %s", numberOf(error), shown(url()).c_str());
+    return isKnown && !type.empty() ? type : uti();
 }
 
 bool ZEFBasicInfoFileItem::isAlias()
@@ -236,9 +239,9 @@ bool ZEFBasicInfoFileItem::makeInvisibility() const
     const auto error = hasReference
         ? information.copyInvisibility({ ref, place, isSymlink() }, isHidden)
         : information.copyInvisibilityAtURL(place, isHidden);
-    if (!error)
+    if (error == zef::FileError::none)
         return isHidden;
-    zef::log("Error %d getting item invisibility for file %s %s ref", error, shown(place).c_str(),
-        hasReference ? "with" : "without");
+    zef::log("Error %d getting item invisibility for file %s %s ref", numberOf(error),
+        shown(place).c_str(), hasReference ? "with" : "without");
     return !hasReference;
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
-
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoAsking.h"
+#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 
 std::optional<zef::FSRef> ZEFBasicInfoFileItem::resolvedFSRef()
@@ -42,7 +41,7 @@ ZEFBasicInfoFileItem::Resolution ZEFBasicInfoFileItem::resolveTarget() const
     result.url = url();
     result.targetIsFolder = isBasicDirectory();
     const bool isDangling = isSymlink()
-        && information.copyTargetOfURL(url(), result.ref, result.url) != 0;
+        && information.copyTargetOfURL(url(), result.ref, result.url) != zef::FileError::none;
     if (!isSymlink() && !ZEF_copyReference(result.ref))
         result.ref = {};
     // Only a link that leads nowhere is looked into without a reference of its own.
@@ -50,7 +49,7 @@ ZEFBasicInfoFileItem::Resolution ZEFBasicInfoFileItem::resolveTarget() const
         return result;
     result.isUsable = information.resolveAliasFile(
                           result.ref, result.url, result.targetIsFolder, result.wasAliased)
-        == 0;
+        == zef::FileError::none;
     return result;
 }
 

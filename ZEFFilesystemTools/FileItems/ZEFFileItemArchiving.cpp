@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
-
 #include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 #include "ZEFFilesystemTools/Platform/AliasData/AliasData.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 
@@ -27,10 +26,10 @@ void ZEFFileItem::loadDataIntoArchive(ZEFArchiveDictionary* dictionary)
 
     ZEF_keepReference();
     zef::AliasData::Bytes bytes;
-    const int error = zef::AliasData::shared().make(referenceCopy(), _pathURL, bytes);
-    if (error) {
-        zef::log("Error %d creating aliasHandle to make aliashandledata for file %s", error,
-            zef::logText(_pathURL ? _pathURL.absoluteString().c_str() : nullptr));
+    const auto error = zef::AliasData::shared().make(referenceCopy(), _pathURL, bytes);
+    if (error != zef::FileError::none) {
+        zef::log("Error %d creating aliasHandle to make aliashandledata for file %s",
+            numberOf(error), zef::logText(_pathURL ? _pathURL.absoluteString().c_str() : nullptr));
         return;
     }
     dictionary->setDataForKey(std::move(bytes), ZEFArchiveDataKey);

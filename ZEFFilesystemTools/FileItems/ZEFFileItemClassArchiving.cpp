@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/FileItems/ZEFFileItemClass.h"
-
 #include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileItemClass.h"
 #include "ZEFFilesystemTools/Platform/AliasData/AliasData.h"
 
 namespace {
@@ -16,7 +15,7 @@ zef::Ref<ZEFFileItem> readPlainArchive(
             return nullptr;
         zef::FSRef ref;
         zef::FileURL url;
-        if (zef::AliasData::shared().resolve(*data, ref, url) == 0)
+        if (zef::AliasData::shared().resolve(*data, ref, url) == zef::FileError::none)
             return receiver.newFileItemForURLFsRef(url, &ref);
     }
     const auto* path = dictionary.stringForKey(ZEFArchivePathKey);

@@ -59,7 +59,6 @@ ZEFFileManager::ZEFFileManager()
     , _directories(std::make_unique<Directories>())
     , _removedDirectoriesReleaseTimers(zef::makeRef<zef::Array<zef::Timer>>(releaseTimersHint))
 {
-    ZEFLoadQueue::begin();
     _utilityQueue->setMaxConcurrentOperationCount(
         utilitiesPerProcessor * zef::onlineProcessorCount());
     makeImmortal();
@@ -110,4 +109,5 @@ void ZEFFileManager::forgetInstance()
     manager->shutdown();
     _defaultFilesystem = nullptr;
     delete manager;
+    ZEFLoadQueue::begin();
 }

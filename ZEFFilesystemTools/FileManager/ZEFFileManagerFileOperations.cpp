@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
-
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
@@ -44,7 +43,8 @@ bool ZEFFileManager::ZEF_moveFilesToTrash(const zef::Array<ZEFFileItem>* files)
     }
     const auto outcome = zef::Trash::shared().moveToTrash(entries, _trashRefusal);
     if (outcome == zef::TrashOutcome::failed)
-        zef::log("Move to trash produced error %d", zef::catalogResultOfErrno(_trashRefusal.error));
+        zef::log("Move to trash produced error %d",
+            numberOf(zef::fileErrorOfErrno(_trashRefusal.error)));
     return outcome == zef::TrashOutcome::moved;
 }
 

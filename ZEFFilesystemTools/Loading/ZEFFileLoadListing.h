@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
 #include <memory>
@@ -20,20 +21,20 @@ public:
     Listing& operator=(const Listing&) = delete;
 
     /// Returns how the listing of `folder` (may be nil) ended.
-    std::int16_t run(zef::Ref<ZEFFileItem> folder, std::ptrdiff_t level);
+    zef::FileError run(zef::Ref<ZEFFileItem> folder, std::ptrdiff_t level);
 
 private:
     struct Level;
 
     bool mayEnter(const zef::Ref<ZEFFileItem>& folder, std::ptrdiff_t level);
-    std::int16_t enter(
+    zef::FileError enter(
         zef::Ref<ZEFFileItem> folder, std::ptrdiff_t level, const zef::FileURL& found);
-    std::int16_t open(Level& next, const zef::FileURL& found);
-    std::int16_t openIterator(Level& next, const zef::FileURL& found);
+    zef::FileError open(Level& next, const zef::FileURL& found);
+    zef::FileError openIterator(Level& next, const zef::FileURL& found);
     void suspendLevels(std::size_t count);
     void step();
     void readBatch(Level& level);
-    void leave(std::int16_t result);
+    void leave(zef::FileError result);
     bool descend(Level& level, const zef::FileURL& found);
     void append(Batch& batch);
     std::unique_ptr<Batch> takeBatch();
@@ -42,5 +43,5 @@ private:
     ZEFFileItemSet* _checkedDirectories;
     std::vector<std::unique_ptr<Level>> _levels;
     std::vector<std::unique_ptr<Batch>> _freeBatches;
-    std::int16_t _result = 0;
+    zef::FileError _result = zef::FileError::none;
 };

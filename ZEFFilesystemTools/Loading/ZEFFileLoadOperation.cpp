@@ -125,7 +125,7 @@ zef::Ref<ZEFFileItemSet> ZEFFileLoadOperation::foundAmong(
 void ZEFFileLoadOperation::recursivelyLoadFilesForDirectory(
     zef::Ref<ZEFFileItem> directory, std::ptrdiff_t level, ZEFFileItemSet& checkedDirectories)
 {
-    Listing(*this, &checkedDirectories).run(std::move(directory), level);
+    std::ignore = Listing(*this, &checkedDirectories).run(std::move(directory), level);
 }
 
 std::vector<ZEFFileLoadOperation::Sighting> ZEFFileLoadOperation::takeSightings()

@@ -5,6 +5,7 @@
 #include "ZEFFilesystemTools/Loading/ZEFFileItemSet.h"
 #include "ZEFFilesystemTools/Loading/ZEFLoadingOperation.h"
 #include "ZEFFilesystemTools/Platform/Catalog/CatalogIterator.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 
 #include <cstddef>
 #include <memory>
@@ -79,7 +80,7 @@ public:
 
     /// How the listing of `loadingDirectory` ended; `noError` also before it began. Read it when
     /// the operation is finished.
-    std::int16_t listingResult() const { return _listingResult; }
+    zef::FileError listingResult() const { return _listingResult; }
 
 protected:
     void main() override;
@@ -104,5 +105,5 @@ private:
     std::unique_ptr<zef::CatalogIterator> _openedIterator;
     /// Guarded by `loadingArrayLock`.
     std::vector<Sighting> _sightings;
-    std::int16_t _listingResult = zef::CatalogResult::noError;
+    zef::FileError _listingResult = zef::FileError::none;
 };

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
-
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadBatch.h"
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadListing.h"
+#include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 
@@ -12,7 +11,7 @@
 
 namespace {
 
-using Result = zef::CatalogResult;
+using Result = zef::FileError;
 
 // How many folders above the one that is being read stay open. Many loads may run at once, and a
 // process has few descriptors.
@@ -39,7 +38,7 @@ struct ZEFFileLoadOperation::Listing::Level {
     std::size_t count = 0;
     std::size_t index = 0;
     /// With which the batch was read.
-    std::int16_t result = Result::noError;
+    zef::FileError result = Result::none;
     /// The entry at `index` has its item, and all that is below it was listed.
     bool hasDescended = false;
 };
@@ -53,10 +52,11 @@ ZEFFileLoadOperation::Listing::Listing(
 
 ZEFFileLoadOperation::Listing::~Listing() = default;
 
-std::int16_t ZEFFileLoadOperation::Listing::run(zef::Ref<ZEFFileItem> folder, std::ptrdiff_t level)
+zef::FileError ZEFFileLoadOperation::Listing::run(
+    zef::Ref<ZEFFileItem> folder, std::ptrdiff_t level)
 {
     if (_checkedDirectories && !mayEnter(folder, level))
-        return Result::noError;
+        return Result::none;
     _result = enter(std::move(folder), level, nullptr);
     while (!_levels.empty())
         step();
@@ -73,14 +73,14 @@ bool ZEFFileLoadOperation::Listing::mayEnter(
 
 // `found` is where the folder was just seen as an entry of the level above; nil when it has to be
 // looked for.
-std::int16_t ZEFFileLoadOperation::Listing::enter(
+zef::FileError ZEFFileLoadOperation::Listing::enter(
     zef::Ref<ZEFFileItem> folder, std::ptrdiff_t level, const zef::FileURL& found)
 {
     auto next = std::make_unique<Level>();
     next->folder = std::move(folder);
     next->number = level;
     const auto result = open(*next, found);
-    if (result != Result::noError || !next->iterator)
+    if (result != Result::none || !next->iterator)
         return result;
     next->iterator->setKnownEntries(_operation._knownEntries);
     next->batch = takeBatch();
@@ -94,26 +94,26 @@ std::int16_t ZEFFileLoadOperation::Listing::enter(
 }
 
 // Leaves the iterator out when the operation is cancelled.
-std::int16_t ZEFFileLoadOperation::Listing::open(Level& next, const zef::FileURL& found)
+zef::FileError ZEFFileLoadOperation::Listing::open(Level& next, const zef::FileURL& found)
 {
     const auto* folder = next.folder.get();
     next.url = found ? found : folder ? folder->ZEF_locate() : nullptr;
     if (_operation.isCancelled())
-        return Result::noError;
+        return Result::none;
     auto result = openIterator(next, found);
     if (result == Result::tooManyOpenFiles && !_levels.empty()) {
         suspendLevels(_levels.size());
         result = openIterator(next, nullptr);
     }
-    if (result != Result::noError) {
+    if (result != Result::none) {
         zef::log("ZEFFileLoadOperation encountered error %d opening iterator to get the directory "
                  "contents at %s",
-            result, next.url ? next.url.absoluteString().c_str() : "(null)");
+            numberOf(result), next.url ? next.url.absoluteString().c_str() : "(null)");
     }
     return result;
 }
 
-std::int16_t ZEFFileLoadOperation::Listing::openIterator(Level& next, const zef::FileURL& found)
+zef::FileError ZEFFileLoadOperation::Listing::openIterator(Level& next, const zef::FileURL& found)
 {
     if (found) {
         auto& above = *_levels.back();
@@ -123,7 +123,7 @@ std::int16_t ZEFFileLoadOperation::Listing::openIterator(Level& next, const zef:
     // A folder may have got lost since it was opened; then there are no paths for what is in it.
     if (next.url && _levels.empty() && _operation._openedIterator) {
         next.iterator = std::move(_operation._openedIterator);
-        return Result::noError;
+        return Result::none;
     }
     zef::FSRef reference;
     const bool hasReference = next.url && next.folder->ZEF_copyReference(reference);
@@ -164,7 +164,7 @@ void ZEFFileLoadOperation::Listing::readBatch(Level& level)
     if (level.count)
         append(*level.batch);
     if (level.result == Result::noMoreItems) {
-        leave(Result::noError);
+        leave(Result::none);
         return;
     }
     level.count = 0;
@@ -174,17 +174,17 @@ void ZEFFileLoadOperation::Listing::readBatch(Level& level)
         suspendLevels(_levels.size() - 1);
         level.result = level.iterator->next(level.batch->entries(), level.count);
     }
-    const bool isRead = level.result == Result::noError || level.result == Result::noMoreItems;
+    const bool isRead = level.result == Result::none || level.result == Result::noMoreItems;
     if (isRead && !_operation.isCancelled())
         return;
     if (!isRead && level.result != Result::accessDenied && !_operation.isCancelled()) {
         zef::log("ZEFFileLoadOperation had error %d looping FSGetCatalogInfoBulk for directory %s",
-            level.result, level.url.absoluteString().c_str());
+            numberOf(level.result), level.url.absoluteString().c_str());
     }
     leave(level.result);
 }
 
-void ZEFFileLoadOperation::Listing::leave(std::int16_t result)
+void ZEFFileLoadOperation::Listing::leave(zef::FileError result)
 {
     const auto left = std::move(_levels.back());
     _levels.pop_back();
@@ -210,7 +210,7 @@ bool ZEFFileLoadOperation::Listing::descend(Level& level, const zef::FileURL& fo
     // An item that was made before may know its folder by another path.
     const bool isHere = folder == item && item->ZEF_hasPathOf(found);
     const auto count = _levels.size();
-    enter(std::move(folder), levelBelow, isHere ? found : nullptr);
+    std::ignore = enter(std::move(folder), levelBelow, isHere ? found : nullptr);
     return _levels.size() > count;
 }
 

@@ -14,7 +14,7 @@ class ZEF_INTERNAL ZEFLoadQueue {
 public:
     /// Borrowed; made at the first call, null between `end` and `begin`.
     static zef::OperationQueue* queue();
-    /// Makes a new queue if the last one was ended.
+    /// For tests: makes a new queue after the last one was ended.
     static void begin();
     /// Waits for the loads that run; those that have not begun never will if the queue is
     /// suspended.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Objects/OrderedSet.h"
 #include "ZEFFilesystemTools/Platform/RunLoop/Timer.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscriptionProtocol.h"
@@ -86,7 +87,7 @@ private:
     /// How a listing on this thread ended, and what it found beside the entries that are known
     /// well.
     struct Listing {
-        std::int16_t result = zef::CatalogResult::noError;
+        zef::FileError result = zef::FileError::none;
         std::vector<zef::Ref<ZEFFileItem>> items;
     };
 

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
-
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
 #include "ZEFFilesystemTools/Platform/Disk/PinnedFolder.h"
 #include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
+#include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
 #include <algorithm>
 #include <optional>
@@ -16,10 +15,9 @@ namespace {
 // From how many on it pays to open the folder for the looks at its items.
 constexpr std::size_t manyItems = 32;
 
-bool isShortageOfResources(std::int16_t result)
+bool isShortageOfResources(zef::FileError result)
 {
-    return result == zef::CatalogResult::tooManyOpenFiles
-        || result == zef::CatalogResult::outOfMemory;
+    return result == zef::FileError::tooManyOpenFiles || result == zef::FileError::outOfMemory;
 }
 
 } // namespace
@@ -196,7 +194,7 @@ private:
         _hookException.guard(
             [&] { _subscription.listNow(&changes(), listing, std::move(entries)); });
         _fullCheckIsDue = isShortageOfResources(listing.result);
-        if (listing.result == zef::CatalogResult::noError)
+        if (listing.result == zef::FileError::none)
             reportMissing(std::move(listing.items));
     }
 

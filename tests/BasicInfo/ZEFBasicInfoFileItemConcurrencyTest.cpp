@@ -27,18 +27,18 @@ public:
     InterruptedInformation(const InterruptedInformation&) = delete;
     InterruptedInformation& operator=(const InterruptedInformation&) = delete;
 
-    std::int16_t copyContentType(const Object& object, std::string& type) override
+    zef::FileError copyContentType(const Object& object, std::string& type) override
     {
         const auto error = system().copyContentType(object, type);
         if (const auto interruption = std::exchange(_interruption, nullptr))
             interruption();
         return error;
     }
-    std::int16_t copyInvisibility(const Object& object, bool& isInvisible) override
+    zef::FileError copyInvisibility(const Object& object, bool& isInvisible) override
     {
         return system().copyInvisibility(object, isInvisible);
     }
-    std::int16_t copyInvisibilityAtURL(const zef::FileURL& url, bool& isInvisible) override
+    zef::FileError copyInvisibilityAtURL(const zef::FileURL& url, bool& isInvisible) override
     {
         return system().copyInvisibilityAtURL(url, isInvisible);
     }
@@ -50,12 +50,12 @@ public:
     {
         return system().copyDisplayNameAtPath(path);
     }
-    std::int16_t resolveAliasFile(
+    zef::FileError resolveAliasFile(
         zef::FSRef& ref, zef::FileURL& url, bool& targetIsFolder, bool& wasAliased) override
     {
         return system().resolveAliasFile(ref, url, targetIsFolder, wasAliased);
     }
-    std::int16_t copyTargetOfURL(
+    zef::FileError copyTargetOfURL(
         const zef::FileURL& url, zef::FSRef& ref, zef::FileURL& target) override
     {
         return system().copyTargetOfURL(url, ref, target);

@@ -16,7 +16,7 @@ protected:
     zef::Ref<ZEFBasicInfoFileItem> danglingLink()
     {
         files.addLink("/dangling", "/nowhere");
-        information.setError(Question::aliasFile, url("/dangling"), -43);
+        information.setError(Question::aliasFile, url("/dangling"), zef::FileError::notFound);
         return info("/dangling");
     }
 };
@@ -97,7 +97,7 @@ TEST_F(ZEFBasicInfoFileItemTargetTest, DoesNotOwnItselfWhenItsAliasLeadsToIt)
 TEST_F(ZEFBasicInfoFileItemTargetTest, HandsOutTheReferenceInTheCallThatFindsItUnusable)
 {
     const auto alias = aliasTo("/alias", "/file");
-    information.setError(Question::aliasFile, url("/alias"), -43);
+    information.setError(Question::aliasFile, url("/alias"), zef::FileError::notFound);
 
     EXPECT_TRUE(alias->resolvedFSRef());
     EXPECT_FALSE(alias->resolvedFSRef());

@@ -23,7 +23,7 @@ TEST_F(ZEFBasicInfoFileItemTypeTest, HasTheTypeThatTheSystemGivesForItsReference
 TEST_F(ZEFBasicInfoFileItemTypeTest, TakesTheTypeFromTheNameWhereTheSystemFails)
 {
     files.addFile("/file.zefx");
-    information.setError(Question::contentType, url("/file.zefx"), -43);
+    information.setError(Question::contentType, url("/file.zefx"), zef::FileError::notFound);
 
     EXPECT_EQ(info("/file.zefx")->uti(), "dyn.data.zefx");
 }
@@ -132,7 +132,7 @@ TEST_F(ZEFBasicInfoFileItemTypeTest, LogsTheErrorAndHasItsOwnTypeWhenTheTargetsI
 {
     files.addFile("/file");
     const auto alias = aliasTo("/alias", "/file");
-    information.setError(Question::contentType, url("/file"), -43);
+    information.setError(Question::contentType, url("/file"), zef::FileError::notFound);
 
     EXPECT_EQ(alias->resolvedUTI(), zef::type::aliasFile);
     EXPECT_EQ(log.lines(),
@@ -143,7 +143,7 @@ TEST_F(ZEFBasicInfoFileItemTypeTest, HasItsOwnTypeOnceTheTargetIsKnownToBeUnusab
 {
     files.addFile("/file");
     const auto alias = aliasTo("/alias", "/file");
-    information.setError(Question::aliasFile, url("/alias"), -43);
+    information.setError(Question::aliasFile, url("/alias"), zef::FileError::notFound);
     alias->resolvedFSRef();
 
     EXPECT_EQ(alias->resolvedUTI(), zef::type::aliasFile);

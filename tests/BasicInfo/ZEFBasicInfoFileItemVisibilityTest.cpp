@@ -25,7 +25,7 @@ TEST_F(ZEFBasicInfoFileItemVisibilityTest, IsVisibleWhenTheSystemFailsForItsRefe
 {
     files.addFile("/file");
     information.setInvisible(url("/file"), true);
-    information.setError(Question::invisibility, url("/file"), -43);
+    information.setError(Question::invisibility, url("/file"), zef::FileError::notFound);
 
     EXPECT_FALSE(info("/file")->isInvisible());
     EXPECT_EQ(log.lines(),
@@ -47,7 +47,7 @@ TEST_F(ZEFBasicInfoFileItemVisibilityTest, IsAsVisibleAsTheSystemSaysForItsURLWi
 TEST_F(ZEFBasicInfoFileItemVisibilityTest, IsInvisibleWhenTheSystemFailsWithoutAReference)
 {
     files.addFile("/file");
-    information.setError(Question::invisibilityAtURL, url("/file"), -36);
+    information.setError(Question::invisibilityAtURL, url("/file"), zef::FileError::io);
 
     EXPECT_TRUE(withoutReference(url("/file"))->isInvisible());
     EXPECT_EQ(log.lines(),

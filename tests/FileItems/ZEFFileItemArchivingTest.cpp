@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
-
 #include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
 #include "tests/support/FakeAliasData.h"
 #include "tests/support/FakeFileItemFixture.h"
@@ -71,7 +70,7 @@ TEST_F(ZEFFileItemArchivingTest, HoldsThePathAndTheData)
 
 TEST_F(ZEFFileItemArchivingTest, HoldsThePathAloneWhenTheDataCannotBeMade)
 {
-    aliases.setMakeResult(-36);
+    aliases.setMakeResult(zef::FileError::io);
     const auto dictionary = item("/file")->archiveDictionary();
 
     ASSERT_TRUE(dictionary);
@@ -81,7 +80,7 @@ TEST_F(ZEFFileItemArchivingTest, HoldsThePathAloneWhenTheDataCannotBeMade)
 
 TEST_F(ZEFFileItemArchivingTest, SaysWhyTheDataCannotBeMade)
 {
-    aliases.setMakeResult(-43);
+    aliases.setMakeResult(zef::FileError::notFound);
     item("/file")->archiveDictionary();
 
     EXPECT_EQ(log.lines(),
@@ -134,7 +133,7 @@ TEST_F(ZEFFileItemArchivingTest, YieldsTheItemThatIsAlive)
     const auto file = item("/file");
     const auto dictionary = file->archiveDictionary();
     move("/file", "/renamed");
-    aliases.setResolveResult(0, url("/renamed"));
+    aliases.setResolveResult(zef::FileError::none, url("/renamed"));
 
     EXPECT_EQ(restore(dictionary), file);
 }
@@ -143,7 +142,7 @@ TEST_F(ZEFFileItemArchivingTest, YieldsANewItemWhereTheDataLead)
 {
     const auto dictionary = item("/file")->archiveDictionary();
     move("/file", "/renamed");
-    aliases.setResolveResult(0, url("/renamed"));
+    aliases.setResolveResult(zef::FileError::none, url("/renamed"));
     const auto restored = restore(dictionary);
 
     ASSERT_TRUE(restored);
@@ -165,7 +164,7 @@ TEST_F(ZEFFileItemArchivingTest, FollowsThePathWhenTheDataLeadNowhere)
 TEST_F(ZEFFileItemArchivingTest, DoesNotFollowThePathWhenTheFactoryHasNothingForTheData)
 {
     const auto dictionary = item("/file")->archiveDictionary();
-    aliases.setResolveResult(0, url("/missing"));
+    aliases.setResolveResult(zef::FileError::none, url("/missing"));
 
     EXPECT_EQ(restore(dictionary), nullptr);
 }

@@ -17,7 +17,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using zef::makeRef;
 using zef::Ref;
-using CatalogResult = zef::CatalogResult;
+using FileError = zef::FileError;
 
 /// What a load makes of a folder that can't be listed, or not to its end.
 class ZEFFileLoadOperationFailureTest : public FileLoadFixture {
@@ -68,12 +68,12 @@ private:
 
 TEST_F(ZEFFileLoadOperationFailureTest, LogsWhyAFolderCantBeOpened)
 {
-    fake().setOpenResult(loaded->url(), CatalogResult::ioError);
+    fake().setOpenResult(loaded->url(), FileError::io);
 
     EXPECT_THAT(run(), IsEmpty());
 
     EXPECT_THAT(takeLog(), ElementsAre(openingFailed(-36, loaded->url().absoluteString())));
-    EXPECT_EQ(load->listingResult(), CatalogResult::ioError);
+    EXPECT_EQ(load->listingResult(), FileError::io);
     EXPECT_TRUE(load->isFinished());
 }
 
@@ -100,7 +100,8 @@ TEST_F(ZEFFileLoadOperationFailureTest, LogsAFolderThatGotLostSinceItWasOpened)
     folder.write("opened/file", "");
     const auto opened = item("opened");
     std::unique_ptr<zef::CatalogIterator> iterator;
-    zef::Catalog::system().openIterator(opened->fsRef(), opened->url(), iterator);
+    ASSERT_EQ(zef::Catalog::system().openIterator(opened->fsRef(), opened->url(), iterator),
+        zef::FileError::none);
     load->setOpenedIterator(std::move(iterator));
     folder.remove("loaded");
 
@@ -121,10 +122,10 @@ TEST_F(ZEFFileLoadOperationFailureTest, LogsAMissingFolder)
 TEST_F(ZEFFileLoadOperationFailureTest, EndsSilentlyWhenAccessIsDeniedAndKeepsWhatItHas)
 {
     addEntries(100);
-    fake().setReadResult(loaded->url(), CatalogResult::accessDenied, 80);
+    fake().setReadResult(loaded->url(), FileError::accessDenied, 80);
 
     EXPECT_THAT(run(), SizeIs(80));
-    EXPECT_EQ(load->listingResult(), CatalogResult::accessDenied);
+    EXPECT_EQ(load->listingResult(), FileError::accessDenied);
 }
 
 TEST_F(ZEFFileLoadOperationFailureTest, FindsNothingInAFolderThatMayNotBeReadAndLogsNothing)
@@ -139,17 +140,17 @@ TEST_F(ZEFFileLoadOperationFailureTest, FindsNothingInAFolderThatMayNotBeReadAnd
 TEST_F(ZEFFileLoadOperationFailureTest, LogsAnotherFailureToReadAndKeepsWhatItHas)
 {
     addEntries(100);
-    fake().setReadResult(loaded->url(), CatalogResult::notFound, 80);
+    fake().setReadResult(loaded->url(), FileError::notFound, 80);
 
     EXPECT_THAT(run(), SizeIs(80));
     EXPECT_THAT(takeLog(), ElementsAre(readingFailed(-43)));
-    EXPECT_EQ(load->listingResult(), CatalogResult::notFound);
+    EXPECT_EQ(load->listingResult(), FileError::notFound);
 }
 
 TEST_F(ZEFFileLoadOperationFailureTest, ReportsAnErrorOfTheFirstReadToo)
 {
     addEntries(3);
-    fake().setReadResult(loaded->url(), CatalogResult::ioError);
+    fake().setReadResult(loaded->url(), FileError::io);
 
     EXPECT_THAT(run(), IsEmpty());
     EXPECT_THAT(takeLog(), ElementsAre(readingFailed(-36)));
@@ -160,7 +161,7 @@ TEST_F(ZEFFileLoadOperationFailureTest, TakesTheLastBatchInFull)
     addEntries(41);
 
     EXPECT_THAT(run(), SizeIs(41));
-    EXPECT_EQ(load->listingResult(), CatalogResult::noError);
+    EXPECT_EQ(load->listingResult(), FileError::none);
 }
 
 TEST_F(ZEFFileLoadOperationFailureTest, EndsAtAReadThatFindsNothingMore)
@@ -291,7 +292,7 @@ TEST_F(ZEFFileLoadOperationFailureTest, KeepsEarlierBatchesAndDropsTheOneInWhich
 TEST_F(ZEFFileLoadOperationFailureTest, LogsNoErrorOfAReadInWhichItIsCancelled)
 {
     addEntries(200);
-    fake().setReadResult(loaded->url(), CatalogResult::ioError, 40);
+    fake().setReadResult(loaded->url(), FileError::io, 40);
     fake().setReadHook([&](std::size_t reads) {
         if (reads == 1)
             load->cancel();

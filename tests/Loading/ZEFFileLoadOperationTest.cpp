@@ -42,7 +42,7 @@ TEST_F(ZEFFileLoadOperationTest, BeginsWithoutAFolderAndWithoutAFilter)
 
     EXPECT_EQ(fresh->loadingDirectory(), nullptr);
     EXPECT_EQ(fresh->fileFilter(), nullptr);
-    EXPECT_EQ(fresh->listingResult(), zef::CatalogResult::noError);
+    EXPECT_EQ(fresh->listingResult(), zef::FileError::none);
     EXPECT_TRUE(fresh->isKindOfClass(ZEFLoadingOperation::classObject));
 }
 
@@ -83,10 +83,11 @@ TEST_F(ZEFFileLoadOperationTest, FindsManyFilesEachOnceInTheOrderOfTheCatalog)
     writeFiles(200);
     std::unique_ptr<zef::CatalogIterator> iterator;
     zef::FSRef ref(stat("loaded"));
-    zef::Catalog::shared().openIterator(&ref, loaded->url(), iterator);
+    EXPECT_EQ(
+        zef::Catalog::shared().openIterator(&ref, loaded->url(), iterator), zef::FileError::none);
     std::vector<zef::CatalogEntry> entries(200);
     std::size_t count = 0;
-    iterator->next(entries, count);
+    EXPECT_EQ(iterator->next(entries, count), zef::FileError::none);
     Words expected;
     for (const auto& entry : entries)
         expected.emplace_back(entry.name());

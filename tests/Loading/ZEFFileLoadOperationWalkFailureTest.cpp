@@ -22,7 +22,7 @@ using testing::SizeIs;
 using testing::UnorderedElementsAre;
 using zef::makeRef;
 using zef::Ref;
-using CatalogResult = zef::CatalogResult;
+using FileError = zef::FileError;
 
 /// Takes every file, after a function of the test's has heard of it.
 class TalkingFilter final : public ZEFFileFilter {
@@ -155,7 +155,7 @@ TEST_F(ZEFFileLoadOperationWalkFailureTest, LogsAFolderThatCantBeOpenedAndGoesOn
     for (const auto* name : { "loaded/sub", "loaded/z" })
         catalog.add(folder.folderUrl(name), stat(name));
     catalog.addEntry(folder.folderUrl("loaded/z"), "c", stat("loaded/z/c"));
-    catalog.setOpenResult(folder.folderUrl("loaded/sub"), CatalogResult::ioError);
+    catalog.setOpenResult(folder.folderUrl("loaded/sub"), FileError::io);
 
     EXPECT_THAT(walk(), ElementsAre("loaded/z/c", "loaded/a", "loaded/sub", "loaded/z", "loaded"));
     EXPECT_THAT(takeLog(),

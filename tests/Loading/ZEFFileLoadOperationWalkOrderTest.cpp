@@ -266,7 +266,7 @@ TEST_F(ZEFFileLoadOperationWalkOrderTest, LogsNoErrorOfAReadInWhichItIsCancelled
 {
     addFolder("loaded", "sub");
     addFiles("loaded/sub", "c", 100);
-    catalog.setReadResult(folder.folderUrl("loaded/sub"), zef::CatalogResult::ioError, 40);
+    catalog.setReadResult(folder.folderUrl("loaded/sub"), zef::FileError::io, 40);
     cancelInRead(3);
 
     EXPECT_THAT(run(), SizeIs(41));

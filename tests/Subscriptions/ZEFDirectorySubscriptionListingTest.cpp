@@ -87,7 +87,7 @@ TEST_F(ZEFDirectorySubscriptionListingTest, TakesAFolderThatCantBeCountedForEmpt
     folder.write("watched/a");
     check(*subscription);
     folder.write("watched/b");
-    catalog.countResult = zef::CatalogResult::ioError;
+    catalog.countResult.store(zef::FileError::io);
 
     EXPECT_THAT(check(*subscription), ElementsAre("updated watched"));
 }
@@ -96,7 +96,7 @@ TEST_F(ZEFDirectorySubscriptionListingTest, ListsAFolderThatCantBeCountedWhenNot
 {
     begin();
     folder.write("watched/a");
-    catalog.countResult = zef::CatalogResult::ioError;
+    catalog.countResult.store(zef::FileError::io);
 
     EXPECT_THAT(check(*subscription), ElementsAre("updated watched", "appeared a"));
 }
@@ -106,11 +106,11 @@ TEST_F(ZEFDirectorySubscriptionListingTest, ListsAgainAfterItFoundNoDescriptorTo
     folder.write("watched/a");
     begin();
     folder.write("watched/b");
-    catalog.countResult = zef::CatalogResult::tooManyOpenFiles;
+    catalog.countResult.store(zef::FileError::tooManyOpenFiles);
     ASSERT_THAT(check(*subscription), ElementsAre("updated watched"));
     ASSERT_THAT(check(*subscription), IsEmpty());
 
-    catalog.countResult = zef::CatalogResult::noError;
+    catalog.countResult.store(zef::FileError::none);
 
     EXPECT_THAT(check(*subscription), ElementsAre("appeared b"));
     EXPECT_FALSE(checkLists());
@@ -118,17 +118,16 @@ TEST_F(ZEFDirectorySubscriptionListingTest, ListsAgainAfterItFoundNoDescriptorTo
 
 TEST_F(ZEFDirectorySubscriptionListingTest, ListsAgainAfterItFoundNoDescriptorOrMemoryToListWith)
 {
-    for (const auto result :
-        { zef::CatalogResult::tooManyOpenFiles, zef::CatalogResult::outOfMemory }) {
+    for (const auto result : { zef::FileError::tooManyOpenFiles, zef::FileError::outOfMemory }) {
         begin();
-        const auto name = "new" + std::to_string(result);
+        const auto name = "new" + std::to_string(numberOf(result));
         folder.write("watched/" + name);
-        catalog.openResult = result;
+        catalog.openResult.store(result);
         ASSERT_THAT(check(*subscription), ElementsAre("updated watched"));
         EXPECT_THAT(log.lines(), SizeIs(1));
         log.clear();
 
-        catalog.openResult = zef::CatalogResult::noError;
+        catalog.openResult.store(zef::FileError::none);
 
         EXPECT_THAT(check(*subscription), ElementsAre("appeared " + name));
     }
@@ -138,10 +137,10 @@ TEST_F(ZEFDirectorySubscriptionListingTest, ListsNoMoreAfterAnotherFailure)
 {
     begin();
     folder.write("watched/a");
-    catalog.openResult = zef::CatalogResult::ioError;
+    catalog.openResult.store(zef::FileError::io);
     ASSERT_THAT(check(*subscription), ElementsAre("updated watched"));
     log.clear();
-    catalog.openResult = zef::CatalogResult::noError;
+    catalog.openResult.store(zef::FileError::none);
 
     EXPECT_THAT(check(*subscription), IsEmpty());
 }

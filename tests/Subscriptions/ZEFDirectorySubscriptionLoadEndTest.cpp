@@ -115,12 +115,12 @@ TEST_F(ZEFDirectorySubscriptionLoadEndTest, ChecksAreQuickAgainAfterwards)
 TEST_F(ZEFDirectorySubscriptionLoadEndTest, EndsEvenWhenTheFolderCantBeListed)
 {
     writeFiles(3);
-    catalog.openResult = zef::CatalogResult::ioError;
+    catalog.openResult.store(zef::FileError::io);
     subscription = watchInBackground(&subscriber);
     waitForLoads();
     EXPECT_THAT(log.lines(), SizeIs(1));
     log.clear();
-    catalog.openResult = zef::CatalogResult::noError;
+    catalog.openResult.store(zef::FileError::none);
     step(0.1);
 
     EXPECT_THAT(sizes(), ElementsAre(3u));

@@ -23,7 +23,8 @@ AliasFixture::~AliasFixture() = default;
 zef::AliasData::Bytes AliasFixture::aliasOf(const zef::FileURL& url)
 {
     zef::AliasData::Bytes bytes;
-    EXPECT_EQ(zef::LinuxAliasData().make(zef::FSRef(stat(url)), url, bytes), 0) << url.path();
+    EXPECT_EQ(zef::LinuxAliasData().make(zef::FSRef(stat(url)), url, bytes), zef::FileError::none)
+        << url.path();
     return bytes;
 }
 
@@ -31,18 +32,18 @@ zef::FileURL AliasFixture::resolve(const zef::AliasData::Bytes& bytes)
 {
     zef::FSRef ref;
     zef::FileURL url;
-    return zef::LinuxAliasData().resolve(bytes, ref, url) == 0 ? url : nullptr;
+    return zef::LinuxAliasData().resolve(bytes, ref, url) == zef::FileError::none ? url : nullptr;
 }
 
 zef::FSRef AliasFixture::resolvedRef(const zef::AliasData::Bytes& bytes)
 {
     zef::FSRef ref;
     zef::FileURL url;
-    zef::LinuxAliasData().resolve(bytes, ref, url);
+    std::ignore = zef::LinuxAliasData().resolve(bytes, ref, url);
     return ref;
 }
 
-std::int16_t AliasFixture::resultOf(const zef::AliasData::Bytes& bytes)
+zef::FileError AliasFixture::resultOf(const zef::AliasData::Bytes& bytes)
 {
     zef::FSRef ref;
     zef::FileURL url;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/AliasData/AliasData.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 
 #include "tests/support/TemporaryFolder.h"
 
@@ -33,7 +34,7 @@ protected:
     zef::FileURL resolve(const zef::AliasData::Bytes& bytes);
     /// The reference to it.
     zef::FSRef resolvedRef(const zef::AliasData::Bytes& bytes);
-    std::int16_t resultOf(const zef::AliasData::Bytes& bytes);
+    zef::FileError resultOf(const zef::AliasData::Bytes& bytes);
 
     static zef::Stat stat(const zef::FileURL&);
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +17,7 @@
 template <typename Folders> class CatalogContractFixture : public testing::Test {
 protected:
     struct Listing {
-        std::int16_t result = zef::CatalogResult::noError;
+        zef::FileError result = zef::FileError::none;
         std::vector<std::string> names;
         std::vector<std::size_t> batches;
     };
@@ -27,7 +28,7 @@ protected:
             folders.addEntry(folder, "entry " + std::to_string(index));
     }
 
-    std::int16_t open(std::string_view name, std::unique_ptr<zef::CatalogIterator>& iterator)
+    zef::FileError open(std::string_view name, std::unique_ptr<zef::CatalogIterator>& iterator)
     {
         const zef::FSRef ref(folders.stat(name));
         return folders.service().openIterator(&ref, folders.url(name), iterator);
@@ -36,7 +37,7 @@ protected:
     std::unique_ptr<zef::CatalogIterator> opened(std::string_view name)
     {
         std::unique_ptr<zef::CatalogIterator> iterator;
-        EXPECT_EQ(open(name, iterator), zef::CatalogResult::noError);
+        EXPECT_EQ(open(name, iterator), zef::FileError::none);
         EXPECT_TRUE(iterator);
         return iterator;
     }
@@ -49,7 +50,7 @@ protected:
         listing.batches.push_back(count);
         for (std::size_t index = 0; index < count; ++index)
             listing.names.emplace_back(entries.at(index).name());
-        return listing.result == zef::CatalogResult::noError;
+        return listing.result == zef::FileError::none;
     }
 
     Listing readAll(zef::CatalogIterator& iterator)
@@ -64,8 +65,8 @@ protected:
     {
         const zef::FSRef ref(folders.stat(name));
         std::size_t result = 77;
-        EXPECT_EQ(folders.service().countEntries(&ref, folders.url(name), result),
-            zef::CatalogResult::noError);
+        EXPECT_EQ(
+            folders.service().countEntries(&ref, folders.url(name), result), zef::FileError::none);
         return result;
     }
 

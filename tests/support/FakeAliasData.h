@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/AliasData/AliasData.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 
 #include <cstring>
 #include <utility>
@@ -16,9 +17,9 @@ public:
     FakeAliasData& operator=(const FakeAliasData&) = delete;
 
     /// What `make` says from now on; 0 makes bytes.
-    void setMakeResult(std::int16_t result) { _makeResult = result; }
+    void setMakeResult(zef::FileError result) { _makeResult = result; }
     /// What `resolve` says from now on; with 0 it tells `place`.
-    void setResolveResult(std::int16_t result, zef::FileURL place = nullptr)
+    void setResolveResult(zef::FileError result, zef::FileURL place = nullptr)
     {
         _resolveResult = result;
         _place = std::move(place);
@@ -26,29 +27,29 @@ public:
 
     int resolveCount() const { return _resolveCount; }
 
-    std::int16_t make(const zef::FSRef& ref, const zef::FileURL&, Bytes& bytes) override
+    zef::FileError make(const zef::FSRef& ref, const zef::FileURL&, Bytes& bytes) override
     {
-        if (_makeResult)
+        if (_makeResult != zef::FileError::none)
             return _makeResult;
         bytes.resize(sizeof ref);
         std::memcpy(bytes.data(), &ref, sizeof ref);
-        return 0;
+        return zef::FileError::none;
     }
 
-    std::int16_t resolve(const Bytes& bytes, zef::FSRef& ref, zef::FileURL& url) override
+    zef::FileError resolve(const Bytes& bytes, zef::FSRef& ref, zef::FileURL& url) override
     {
         ++_resolveCount;
-        if (_resolveResult)
+        if (_resolveResult != zef::FileError::none)
             return _resolveResult;
         if (bytes.size() == sizeof ref)
             std::memcpy(static_cast<void*>(&ref), bytes.data(), sizeof ref);
         url = _place;
-        return 0;
+        return zef::FileError::none;
     }
 
 private:
-    std::int16_t _makeResult = 0;
-    std::int16_t _resolveResult = -43;
+    zef::FileError _makeResult = zef::FileError::none;
+    zef::FileError _resolveResult = zef::FileError::notFound;
     zef::FileURL _place;
     int _resolveCount = 0;
 };

@@ -18,9 +18,9 @@ struct FakeCatalog::Object {
     zef::Stat stat;
     bool isRemoved = false;
     std::vector<Entry> entries;
-    std::int16_t openResult = zef::CatalogResult::noError;
-    std::int16_t countResult = zef::CatalogResult::noError;
-    std::int16_t readResult = zef::CatalogResult::noError;
+    zef::FileError openResult = zef::FileError::none;
+    zef::FileError countResult = zef::FileError::none;
+    zef::FileError readResult = zef::FileError::none;
     std::size_t readableEntries = 0;
 };
 
@@ -32,7 +32,7 @@ public:
     {
     }
 
-    std::int16_t next(std::span<zef::CatalogEntry> entries, std::size_t& count) override
+    zef::FileError next(std::span<zef::CatalogEntry> entries, std::size_t& count) override
     {
         if (const auto hook = _catalog.readHook())
             hook(_reads);
@@ -114,14 +114,14 @@ void FakeCatalog::remove(const zef::FileURL& folder)
     object.isRemoved = true;
 }
 
-void FakeCatalog::setOpenResult(const zef::FileURL& folder, std::int16_t result)
+void FakeCatalog::setOpenResult(const zef::FileURL& folder, zef::FileError result)
 {
     std::lock_guard lock(_mutex);
     objectAt(folder).openResult = result;
 }
 
 void FakeCatalog::setReadResult(
-    const zef::FileURL& folder, std::int16_t result, std::size_t entries)
+    const zef::FileURL& folder, zef::FileError result, std::size_t entries)
 {
     std::lock_guard lock(_mutex);
     auto& object = objectAt(folder);
@@ -129,7 +129,7 @@ void FakeCatalog::setReadResult(
     object.readableEntries = entries;
 }
 
-void FakeCatalog::setCountResult(const zef::FileURL& folder, std::int16_t result)
+void FakeCatalog::setCountResult(const zef::FileURL& folder, zef::FileError result)
 {
     std::lock_guard lock(_mutex);
     objectAt(folder).countResult = result;
@@ -153,7 +153,7 @@ std::size_t FakeCatalog::countingCount() const
     return _countingCount;
 }
 
-std::int16_t FakeCatalog::openIterator(
+zef::FileError FakeCatalog::openIterator(
     const zef::FSRef* ref, const zef::FileURL&, std::unique_ptr<zef::CatalogIterator>& iterator)
 {
     std::lock_guard lock(_mutex);
@@ -161,14 +161,14 @@ std::int16_t FakeCatalog::openIterator(
     iterator.reset();
     std::shared_ptr<Object> folder;
     auto result = find(ref, folder);
-    if (result == zef::CatalogResult::noError)
+    if (result == zef::FileError::none)
         result = folder->openResult;
-    if (result == zef::CatalogResult::noError)
+    if (result == zef::FileError::none)
         iterator = std::make_unique<Iterator>(*this, std::move(folder));
     return result;
 }
 
-std::int16_t FakeCatalog::countEntries(
+zef::FileError FakeCatalog::countEntries(
     const zef::FSRef* ref, const zef::FileURL&, std::size_t& count)
 {
     std::lock_guard lock(_mutex);
@@ -176,31 +176,30 @@ std::int16_t FakeCatalog::countEntries(
     count = 0;
     std::shared_ptr<Object> folder;
     auto result = find(ref, folder);
-    if (result == zef::CatalogResult::noError)
+    if (result == zef::FileError::none)
         result = folder->openResult;
-    if (result == zef::CatalogResult::noError)
-        result = folder->countResult != zef::CatalogResult::noError ? folder->countResult
-                                                                    : folder->readResult;
-    if (result != zef::CatalogResult::noError)
+    if (result == zef::FileError::none)
+        result = folder->countResult != zef::FileError::none ? folder->countResult
+                                                             : folder->readResult;
+    if (result != zef::FileError::none)
         return result;
     const auto removed = std::count_if(folder->entries.begin(), folder->entries.end(),
         [](const auto& entry) { return entry.isRemoved; });
     count = folder->entries.size() - static_cast<std::size_t>(removed);
-    return zef::CatalogResult::noError;
+    return zef::FileError::none;
 }
 
-std::int16_t FakeCatalog::find(const zef::FSRef* ref, std::shared_ptr<Object>& object) const
+zef::FileError FakeCatalog::find(const zef::FSRef* ref, std::shared_ptr<Object>& object) const
 {
     if (!ref || ref->isEmpty())
-        return zef::CatalogResult::badReference;
+        return zef::FileError::badReference;
     for (const auto& candidate : _objects) {
         if (candidate->isRemoved || !ref->hasNumbersOf(candidate->stat))
             continue;
         object = candidate;
-        return object->stat.isFolder() ? zef::CatalogResult::noError
-                                       : zef::CatalogResult::notAFolder;
+        return object->stat.isFolder() ? zef::FileError::none : zef::FileError::notAFolder;
     }
-    return zef::CatalogResult::notFound;
+    return zef::FileError::notFound;
 }
 
 FakeCatalog::Object& FakeCatalog::objectAt(const zef::FileURL& url) const
@@ -213,27 +212,26 @@ FakeCatalog::Object& FakeCatalog::objectAt(const zef::FileURL& url) const
 }
 
 // An error behind entries that were read waits for the next call.
-std::int16_t FakeCatalog::read(Object& folder, std::size_t& position, std::size_t& delivered,
+zef::FileError FakeCatalog::read(Object& folder, std::size_t& position, std::size_t& delivered,
     zef::KnownEntries* known, std::span<zef::CatalogEntry> entries, std::size_t& count)
 {
     std::lock_guard lock(_mutex);
     while (count < entries.size()) {
         const bool isFailing = folder.isRemoved
-            || (folder.readResult != zef::CatalogResult::noError
-                && delivered >= folder.readableEntries);
+            || (folder.readResult != zef::FileError::none && delivered >= folder.readableEntries);
         if (isFailing && count)
-            return zef::CatalogResult::noError;
+            return zef::FileError::none;
         if (isFailing)
-            return folder.isRemoved ? zef::CatalogResult::notFound : folder.readResult;
+            return folder.isRemoved ? zef::FileError::notFound : folder.readResult;
         if (position >= folder.entries.size())
-            return zef::CatalogResult::noMoreItems;
+            return zef::FileError::noMoreItems;
         const auto& entry = folder.entries[position++];
         if (entry.isRemoved || (known && known->isKnown(entry.name, entry.stat.inode)))
             continue;
         fill(entries[count++], entry.name, entry.stat, folder.stat.inode);
         ++delivered;
     }
-    return zef::CatalogResult::noError;
+    return zef::FileError::none;
 }
 
 FakeCatalog::ReadHook FakeCatalog::readHook() const

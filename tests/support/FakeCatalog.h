@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 
 #include <cstddef>
 #include <functional>
@@ -35,28 +36,28 @@ public:
     void remove(const zef::FileURL& folder);
 
     /// Opening the folder fails with `result` from now on; `noError` ends it.
-    void setOpenResult(const zef::FileURL& folder, std::int16_t result);
+    void setOpenResult(const zef::FileURL& folder, zef::FileError result);
     /// Reading the folder fails with `result` once `entries` were delivered.
-    void setReadResult(const zef::FileURL& folder, std::int16_t result, std::size_t entries = 0);
+    void setReadResult(const zef::FileURL& folder, zef::FileError result, std::size_t entries = 0);
     /// Counting the folder's entries fails with `result`.
-    void setCountResult(const zef::FileURL& folder, std::int16_t result);
+    void setCountResult(const zef::FileURL& folder, zef::FileError result);
     void setReadHook(ReadHook);
 
     std::size_t openCount() const;
     std::size_t countingCount() const;
 
-    std::int16_t openIterator(const zef::FSRef* ref, const zef::FileURL& folder,
+    zef::FileError openIterator(const zef::FSRef* ref, const zef::FileURL& folder,
         std::unique_ptr<zef::CatalogIterator>& iterator) override;
-    std::int16_t countEntries(
+    zef::FileError countEntries(
         const zef::FSRef* ref, const zef::FileURL& folder, std::size_t& count) override;
 
 private:
     class Iterator;
     struct Object;
 
-    std::int16_t find(const zef::FSRef* ref, std::shared_ptr<Object>& object) const;
+    zef::FileError find(const zef::FSRef* ref, std::shared_ptr<Object>& object) const;
     Object& objectAt(const zef::FileURL& url) const;
-    std::int16_t read(Object&, std::size_t& position, std::size_t& delivered, zef::KnownEntries*,
+    zef::FileError read(Object&, std::size_t& position, std::size_t& delivered, zef::KnownEntries*,
         std::span<zef::CatalogEntry> entries, std::size_t& count);
     ReadHook readHook() const;
 

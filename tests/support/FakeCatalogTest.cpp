@@ -10,7 +10,7 @@
 
 namespace {
 
-using Result = zef::CatalogResult;
+using Result = zef::FileError;
 
 class FakeCatalogTest : public testing::Test {
 protected:
@@ -36,7 +36,7 @@ protected:
     {
         const zef::FSRef ref(stat);
         std::unique_ptr<zef::CatalogIterator> iterator;
-        EXPECT_EQ(catalog.openIterator(&ref, url, iterator), Result::noError);
+        EXPECT_EQ(catalog.openIterator(&ref, url, iterator), Result::none);
         return iterator;
     }
 
@@ -80,25 +80,25 @@ TEST_F(FakeCatalogTest, FailsToOpenAsTheTestSays)
 TEST_F(FakeCatalogTest, FailsToReadAfterTheEntriesThatTheTestSays)
 {
     addEntries(100);
-    catalog.setReadResult(url, Result::ioError, 50);
+    catalog.setReadResult(url, Result::io, 50);
     auto iterator = open();
 
-    EXPECT_EQ(iterator->next(entries, count), Result::noError);
+    EXPECT_EQ(iterator->next(entries, count), Result::none);
     EXPECT_EQ(count, 40u);
-    EXPECT_EQ(iterator->next(entries, count), Result::noError);
+    EXPECT_EQ(iterator->next(entries, count), Result::none);
     EXPECT_EQ(count, 10u);
-    EXPECT_EQ(iterator->next(entries, count), Result::ioError);
+    EXPECT_EQ(iterator->next(entries, count), Result::io);
     EXPECT_EQ(count, 0u);
 }
 
 TEST_F(FakeCatalogTest, FailsToCountAsTheTestSays)
 {
     addEntries(3);
-    catalog.setCountResult(url, Result::ioError);
+    catalog.setCountResult(url, Result::io);
     const zef::FSRef ref(stat);
     count = 77;
 
-    EXPECT_EQ(catalog.countEntries(&ref, url, count), Result::ioError);
+    EXPECT_EQ(catalog.countEntries(&ref, url, count), Result::io);
     EXPECT_EQ(count, 0u);
     EXPECT_EQ(catalog.countingCount(), 1u);
 }
@@ -114,7 +114,7 @@ TEST_F(FakeCatalogTest, CallsTheTestBeforeEachRead)
     });
     auto iterator = open();
 
-    iterator->next(entries, count);
+    std::ignore = iterator->next(entries, count);
     EXPECT_EQ(iterator->next(entries, count), Result::noMoreItems);
     EXPECT_EQ(count, 9u);
     EXPECT_EQ(reads, (std::vector<std::size_t>{ 0, 1 }));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/FakeFileInformation.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
 
 #include <numeric>
@@ -9,7 +9,7 @@
 
 namespace {
 
-using Result = zef::CatalogResult;
+using Result = zef::FileError;
 
 std::size_t indexOf(FakeFileInformation::Question question)
 {
@@ -57,7 +57,7 @@ void FakeFileInformation::setTarget(
     answers(url).target = Target{ ref, target };
 }
 
-void FakeFileInformation::setError(Question question, const zef::FileURL& url, std::int16_t error)
+void FakeFileInformation::setError(Question question, const zef::FileURL& url, zef::FileError error)
 {
     std::lock_guard lock(_mutex);
     answers(url).errors.at(indexOf(question)) = error;
@@ -75,54 +75,58 @@ std::size_t FakeFileInformation::count() const
     return std::accumulate(_counts.begin(), _counts.end(), std::size_t{ 0 });
 }
 
-std::int16_t FakeFileInformation::copyContentType(const Object& object, std::string& type)
+zef::FileError FakeFileInformation::copyContentType(const Object& object, std::string& type)
 {
-    std::int16_t error = 0;
+    auto error = zef::FileError::none;
     const auto answers = ask(Question::contentType, object.url.path(), error);
-    if (!error)
+    if (error == zef::FileError::none)
         type = answers.type.value_or(usualType(object));
     return error;
 }
 
-std::int16_t FakeFileInformation::copyInvisibility(const Object& object, bool& isInvisible)
+zef::FileError FakeFileInformation::copyInvisibility(const Object& object, bool& isInvisible)
 {
-    std::int16_t error = 0;
+    auto error = zef::FileError::none;
     const auto answers = ask(Question::invisibility, object.url.path(), error);
-    if (!error)
+    if (error == zef::FileError::none)
         isInvisible = answers.isInvisible;
     return error;
 }
 
-std::int16_t FakeFileInformation::copyInvisibilityAtURL(const zef::FileURL& url, bool& isInvisible)
+zef::FileError FakeFileInformation::copyInvisibilityAtURL(
+    const zef::FileURL& url, bool& isInvisible)
 {
-    std::int16_t error = 0;
+    auto error = zef::FileError::none;
     const auto answers = ask(Question::invisibilityAtURL, url.path(), error);
-    if (!error)
+    if (error == zef::FileError::none)
         isInvisible = answers.isInvisible;
     return error;
 }
 
 std::string FakeFileInformation::copyDisplayName(const Object& object)
 {
-    std::int16_t error = 0;
+    auto error = zef::FileError::none;
     const auto answers = ask(Question::displayName, object.url.path(), error);
-    return error ? "" : answers.displayName.value_or(object.url.lastPathComponent());
+    return error != zef::FileError::none
+        ? ""
+        : answers.displayName.value_or(object.url.lastPathComponent());
 }
 
 std::string FakeFileInformation::copyDisplayNameAtPath(const std::string& path)
 {
     const auto url = zef::FileURL::fromPath(path, zef::URLKind::file);
-    std::int16_t error = 0;
+    auto error = zef::FileError::none;
     const auto answers = ask(Question::displayNameAtPath, url.path(), error);
-    return error ? "" : answers.displayName.value_or(url.lastPathComponent());
+    return error != zef::FileError::none ? ""
+                                         : answers.displayName.value_or(url.lastPathComponent());
 }
 
-std::int16_t FakeFileInformation::resolveAliasFile(
+zef::FileError FakeFileInformation::resolveAliasFile(
     zef::FSRef& ref, zef::FileURL& url, bool& targetIsFolder, bool& wasAliased)
 {
-    std::int16_t error = 0;
+    auto error = zef::FileError::none;
     const auto answers = ask(Question::aliasFile, url.path(), error);
-    if (error)
+    if (error != zef::FileError::none)
         return error;
     wasAliased = answers.aliasTarget.has_value();
     if (wasAliased) {
@@ -130,21 +134,21 @@ std::int16_t FakeFileInformation::resolveAliasFile(
         url = answers.aliasTarget->url;
     }
     targetIsFolder = ref.isFolder();
-    return Result::noError;
+    return Result::none;
 }
 
-std::int16_t FakeFileInformation::copyTargetOfURL(
+zef::FileError FakeFileInformation::copyTargetOfURL(
     const zef::FileURL& url, zef::FSRef& ref, zef::FileURL& target)
 {
-    std::int16_t error = 0;
+    auto error = zef::FileError::none;
     const auto answers = ask(Question::targetOfURL, url.path(), error);
-    if (error)
+    if (error != zef::FileError::none)
         return error;
     if (!answers.target)
         return Result::notFound;
     ref = answers.target->ref;
     target = answers.target->url;
-    return Result::noError;
+    return Result::none;
 }
 
 FakeFileInformation::Answers& FakeFileInformation::answers(const zef::FileURL& url)
@@ -153,7 +157,7 @@ FakeFileInformation::Answers& FakeFileInformation::answers(const zef::FileURL& u
 }
 
 FakeFileInformation::Answers FakeFileInformation::ask(
-    Question question, const std::string& path, std::int16_t& error)
+    Question question, const std::string& path, zef::FileError& error)
 {
     std::lock_guard lock(_mutex);
     ++_counts.at(indexOf(question));

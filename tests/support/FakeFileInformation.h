@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
 
 #include <array>
@@ -45,21 +46,21 @@ public:
     void setTarget(const zef::FileURL& url, const zef::FSRef&, const zef::FileURL& target);
     /// From now on the question about this file fails, or has an empty name for an answer; 0 ends
     /// it.
-    void setError(Question, const zef::FileURL&, std::int16_t error);
+    void setError(Question, const zef::FileURL&, zef::FileError error);
 
     /// How often the question was asked.
     std::size_t count(Question) const;
     /// How often anything was asked.
     std::size_t count() const;
 
-    std::int16_t copyContentType(const Object&, std::string& type) override;
-    std::int16_t copyInvisibility(const Object&, bool& isInvisible) override;
-    std::int16_t copyInvisibilityAtURL(const zef::FileURL&, bool& isInvisible) override;
+    zef::FileError copyContentType(const Object&, std::string& type) override;
+    zef::FileError copyInvisibility(const Object&, bool& isInvisible) override;
+    zef::FileError copyInvisibilityAtURL(const zef::FileURL&, bool& isInvisible) override;
     std::string copyDisplayName(const Object&) override;
     std::string copyDisplayNameAtPath(const std::string& path) override;
-    std::int16_t resolveAliasFile(
+    zef::FileError resolveAliasFile(
         zef::FSRef&, zef::FileURL&, bool& targetIsFolder, bool& wasAliased) override;
-    std::int16_t copyTargetOfURL(const zef::FileURL&, zef::FSRef&, zef::FileURL& target) override;
+    zef::FileError copyTargetOfURL(const zef::FileURL&, zef::FSRef&, zef::FileURL& target) override;
 
 private:
     static constexpr std::size_t questionCount = 7;
@@ -70,7 +71,7 @@ private:
     };
 
     struct Answers {
-        std::array<std::int16_t, questionCount> errors{};
+        std::array<zef::FileError, questionCount> errors{};
         std::optional<std::string> type;
         std::optional<std::string> displayName;
         bool isInvisible = false;
@@ -80,7 +81,7 @@ private:
 
     Answers& answers(const zef::FileURL&);
     /// Counts the question, and gives what the test said about the path.
-    Answers ask(Question, const std::string& path, std::int16_t& error);
+    Answers ask(Question, const std::string& path, zef::FileError& error);
 
     mutable std::mutex _mutex;
     std::map<std::string, Answers> _answers;

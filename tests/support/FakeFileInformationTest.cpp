@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/FakeFileInformation.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
 using Question = FakeFileInformation::Question;
-using Result = zef::CatalogResult;
+using Result = zef::FileError;
 
 class FakeFileInformationTest : public testing::Test {
 protected:
@@ -36,14 +36,14 @@ TEST_F(FakeFileInformationTest, StandsInForTheSharedOneWhileItLives)
 
 TEST_F(FakeFileInformationTest, AnswersAsUsualUntilTheTestSaysOtherwise)
 {
-    EXPECT_EQ(information.copyContentType({ ref, url }, type), Result::noError);
+    EXPECT_EQ(information.copyContentType({ ref, url }, type), Result::none);
     EXPECT_EQ(type, "public.data");
-    EXPECT_EQ(information.copyContentType({ folderRef, folderURL }, type), Result::noError);
+    EXPECT_EQ(information.copyContentType({ folderRef, folderURL }, type), Result::none);
     EXPECT_EQ(type, "public.folder");
-    EXPECT_EQ(information.copyContentType({ ref, url, true }, type), Result::noError);
+    EXPECT_EQ(information.copyContentType({ ref, url, true }, type), Result::none);
     EXPECT_EQ(type, "public.symlink");
     isInvisible = true;
-    EXPECT_EQ(information.copyInvisibility({ ref, url }, isInvisible), Result::noError);
+    EXPECT_EQ(information.copyInvisibility({ ref, url }, isInvisible), Result::none);
     EXPECT_FALSE(isInvisible);
     EXPECT_EQ(information.copyDisplayName({ ref, url }), "file");
     EXPECT_EQ(information.copyDisplayNameAtPath("/folder/"), "folder");
@@ -56,9 +56,9 @@ TEST_F(FakeFileInformationTest, TellsWhatTheTestSaysWhateverTheMarkOfTheURL)
     information.setDisplayName(url, "Name");
     const auto marked = url.withKind(zef::URLKind::folder);
 
-    EXPECT_EQ(information.copyContentType({ ref, marked }, type), Result::noError);
+    EXPECT_EQ(information.copyContentType({ ref, marked }, type), Result::none);
     EXPECT_EQ(type, "test.type");
-    EXPECT_EQ(information.copyInvisibilityAtURL(marked, isInvisible), Result::noError);
+    EXPECT_EQ(information.copyInvisibilityAtURL(marked, isInvisible), Result::none);
     EXPECT_TRUE(isInvisible);
     EXPECT_EQ(information.copyDisplayName({ ref, marked }), "Name");
     EXPECT_EQ(information.copyDisplayNameAtPath("/folder/file"), "Name");
@@ -72,13 +72,15 @@ TEST_F(FakeFileInformationTest, LeadsWhereTheTestSays)
     bool isFolder = false;
     bool wasAliased = false;
 
-    EXPECT_EQ(information.resolveAliasFile(targetRef, target, isFolder, wasAliased), 0);
+    EXPECT_EQ(information.resolveAliasFile(targetRef, target, isFolder, wasAliased),
+        zef::FileError::none);
 
     EXPECT_TRUE(targetRef.hasNumbersOf(folderRef));
     EXPECT_EQ(target, folderURL);
     EXPECT_TRUE(isFolder);
     EXPECT_TRUE(wasAliased);
-    EXPECT_EQ(information.resolveAliasFile(targetRef, target, isFolder, wasAliased), 0);
+    EXPECT_EQ(information.resolveAliasFile(targetRef, target, isFolder, wasAliased),
+        zef::FileError::none);
     EXPECT_EQ(target, folderURL);
     EXPECT_FALSE(wasAliased);
 }
@@ -91,23 +93,23 @@ TEST_F(FakeFileInformationTest, KnowsNoTargetOfAURLUntilTheTestSaysOne)
 
     information.setTarget(url, folderRef, folderURL);
 
-    EXPECT_EQ(information.copyTargetOfURL(url, targetRef, target), Result::noError);
+    EXPECT_EQ(information.copyTargetOfURL(url, targetRef, target), Result::none);
     EXPECT_TRUE(targetRef.hasNumbersOf(folderRef));
     EXPECT_EQ(target, folderURL);
 }
 
 TEST_F(FakeFileInformationTest, FailsAndCountsAsTheTestSays)
 {
-    information.setError(Question::contentType, url, -5000);
-    information.setError(Question::displayName, url, -43);
+    information.setError(Question::contentType, url, zef::FileError::accessDenied);
+    information.setError(Question::displayName, url, zef::FileError::notFound);
     type = "before";
 
-    EXPECT_EQ(information.copyContentType({ ref, url }, type), -5000);
+    EXPECT_EQ(information.copyContentType({ ref, url }, type), zef::FileError::accessDenied);
     EXPECT_EQ(type, "before");
     EXPECT_EQ(information.copyDisplayName({ ref, url }), "");
     EXPECT_EQ(information.copyDisplayNameAtPath("/folder/file"), "file");
-    information.setError(Question::contentType, url, 0);
-    EXPECT_EQ(information.copyContentType({ ref, url }, type), Result::noError);
+    information.setError(Question::contentType, url, zef::FileError::none);
+    EXPECT_EQ(information.copyContentType({ ref, url }, type), Result::none);
 
     EXPECT_EQ(information.count(Question::contentType), 2u);
     EXPECT_EQ(information.count(Question::displayName), 1u);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
+
 #include "tests/support/FakeCatalog.h"
 #include "tests/support/FakeFileSystem.h"
 
@@ -56,7 +58,7 @@ public:
     }
     void forbidReading(std::string_view name)
     {
-        _catalog.setReadResult(url(name), zef::CatalogResult::accessDenied);
+        _catalog.setReadResult(url(name), zef::FileError::accessDenied);
     }
 
 private:

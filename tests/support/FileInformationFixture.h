@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Presentation/LinuxFileInformation.h"
@@ -54,8 +54,7 @@ protected:
         std::string type = "unchanged";
         const auto result = information.copyContentType(
             { seen.ref, seen.url, seen.isSymlink }, type);
-        return result == zef::CatalogResult::noError ? type
-                                                     : errorText(result, type == "unchanged");
+        return result == zef::FileError::none ? type : errorText(result, type == "unchanged");
     }
 
     std::string typeOf(std::string_view name) { return typeOf(track(name)); }
@@ -92,14 +91,15 @@ protected:
     zef::LinuxFileInformation information;
 
 private:
-    static std::string errorText(std::int16_t error, bool isUnchanged)
+    static std::string errorText(zef::FileError error, bool isUnchanged)
     {
-        return "error " + std::to_string(error) + (isUnchanged ? "" : " and a changed answer");
+        return "error " + std::to_string(numberOf(error))
+            + (isUnchanged ? "" : " and a changed answer");
     }
 
-    static std::string visibility(std::int16_t result, bool isInvisible)
+    static std::string visibility(zef::FileError result, bool isInvisible)
     {
-        if (result != zef::CatalogResult::noError)
+        if (result != zef::FileError::none)
             return errorText(result, !isInvisible);
         return isInvisible ? "hidden" : "visible";
     }

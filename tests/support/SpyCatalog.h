@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 
 #include <atomic>
 #include <functional>
@@ -23,19 +24,19 @@ public:
     std::function<void()> beforeBatch;
 
     /// What opening and counting answer instead of asking the system; `noError` asks it.
-    std::atomic<std::int16_t> openResult{ zef::CatalogResult::noError };
-    std::atomic<std::int16_t> countResult{ zef::CatalogResult::noError };
+    std::atomic<zef::FileError> openResult{ zef::FileError::none };
+    std::atomic<zef::FileError> countResult{ zef::FileError::none };
 
     /// How often folders were opened, and how many iterators live.
     std::atomic<int> openCount{ 0 };
     std::atomic<int> iteratorCount{ 0 };
 
-    std::int16_t openIterator(const zef::FSRef* ref, const zef::FileURL& folder,
+    zef::FileError openIterator(const zef::FSRef* ref, const zef::FileURL& folder,
         std::unique_ptr<zef::CatalogIterator>& iterator) override
     {
         call(beforeOpening);
         ++openCount;
-        if (openResult != zef::CatalogResult::noError)
+        if (openResult != zef::FileError::none)
             return openResult;
         const auto result = system().openIterator(ref, folder, iterator);
         if (iterator)
@@ -43,14 +44,13 @@ public:
         return result;
     }
 
-    std::int16_t countEntries(
+    zef::FileError countEntries(
         const zef::FSRef* ref, const zef::FileURL& folder, std::size_t& count) override
     {
         call(beforeCounting);
         count = 0;
-        return countResult == zef::CatalogResult::noError
-            ? system().countEntries(ref, folder, count)
-            : countResult.load();
+        return countResult == zef::FileError::none ? system().countEntries(ref, folder, count)
+                                                   : countResult.load();
     }
 
 private:
@@ -65,7 +65,7 @@ private:
 
         ~Iterator() override { --_catalog.iteratorCount; }
 
-        std::int16_t next(std::span<zef::CatalogEntry> entries, std::size_t& count) override
+        zef::FileError next(std::span<zef::CatalogEntry> entries, std::size_t& count) override
         {
             call(_catalog.beforeBatch);
             return _iterator->next(entries, count);

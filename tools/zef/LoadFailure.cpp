@@ -17,18 +17,18 @@ constexpr std::string_view error = " error ";
 int systemError(int code)
 {
     switch (code) {
-    case zef::CatalogResult::accessDenied:
+    case numberOf(zef::FileError::accessDenied):
         return EACCES;
-    case zef::CatalogResult::notAFolder:
+    case numberOf(zef::FileError::notAFolder):
         return ENOTDIR;
-    case zef::CatalogResult::notFound:
-    case zef::CatalogResult::badReference:
+    case numberOf(zef::FileError::notFound):
+    case numberOf(zef::FileError::badReference):
         return ENOENT;
-    case zef::CatalogResult::tooManyOpenFiles:
+    case numberOf(zef::FileError::tooManyOpenFiles):
         return EMFILE;
-    case zef::CatalogResult::outOfMemory:
+    case numberOf(zef::FileError::outOfMemory):
         return ENOMEM;
-    case zef::CatalogResult::ioError:
+    case numberOf(zef::FileError::io):
         return EIO;
     default:
         return 0;
@@ -53,7 +53,7 @@ std::optional<LoadFailure> LoadFailure::inLog(std::string_view line)
     const auto url = zef::FileURL::fromString(line.substr(line.rfind(' ') + 1));
     if (!code || !url)
         return std::nullopt;
-    return LoadFailure{ url.path(), code == zef::CatalogResult::notAFolder, reasonOf(code) };
+    return LoadFailure{ url.path(), code == numberOf(zef::FileError::notAFolder), reasonOf(code) };
 }
 
 } // namespace tool

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Objects/SharedService.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
@@ -15,7 +16,7 @@ namespace zef {
 /// file after it, or folders above it, were renamed or moved, after a restart of the machine and
 /// with the volume mounted elsewhere.
 ///
-/// Asks nobody anything and mounts nothing. Errors are the numbers of `CatalogResult`. Any thread.
+/// Asks nobody anything and mounts nothing. Errors are the numbers of `FileError`. Any thread.
 class AliasData : public SharedService<AliasData> {
 public:
     using Bytes = std::vector<std::byte>;
@@ -26,11 +27,11 @@ public:
 
     /// Sets `bytes` to a lasting reference to the object that `ref` refers to, last seen at `url`
     /// (may be nil).
-    virtual std::int16_t make(const FSRef& ref, const FileURL& url, Bytes& bytes) = 0;
+    virtual FileError make(const FSRef& ref, const FileURL& url, Bytes& bytes) = 0;
 
     /// Finds the object that `bytes`, from wherever they come, refer to: its reference and where it
     /// is. Never answers with another object, also not with one that took its place.
-    virtual std::int16_t resolve(const Bytes& bytes, FSRef& ref, FileURL& url) = 0;
+    virtual FileError resolve(const Bytes& bytes, FSRef& ref, FileURL& url) = 0;
 };
 
 } // namespace zef

@@ -3,6 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/AliasData/AliasRecord.h"
 #include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 #include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentityCache.h"
 
@@ -21,12 +22,12 @@ public:
     }
 
     /// Fills in the record for the object that `ref` refers to, last seen at `url` (may be nil). A
-    /// number of `CatalogResult`; the record is undefined unless it is 0.
-    std::int16_t make(const FSRef& ref, const FileURL& url);
+    /// number of `FileError`; the record is undefined unless it is 0.
+    FileError make(const FSRef& ref, const FileURL& url);
 
 private:
     void takeIdentity(const FSRef& ref, const char* path);
-    std::int16_t takeWay(const char* path);
+    FileError takeWay(const char* path);
 
     VolumeIdentityCache& _evidences;
     AliasRecord& _record;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/AliasData/AliasRecorder.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
@@ -66,10 +66,10 @@ std::string folderOf(const std::string& path)
 
 } // namespace
 
-std::int16_t AliasRecorder::make(const FSRef& ref, const FileURL& url)
+FileError AliasRecorder::make(const FSRef& ref, const FileURL& url)
 {
     ObjectPlace place;
-    if (const auto error = place.find(ref, url))
+    if (const auto error = place.find(ref, url); error != FileError::none)
         return error;
     _device = place.stat().device;
     _record.inode = place.stat().inode;
@@ -77,8 +77,8 @@ std::int16_t AliasRecorder::make(const FSRef& ref, const FileURL& url)
     _record.hasBirthTime = place.stat().hasBirthTime;
     const auto path = pathWithoutLinks(place.path());
     if (path.empty())
-        return catalogResultOfErrno(errno);
-    if (const auto error = takeWay(path.c_str()))
+        return fileErrorOfErrno(errno);
+    if (const auto error = takeWay(path.c_str()); error != FileError::none)
         return error;
     takeIdentity(ref, path.c_str());
     // Only now, so that all of this was of one object.
@@ -95,7 +95,7 @@ void AliasRecorder::takeIdentity(const FSRef& ref, const char* path)
 }
 
 // Up to the first folder that is on another mount; the mount point is the last one before.
-std::int16_t AliasRecorder::takeWay(const char* path)
+FileError AliasRecorder::takeWay(const char* path)
 {
     std::string here = path;
     Step step;
@@ -112,10 +112,10 @@ std::int16_t AliasRecorder::takeWay(const char* path)
         here = above;
     }
     if (error)
-        return catalogResultOfErrno(error);
+        return fileErrorOfErrno(error);
     std::reverse(_record.chain.begin(), _record.chain.end());
     const bool isKnown = _evidences.evidence(here, step.stat.device, step.mountID, _record.volume);
-    return isKnown ? CatalogResult::noError : CatalogResult::ioError;
+    return isKnown ? FileError::none : FileError::io;
 }
 
 } // namespace zef

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/AliasData/SearchedVolume.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Locator/HandleOpener.h"
 #include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentityCache.h"
 
@@ -26,8 +27,8 @@ public:
     /// The record is borrowed.
     AliasSearch(const Means&, const AliasRecord& record);
 
-    /// A number of `CatalogResult`: 0, -43 when the object is gone or can't be found.
-    std::int16_t resolve(FSRef& ref, FileURL& url);
+    /// A number of `FileError`: 0, -43 when the object is gone or can't be found.
+    FileError resolve(FSRef& ref, FileURL& url);
 
 private:
     enum class Progress { found, gone, open };

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/AliasData/BreadthFirstSearch.h"
 #include "ZEFFilesystemTools/Platform/AliasData/RecordedPath.h"
-#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 #include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
@@ -29,21 +29,21 @@ AliasSearch::AliasSearch(const Means& means, const AliasRecord& record)
 {
 }
 
-std::int16_t AliasSearch::resolve(FSRef& ref, FileURL& url)
+FileError AliasSearch::resolve(FSRef& ref, FileURL& url)
 {
     if (lookAtLastPlace()) {
         ref = _target.ref(_record.parentInode());
         url = _target.url();
-        return CatalogResult::noError;
+        return FileError::none;
     }
     _budget.secondsAtStart = Clock::shared().monotonicSeconds();
     _budget.secondsAtEnd = _budget.secondsAtStart + mostSeconds;
     // Where numbers are all there is, only the place tells an object from others.
     if (!_record.hasStrongIdentity() || searchMounts() != Progress::found)
-        return CatalogResult::notFound;
+        return FileError::notFound;
     ref = _target.ref();
     url = _target.url();
-    return CatalogResult::noError;
+    return FileError::none;
 }
 
 bool AliasSearch::lookAtLastPlace()

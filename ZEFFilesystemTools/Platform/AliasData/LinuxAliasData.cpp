@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/AliasData/AliasRecorder.h"
 #include "ZEFFilesystemTools/Platform/AliasData/AliasSearch.h"
-#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 
 namespace zef {
 
@@ -13,20 +13,21 @@ AliasData& AliasData::system()
     return aliasData;
 }
 
-std::int16_t LinuxAliasData::make(const FSRef& ref, const FileURL& url, Bytes& bytes)
+FileError LinuxAliasData::make(const FSRef& ref, const FileURL& url, Bytes& bytes)
 {
     AliasRecord record;
-    if (const auto error = AliasRecorder(_evidences, record).make(ref, url))
+    if (const auto error = AliasRecorder(_evidences, record).make(ref, url);
+        error != FileError::none)
         return error;
     bytes = record.encode();
-    return bytes.empty() ? CatalogResult::ioError : CatalogResult::noError;
+    return bytes.empty() ? FileError::io : FileError::none;
 }
 
-std::int16_t LinuxAliasData::resolve(const Bytes& bytes, FSRef& ref, FileURL& url)
+FileError LinuxAliasData::resolve(const Bytes& bytes, FSRef& ref, FileURL& url)
 {
     AliasRecord record;
     if (!AliasRecord::decode(bytes, record))
-        return CatalogResult::ioError;
+        return FileError::io;
     return AliasSearch({ _evidences, _folders, _opener }, record).resolve(ref, url);
 }
 

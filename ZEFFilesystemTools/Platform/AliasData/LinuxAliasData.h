@@ -3,6 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/AliasData/AliasData.h"
 #include "ZEFFilesystemTools/Platform/AliasData/AliasFolders.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Locator/HandleOpener.h"
 #include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentityCache.h"
 
@@ -12,8 +13,8 @@ namespace zef {
 /// volumes and folders for a moment; holds nothing open. Any thread.
 class LinuxAliasData final : public AliasData {
 public:
-    std::int16_t make(const FSRef& ref, const FileURL& url, Bytes& bytes) override;
-    std::int16_t resolve(const Bytes& bytes, FSRef& ref, FileURL& url) override;
+    FileError make(const FSRef& ref, const FileURL& url, Bytes& bytes) override;
+    FileError resolve(const Bytes& bytes, FSRef& ref, FileURL& url) override;
 
 private:
     VolumeIdentityCache _evidences;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Catalog/CatalogIterator.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Objects/SharedService.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
@@ -19,17 +20,16 @@ public:
     /// Opens the folder that `ref` (null: none) refers to, last seen at `folder`. Returns
     /// `noError` and an iterator, or an error and none. A folder that may not be read opens
     /// without an error; its iterator tells.
-    virtual std::int16_t openIterator(
+    virtual FileError openIterator(
         const FSRef* ref, const FileURL& folder, std::unique_ptr<CatalogIterator>& iterator)
         = 0;
 
     /// Sets `count` to the number of entries of the folder, 0 when they can't be counted.
-    virtual std::int16_t countEntries(const FSRef* ref, const FileURL& folder, std::size_t& count)
-        = 0;
+    virtual FileError countEntries(const FSRef* ref, const FileURL& folder, std::size_t& count) = 0;
 
     /// The same, for somebody who may want to see the entries next: `iterator` delivers what was
     /// counted without reading the folder again. It may stay null also after a success.
-    virtual std::int16_t countEntriesAndKeep(const FSRef* ref, const FileURL& folder,
+    virtual FileError countEntriesAndKeep(const FSRef* ref, const FileURL& folder,
         std::size_t& count, std::unique_ptr<CatalogIterator>& iterator);
 };
 

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/Catalog/CatalogEntry.h"
 #include "ZEFFilesystemTools/Platform/Catalog/KnownEntries.h"
-#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
 #include <cstddef>
@@ -23,12 +23,12 @@ public:
     /// Fills `entries` from the front and sets `count` to how many there are. Returns
     /// `noError` while there may be more, `noMoreItems` with the last ones (perhaps none),
     /// `accessDenied` for a folder that may not be read, or another error.
-    virtual std::int16_t next(std::span<CatalogEntry> entries, std::size_t& count) = 0;
+    virtual FileError next(std::span<CatalogEntry> entries, std::size_t& count) = 0;
 
     /// Opens the folder that `entry`, read last or among those, stands for and that is at `url`; as
     /// `Catalog::openIterator` does, but without looking up its whole path where that can be
     /// spared.
-    virtual std::int16_t openSubfolder(
+    virtual FileError openSubfolder(
         const CatalogEntry& entry, const FileURL& url, std::unique_ptr<CatalogIterator>& iterator);
 
     /// Holds no descriptor until the next read. It keeps what is still to be delivered.

@@ -10,23 +10,23 @@
 namespace zef {
 namespace {
 
-std::int16_t resultOfOpening(int error)
+FileError resultOfOpening(int error)
 {
-    return error == EINVAL ? CatalogResult::badReference : catalogResultOfErrno(error);
+    return error == EINVAL ? FileError::badReference : fileErrorOfErrno(error);
 }
 
 class KernelCatalogIterator final : public CatalogIterator {
 public:
-    std::int16_t open(const FSRef& ref, const FileURL& folder)
+    FileError open(const FSRef& ref, const FileURL& folder)
     {
         const int error = _reader.open(ref, folder);
         if (error)
             return resultOfOpening(error);
         begin(ref, !keepsBirthTimes(fileSystemType(_reader.folder())));
-        return CatalogResult::noError;
+        return FileError::none;
     }
 
-    std::int16_t next(std::span<CatalogEntry> entries, std::size_t& count) override
+    FileError next(std::span<CatalogEntry> entries, std::size_t& count) override
     {
         count = 0;
         FolderReader::Entry raw;
@@ -38,16 +38,16 @@ public:
             if (fill(entries[count], raw))
                 ++count;
         }
-        return CatalogResult::noError;
+        return FileError::none;
     }
 
-    std::int16_t openSubfolder(const CatalogEntry& entry, const FileURL& url,
+    FileError openSubfolder(const CatalogEntry& entry, const FileURL& url,
         std::unique_ptr<CatalogIterator>& iterator) override
     {
         auto opened = std::make_unique<KernelCatalogIterator>();
         if (opened->openIn(*this, entry, url) == 0) {
             iterator = std::move(opened);
-            return CatalogResult::noError;
+            return FileError::none;
         }
         return CatalogIterator::openSubfolder(entry, url, iterator);
     }
@@ -62,13 +62,13 @@ public:
 
     void setKnownEntries(KnownEntries* known) override { _knownEntries = known; }
 
-    std::int16_t count(std::size_t& count)
+    FileError count(std::size_t& count)
     {
         const auto entryCount = _reader.countRest();
         if (_reader.error())
-            return catalogResultOfErrno(_reader.error());
+            return fileErrorOfErrno(_reader.error());
         count = entryCount;
-        return CatalogResult::noError;
+        return FileError::none;
     }
 
 private:
@@ -93,11 +93,11 @@ private:
     }
 
     // An error behind entries that were read waits for the next call.
-    std::int16_t end(std::size_t count) const
+    FileError end(std::size_t count) const
     {
         if (!_reader.error())
-            return CatalogResult::noMoreItems;
-        return count ? CatalogResult::noError : catalogResultOfErrno(_reader.error());
+            return FileError::noMoreItems;
+        return count ? FileError::none : fileErrorOfErrno(_reader.error());
     }
 
     // NO for an entry that is gone already.
@@ -125,18 +125,18 @@ private:
 
 class KernelCatalog final : public Catalog {
 public:
-    std::int16_t openIterator(const FSRef* ref, const FileURL& folder,
+    FileError openIterator(const FSRef* ref, const FileURL& folder,
         std::unique_ptr<CatalogIterator>& iterator) override
     {
         iterator.reset();
         auto opened = std::make_unique<KernelCatalogIterator>();
         const auto result = opened->open(ref ? *ref : FSRef(), folder);
-        if (result == CatalogResult::noError)
+        if (result == FileError::none)
             iterator = std::move(opened);
         return result;
     }
 
-    std::int16_t countEntries(const FSRef* ref, const FileURL& folder, std::size_t& count) override
+    FileError countEntries(const FSRef* ref, const FileURL& folder, std::size_t& count) override
     {
         count = 0;
         FolderReader reader;
@@ -148,21 +148,21 @@ public:
         while (reader.next(entry))
             ++read;
         if (reader.error())
-            return catalogResultOfErrno(reader.error());
+            return fileErrorOfErrno(reader.error());
         count = read;
-        return CatalogResult::noError;
+        return FileError::none;
     }
 
-    std::int16_t countEntriesAndKeep(const FSRef* ref, const FileURL& folder, std::size_t& count,
+    FileError countEntriesAndKeep(const FSRef* ref, const FileURL& folder, std::size_t& count,
         std::unique_ptr<CatalogIterator>& iterator) override
     {
         count = 0;
         iterator.reset();
         auto opened = std::make_unique<KernelCatalogIterator>();
         auto result = opened->open(ref ? *ref : FSRef(), folder);
-        if (result == CatalogResult::noError)
+        if (result == FileError::none)
             result = opened->count(count);
-        if (result == CatalogResult::noError)
+        if (result == FileError::none)
             iterator = std::move(opened);
         return result;
     }
@@ -170,14 +170,14 @@ public:
 
 } // namespace
 
-std::int16_t CatalogIterator::openSubfolder(
+FileError CatalogIterator::openSubfolder(
     const CatalogEntry& entry, const FileURL& url, std::unique_ptr<CatalogIterator>& iterator)
 {
     return Catalog::shared().openIterator(&entry.ref, url, iterator);
 }
 
-std::int16_t Catalog::countEntriesAndKeep(const FSRef* ref, const FileURL& folder,
-    std::size_t& count, std::unique_ptr<CatalogIterator>& iterator)
+FileError Catalog::countEntriesAndKeep(const FSRef* ref, const FileURL& folder, std::size_t& count,
+    std::unique_ptr<CatalogIterator>& iterator)
 {
     iterator.reset();
     return countEntries(ref, folder, count);

@@ -19,7 +19,4 @@ int statAt(int folder, const char* name, Stat& stat, std::uint64_t& mountID);
 /// The handle of such an entry; one that is not known where there is none.
 FileHandle handleAt(int folder, const char* name);
 
-/// The number that opening or reading a folder reports for an errno value.
-std::int16_t catalogResultOfErrno(int error);
-
 } // namespace zef

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
-
 #include <cerrno>
 #include <cstring>
 
@@ -107,29 +105,6 @@ FileHandle handleAt(int folder, const char* name)
             break;
     }
     return {};
-}
-
-std::int16_t catalogResultOfErrno(int error)
-{
-    switch (error) {
-    case 0:
-        return CatalogResult::noError;
-    case ENOENT:
-    case ESTALE:
-        return CatalogResult::notFound;
-    case ENOTDIR:
-        return CatalogResult::notAFolder;
-    case EMFILE:
-    case ENFILE:
-        return CatalogResult::tooManyOpenFiles;
-    case ENOMEM:
-        return CatalogResult::outOfMemory;
-    case EACCES:
-    case EPERM:
-        return CatalogResult::accessDenied;
-    default:
-        return CatalogResult::ioError;
-    }
 }
 
 } // namespace zef

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
@@ -34,31 +34,31 @@ LastFound& lastFound()
 
 } // namespace
 
-std::int16_t ObjectPlace::find(const FSRef& ref, const FileURL& lastKnown)
+FileError ObjectPlace::find(const FSRef& ref, const FileURL& lastKnown)
 {
     if (ref.isEmpty())
-        return CatalogResult::badReference;
+        return FileError::badReference;
     if (lastFound().serves(ref, lastKnown) && lastKnown.fileSystemRepresentation(_path)) {
         _url = lastKnown;
         _stat = lastFound().stat;
-        return CatalogResult::noError;
+        return FileError::none;
     }
-    const auto result = lastKnown ? lookFor(ref, lastKnown) : CatalogResult::notFound;
-    if (result == CatalogResult::noError)
+    const auto result = lastKnown ? lookFor(ref, lastKnown) : FileError::notFound;
+    if (result == FileError::none)
         return result;
     const auto place = Locator::shared().locate(ref, lastKnown);
     return place ? lookFor(ref, place) : result;
 }
 
-std::int16_t ObjectPlace::lookFor(const FSRef& ref, const FileURL& url)
+FileError ObjectPlace::lookFor(const FSRef& ref, const FileURL& url)
 {
     RecentLook look;
     look.take();
     const auto result = lookAt(url);
-    if (result != CatalogResult::noError)
+    if (result != FileError::none)
         return result;
     if (!sameObject(_stat, ref, path()))
-        return CatalogResult::notFound;
+        return FileError::notFound;
     lastFound() = { .look = look, .ref = ref, .url = url, .stat = _stat };
     return result;
 }
@@ -75,16 +75,16 @@ bool ObjectPlace::isJustFound(const FSRef& ref, const FileURL& lastKnown)
     return !ref.isEmpty() && lastFound().serves(ref, lastKnown);
 }
 
-std::int16_t ObjectPlace::lookAt(const FileURL& url)
+FileError ObjectPlace::lookAt(const FileURL& url)
 {
     if (!url)
-        return CatalogResult::badReference;
+        return FileError::badReference;
     if (!url.fileSystemRepresentation(_path))
-        return CatalogResult::ioError;
+        return FileError::io;
     _url = url;
     const int error = FileSystem::shared().statLink(path(), _stat);
     // Where a file stands in a folder's place there is nothing to be found.
-    return catalogResultOfErrno(error == ENOTDIR ? ENOENT : error);
+    return fileErrorOfErrno(error == ENOTDIR ? ENOENT : error);
 }
 
 } // namespace zef

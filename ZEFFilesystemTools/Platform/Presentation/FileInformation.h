@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Objects/SharedService.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
@@ -14,7 +15,7 @@ namespace zef {
 /// leads.
 ///
 /// It starts nothing, mounts nothing, waits for nobody, and reads small regular files alone. Errors
-/// are the numbers of `CatalogResult`. Any thread.
+/// are the numbers of `FileError`. Any thread.
 class FileInformation : public SharedService<FileInformation> {
 public:
     /// One object on disk, the link itself where it is one.
@@ -31,7 +32,7 @@ public:
 
     /// Sets `type` to the object's type identifier. Answers by the name without a look at the disk
     /// where that suffices, also for an object that is gone.
-    virtual std::int16_t copyContentType(const Object&, std::string& type) = 0;
+    virtual FileError copyContentType(const Object&, std::string& type) = 0;
 
     /// NO when the name alone, which is not looked for on disk, tells that the object is no alias
     /// file, as of most files it does: then nothing needs to be made of its type.
@@ -39,8 +40,8 @@ public:
 
     /// Whether the object is hidden from people: by a dot at the beginning of its name or by its
     /// folder's ".hidden" list. -43 when it is gone.
-    virtual std::int16_t copyInvisibility(const Object&, bool& isInvisible) = 0;
-    virtual std::int16_t copyInvisibilityAtURL(const FileURL& url, bool& isInvisible) = 0;
+    virtual FileError copyInvisibility(const Object&, bool& isInvisible) = 0;
+    virtual FileError copyInvisibilityAtURL(const FileURL& url, bool& isInvisible) = 0;
 
     /// The name to show, valid UTF-8; empty when there is none. Ordinary names come from the URL
     /// without a look at the disk, whether the object still has that name or not; a desktop entry
@@ -52,12 +53,12 @@ public:
     /// Follows alias files and links, one after the other, from the object that `ref` refers to
     /// and that was last seen at `url`: both then are the target's. An object that is neither is
     /// its own target. At most 16 steps; where it fails, all stay as they were.
-    virtual std::int16_t resolveAliasFile(
+    virtual FileError resolveAliasFile(
         FSRef& ref, FileURL& url, bool& targetIsFolder, bool& wasAliased)
         = 0;
 
     /// Sets `ref` to the object that `url` leads to, links followed, and `target` to where that is.
-    virtual std::int16_t copyTargetOfURL(const FileURL& url, FSRef& ref, FileURL& target) = 0;
+    virtual FileError copyTargetOfURL(const FileURL& url, FSRef& ref, FileURL& target) = 0;
 };
 
 } // namespace zef

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
 #include "ZEFFilesystemTools/Platform/Presentation/DesktopEntryCache.h"
 #include "ZEFFilesystemTools/Platform/Volumes/AutomountPoints.h"
@@ -25,18 +26,18 @@ public:
     }
 
     /// Moves `place`, at which something was found, to the end of the way. A number of
-    /// `CatalogResult`: -43 when something on the way is missing or not mounted, -36 when the way
+    /// `FileError`: -43 when something on the way is missing or not mounted, -36 when the way
     /// has more than 16 steps; `place` is undefined then.
-    std::int16_t follow(ObjectPlace& place);
+    FileError follow(ObjectPlace& place);
 
     /// Whether the last way had any step.
     bool hasFollowed() const { return _steps; }
 
 private:
-    std::int16_t nextPlace(const ObjectPlace& place, FileURL& next) const;
-    std::int16_t targetOfLink(const ObjectPlace& link, FileURL& target) const;
-    std::int16_t targetOfAliasFile(const ObjectPlace& file, FileURL& target) const;
-    std::int16_t enter(std::string path, FileURL& target) const;
+    FileError nextPlace(const ObjectPlace& place, FileURL& next) const;
+    FileError targetOfLink(const ObjectPlace& link, FileURL& target) const;
+    FileError targetOfAliasFile(const ObjectPlace& file, FileURL& target) const;
+    FileError enter(std::string path, FileURL& target) const;
 
     DesktopEntryCache& _entries;
     AutomountPoints& _automountPoints;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Presentation/LinkFollower.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Presentation/PathDots.h"
 
@@ -21,36 +21,36 @@ constexpr unsigned mostSteps = 16;
 
 } // namespace
 
-std::int16_t LinkFollower::follow(ObjectPlace& place)
+FileError LinkFollower::follow(ObjectPlace& place)
 {
     for (_steps = 0;; ++_steps) {
         FileURL next;
         auto result = nextPlace(place, next);
-        if (result != CatalogResult::noError || !next)
+        if (result != FileError::none || !next)
             return result;
         if (_steps == mostSteps)
-            return CatalogResult::ioError;
+            return FileError::io;
         result = place.lookAt(next);
-        if (result != CatalogResult::noError)
+        if (result != FileError::none)
             return result;
     }
 }
 
 // Leaves `next` nil at the end of the way.
-std::int16_t LinkFollower::nextPlace(const ObjectPlace& place, FileURL& next) const
+FileError LinkFollower::nextPlace(const ObjectPlace& place, FileURL& next) const
 {
     if (place.stat().isSymlink())
         return targetOfLink(place, next);
     return _follows == Follows::linksAndAliasFiles ? targetOfAliasFile(place, next)
-                                                   : CatalogResult::noError;
+                                                   : FileError::none;
 }
 
-std::int16_t LinkFollower::targetOfLink(const ObjectPlace& link, FileURL& target) const
+FileError LinkFollower::targetOfLink(const ObjectPlace& link, FileURL& target) const
 {
     std::array<char, PATH_MAX> bytes;
     const auto length = ::readlink(link.path(), bytes.data(), bytes.size());
     if (length < 0)
-        return catalogResultOfErrno(errno);
+        return fileErrorOfErrno(errno);
     const std::string_view text(bytes.data(), static_cast<std::size_t>(length));
     std::string path;
     if (!text.starts_with('/'))
@@ -58,22 +58,22 @@ std::int16_t LinkFollower::targetOfLink(const ObjectPlace& link, FileURL& target
     return enter(std::move(path.append(text)), target);
 }
 
-std::int16_t LinkFollower::targetOfAliasFile(const ObjectPlace& file, FileURL& target) const
+FileError LinkFollower::targetOfAliasFile(const ObjectPlace& file, FileURL& target) const
 {
     if (!DesktopEntryCache::isNameOfEntry(file.url().name()))
-        return CatalogResult::noError;
+        return FileError::none;
     const auto entry = _entries.entry(file.path(), file.stat());
-    return entry && entry->isAlias() ? enter(entry->target(), target) : CatalogResult::noError;
+    return entry && entry->isAlias() ? enter(entry->target(), target) : FileError::none;
 }
 
-std::int16_t LinkFollower::enter(std::string path, FileURL& target) const
+FileError LinkFollower::enter(std::string path, FileURL& target) const
 {
     // Asked before ".." is taken out as well, because that looks at folders.
     if (_automountPoints.areAbove(path))
-        return CatalogResult::notFound;
+        return FileError::notFound;
     target = FileURL::fromPath(pathWithoutDots(std::move(path)), URLKind::file);
     const bool isThere = target && !_automountPoints.areAbove(target.path());
-    return isThere ? CatalogResult::noError : CatalogResult::notFound;
+    return isThere ? FileError::none : FileError::notFound;
 }
 
 } // namespace zef

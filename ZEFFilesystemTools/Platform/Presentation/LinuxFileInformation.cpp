@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Presentation/LinuxFileInformation.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
@@ -59,13 +59,13 @@ URLKind kindOf(const Stat& stat)
 }
 
 // The reference to what is at `place`, and where that is; neither changes on a failure.
-std::int16_t copyPlace(const ObjectPlace& place, FSRef& ref, FileURL& url)
+FileError copyPlace(const ObjectPlace& place, FSRef& ref, FileURL& url)
 {
     auto found = place.url().withKind(kindOf(place.stat()));
     if (!Locator::shared().makeRef(found, place.stat(), ref))
-        return CatalogResult::badReference;
+        return FileError::badReference;
     url = std::move(found);
-    return CatalogResult::noError;
+    return FileError::none;
 }
 
 } // namespace
@@ -76,18 +76,18 @@ FileInformation& FileInformation::system()
     return information;
 }
 
-std::int16_t LinuxFileInformation::copyContentType(const Object& object, std::string& type)
+FileError LinuxFileInformation::copyContentType(const Object& object, std::string& type)
 {
     if (object.ref.isEmpty())
-        return CatalogResult::badReference;
+        return FileError::badReference;
     if (object.isSymlink) {
         type = type::symlink;
-        return CatalogResult::noError;
+        return FileError::none;
     }
     if (mayBeAliasFile(object))
         return copyTypeOfEntry(object, type);
     type = typeByName(object.ref, object.url.name());
-    return CatalogResult::noError;
+    return FileError::none;
 }
 
 bool LinuxFileInformation::mayBeAliasFile(const Object& object)
@@ -96,11 +96,11 @@ bool LinuxFileInformation::mayBeAliasFile(const Object& object)
 }
 
 // Also of an object whose name isn't known yet.
-std::int16_t LinuxFileInformation::copyTypeOfEntry(const Object& object, std::string& type)
+FileError LinuxFileInformation::copyTypeOfEntry(const Object& object, std::string& type)
 {
     ObjectPlace place;
     const auto result = place.find(object.ref, object.url);
-    if (result != CatalogResult::noError)
+    if (result != FileError::none)
         return result;
     if (mayBeEntry(object, place.url().name()))
         type = typeOfEntry(_entries.entry(place.path(), place.stat()).get());
@@ -109,24 +109,24 @@ std::int16_t LinuxFileInformation::copyTypeOfEntry(const Object& object, std::st
     return result;
 }
 
-std::int16_t LinuxFileInformation::copyInvisibility(const Object& object, bool& isInvisible)
+FileError LinuxFileInformation::copyInvisibility(const Object& object, bool& isInvisible)
 {
     if (ObjectPlace::isJustFound(object.ref, object.url)) {
         isInvisible = _hiddenLists.hides(object.url);
-        return CatalogResult::noError;
+        return FileError::none;
     }
     ObjectPlace place;
     const auto result = place.find(object.ref, object.url);
-    if (result == CatalogResult::noError)
+    if (result == FileError::none)
         isInvisible = _hiddenLists.hides(place.url());
     return result;
 }
 
-std::int16_t LinuxFileInformation::copyInvisibilityAtURL(const FileURL& url, bool& isInvisible)
+FileError LinuxFileInformation::copyInvisibilityAtURL(const FileURL& url, bool& isInvisible)
 {
     ObjectPlace place;
     const auto result = place.lookAt(url);
-    if (result == CatalogResult::noError)
+    if (result == FileError::none)
         isInvisible = _hiddenLists.hides(url);
     return result;
 }
@@ -136,7 +136,7 @@ std::string LinuxFileInformation::copyDisplayName(const Object& object)
     if (object.url && !mayBeEntry(object, object.url.name()))
         return displayNameOfBytes(nameAt(object.url));
     ObjectPlace place;
-    if (place.find(object.ref, object.url) != CatalogResult::noError)
+    if (place.find(object.ref, object.url) != FileError::none)
         return {};
     return nameToShow(nameAt(place.url()), place.path(), place.stat());
 }
@@ -161,37 +161,37 @@ std::string LinuxFileInformation::nameToShow(
     return entry && !entry->name().empty() ? entry->name() : displayNameOfBytes(name);
 }
 
-std::int16_t LinuxFileInformation::resolveAliasFile(
+FileError LinuxFileInformation::resolveAliasFile(
     FSRef& ref, FileURL& url, bool& targetIsFolder, bool& wasAliased)
 {
     ObjectPlace place;
     auto result = place.find(ref, url);
-    if (result != CatalogResult::noError)
+    if (result != FileError::none)
         return result;
     LinkFollower resolution(_entries, _automountPoints, LinkFollower::Follows::linksAndAliasFiles);
     result = resolution.follow(place);
-    if (result != CatalogResult::noError)
+    if (result != FileError::none)
         return result;
     // The reference of an object that is its own target knows more than a new one would.
     if (resolution.hasFollowed())
         result = copyPlace(place, ref, url);
     else
         url = place.url().withKind(kindOf(place.stat()));
-    if (result != CatalogResult::noError)
+    if (result != FileError::none)
         return result;
     targetIsFolder = place.stat().isFolder();
     wasAliased = resolution.hasFollowed();
     return result;
 }
 
-std::int16_t LinuxFileInformation::copyTargetOfURL(const FileURL& url, FSRef& ref, FileURL& target)
+FileError LinuxFileInformation::copyTargetOfURL(const FileURL& url, FSRef& ref, FileURL& target)
 {
     ObjectPlace place;
     auto result = place.lookAt(url);
-    if (result == CatalogResult::noError)
+    if (result == FileError::none)
         result = LinkFollower(_entries, _automountPoints, LinkFollower::Follows::links)
                      .follow(place);
-    return result == CatalogResult::noError ? copyPlace(place, ref, target) : result;
+    return result == FileError::none ? copyPlace(place, ref, target) : result;
 }
 
 } // namespace zef

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Presentation/DesktopEntryCache.h"
 #include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
 #include "ZEFFilesystemTools/Platform/Presentation/HiddenListCache.h"
@@ -20,18 +21,18 @@ public:
     {
     }
 
-    std::int16_t copyContentType(const Object&, std::string& type) override;
+    FileError copyContentType(const Object&, std::string& type) override;
     bool mayBeAliasFile(const Object&) override;
-    std::int16_t copyInvisibility(const Object&, bool& isInvisible) override;
-    std::int16_t copyInvisibilityAtURL(const FileURL& url, bool& isInvisible) override;
+    FileError copyInvisibility(const Object&, bool& isInvisible) override;
+    FileError copyInvisibilityAtURL(const FileURL& url, bool& isInvisible) override;
     std::string copyDisplayName(const Object&) override;
     std::string copyDisplayNameAtPath(const std::string& path) override;
-    std::int16_t resolveAliasFile(
+    FileError resolveAliasFile(
         FSRef& ref, FileURL& url, bool& targetIsFolder, bool& wasAliased) override;
-    std::int16_t copyTargetOfURL(const FileURL& url, FSRef& ref, FileURL& target) override;
+    FileError copyTargetOfURL(const FileURL& url, FSRef& ref, FileURL& target) override;
 
 private:
-    std::int16_t copyTypeOfEntry(const Object&, std::string& type);
+    FileError copyTypeOfEntry(const Object&, std::string& type);
     std::string nameToShow(std::string_view name, const char* path, const Stat& stat);
 
     AutomountPoints _automountPoints;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/AliasData/LinuxAliasData.h"
-#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
 #include "tests/support/ChildProcess.h"
@@ -51,7 +51,7 @@ protected:
         zef::Stat stat;
         const auto url = folder.url(name);
         if (zef::FileSystem::system().statLink(url.path().c_str(), stat) == 0)
-            zef::LinuxAliasData().make(zef::FSRef(stat), url, bytes);
+            std::ignore = zef::LinuxAliasData().make(zef::FSRef(stat), url, bytes);
         return bytes;
     }
 
@@ -60,7 +60,9 @@ protected:
     {
         zef::FSRef ref;
         zef::FileURL url;
-        return zef::LinuxAliasData().resolve(bytes, ref, url) == 0 ? url.path() : std::string();
+        return zef::LinuxAliasData().resolve(bytes, ref, url) == zef::FileError::none
+            ? url.path()
+            : std::string();
     }
 
     // Mounts the volume that is at `one` at `two` instead.

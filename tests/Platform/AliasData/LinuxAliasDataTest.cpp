@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/AliasData/LinuxAliasData.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
@@ -181,7 +181,7 @@ TEST_P(LinuxAliasDataTest, SaysThatADeletedFileIsNotFound)
     const auto alias = aliasOf(folder.write("file"));
     folder.remove("file");
 
-    EXPECT_EQ(resultOf(alias), zef::CatalogResult::notFound);
+    EXPECT_EQ(resultOf(alias), zef::FileError::notFound);
 }
 
 TEST_P(LinuxAliasDataTest, NeverLeadsToTheFileThatTookThePlace)
@@ -190,7 +190,7 @@ TEST_P(LinuxAliasDataTest, NeverLeadsToTheFileThatTookThePlace)
     folder.write("new", "new");
     folder.rename("new", "file");
 
-    EXPECT_EQ(resultOf(alias), zef::CatalogResult::notFound);
+    EXPECT_EQ(resultOf(alias), zef::FileError::notFound);
 }
 
 TEST_P(LinuxAliasDataTest, NeverLeadsToTheFileThatTookTheNumber)
@@ -205,7 +205,7 @@ TEST_P(LinuxAliasDataTest, NeverLeadsToTheFileThatTookTheNumber)
     if (!isReused)
         GTEST_SKIP() << "the file system gives no number again";
 
-    EXPECT_EQ(resultOf(alias), zef::CatalogResult::notFound);
+    EXPECT_EQ(resultOf(alias), zef::FileError::notFound);
 }
 
 TEST_P(LinuxAliasDataTest, NeverLeadsToTheFileThatTookPlaceAndNumber)
@@ -217,7 +217,7 @@ TEST_P(LinuxAliasDataTest, NeverLeadsToTheFileThatTookPlaceAndNumber)
     if (stat(folder.write("file")).inode != old.inode)
         GTEST_SKIP() << "the file system gives no number again";
 
-    EXPECT_EQ(resultOf(alias), zef::CatalogResult::notFound);
+    EXPECT_EQ(resultOf(alias), zef::FileError::notFound);
 }
 
 TEST_P(LinuxAliasDataTest, FindsTheFileThatComesBackAfterItWasSearched)
@@ -230,11 +230,11 @@ TEST_P(LinuxAliasDataTest, FindsTheFileThatComesBackAfterItWasSearched)
     folder.remove("file");
     zef::FSRef ref;
     zef::FileURL url;
-    ASSERT_EQ(aliases.resolve(alias, ref, url), 0);
+    ASSERT_EQ(aliases.resolve(alias, ref, url), zef::FileError::none);
     EXPECT_EQ(url, folder.url("folder/link"));
     const auto back = folder.rename("folder/link", "back");
 
-    ASSERT_EQ(aliases.resolve(alias, ref, url), 0);
+    ASSERT_EQ(aliases.resolve(alias, ref, url), zef::FileError::none);
     EXPECT_EQ(url, back);
 }
 
@@ -261,7 +261,7 @@ TEST_P(LinuxAliasDataTest, GivesUpWhenItsTimeIsUp)
     ASSERT_EQ(resolve(alias), moved);
     const HastyClock clock;
 
-    EXPECT_EQ(resultOf(alias), zef::CatalogResult::notFound);
+    EXPECT_EQ(resultOf(alias), zef::FileError::notFound);
 }
 
 TEST_P(LinuxAliasDataTest, MakesNothingOfAFileThatIsGone)
@@ -271,7 +271,7 @@ TEST_P(LinuxAliasDataTest, MakesNothingOfAFileThatIsGone)
     folder.remove("file");
     zef::AliasData::Bytes bytes;
 
-    EXPECT_EQ(zef::LinuxAliasData().make(ref, file, bytes), zef::CatalogResult::notFound);
+    EXPECT_EQ(zef::LinuxAliasData().make(ref, file, bytes), zef::FileError::notFound);
     EXPECT_TRUE(bytes.empty());
 }
 
@@ -280,7 +280,7 @@ TEST_P(LinuxAliasDataTest, MakesNothingOfAnEmptyReference)
     zef::AliasData::Bytes bytes;
 
     EXPECT_EQ(zef::LinuxAliasData().make(zef::FSRef(), folder.write("file"), bytes),
-        zef::CatalogResult::badReference);
+        zef::FileError::badReference);
 }
 
 TEST_P(LinuxAliasDataTest, IsMadeOfAFileThatWasMovedMeanwhile)
@@ -293,7 +293,7 @@ TEST_P(LinuxAliasDataTest, IsMadeOfAFileThatWasMovedMeanwhile)
     const auto result = zef::LinuxAliasData().make(ref, file, bytes);
     zef::Locator::shared().release(ref);
 
-    ASSERT_EQ(result, 0);
+    ASSERT_EQ(result, zef::FileError::none);
     EXPECT_EQ(resolve(bytes), renamed);
 }
 
@@ -301,9 +301,9 @@ TEST_P(LinuxAliasDataTest, RefusesBytesOfNoMeaning)
 {
     using Bytes = zef::AliasData::Bytes;
 
-    EXPECT_EQ(resultOf(Bytes()), zef::CatalogResult::ioError);
-    EXPECT_EQ(resultOf(Bytes(100)), zef::CatalogResult::ioError);
-    EXPECT_EQ(resultOf(Bytes(1000000)), zef::CatalogResult::ioError);
+    EXPECT_EQ(resultOf(Bytes()), zef::FileError::io);
+    EXPECT_EQ(resultOf(Bytes(100)), zef::FileError::io);
+    EXPECT_EQ(resultOf(Bytes(1000000)), zef::FileError::io);
 }
 
 TEST_P(LinuxAliasDataTest, LeadsNowhereElseWhateverTheBytesSay)
@@ -321,7 +321,7 @@ TEST_P(LinuxAliasDataTest, LeadsNowhereElseWhateverTheBytesSay)
             repairDigest(bytes);
         zef::FSRef ref;
         zef::FileURL url;
-        const bool isFound = aliases.resolve(bytes, ref, url) == 0;
+        const bool isFound = aliases.resolve(bytes, ref, url) == zef::FileError::none;
         EXPECT_TRUE(!isFound || url == file) << round;
     }
 }

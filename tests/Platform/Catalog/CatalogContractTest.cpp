@@ -14,7 +14,7 @@
 
 namespace {
 
-using Result = zef::CatalogResult;
+using Result = zef::FileError;
 
 constexpr std::size_t batchSize = 40;
 
@@ -70,7 +70,7 @@ TYPED_TEST(CatalogContractTest, GivesAsManyAsThereIsRoomFor)
     std::size_t count = 0;
 
     for (int index = 0; index < 3; ++index) {
-        EXPECT_EQ(iterator->next(one, count), Result::noError);
+        EXPECT_EQ(iterator->next(one, count), Result::none);
         EXPECT_EQ(count, 1u);
     }
     EXPECT_EQ(iterator->next(one, count), Result::noMoreItems);
@@ -213,9 +213,9 @@ TYPED_TEST(CatalogContractTest, FindsAFolderAgainThatWasMoved)
     std::unique_ptr<zef::CatalogIterator> iterator;
     std::size_t count = 77;
 
-    ASSERT_EQ(this->folders.service().openIterator(&ref, url, iterator), Result::noError);
+    ASSERT_EQ(this->folders.service().openIterator(&ref, url, iterator), Result::none);
     EXPECT_EQ(this->readAll(*iterator).names, std::vector<std::string>{ "file" });
-    EXPECT_EQ(this->folders.service().countEntries(&ref, url, count), Result::noError);
+    EXPECT_EQ(this->folders.service().countEntries(&ref, url, count), Result::none);
     EXPECT_EQ(count, 1u);
 }
 

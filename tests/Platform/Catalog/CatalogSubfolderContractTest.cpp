@@ -11,7 +11,7 @@
 
 namespace {
 
-using Result = zef::CatalogResult;
+using Result = zef::FileError;
 using Names = std::vector<std::string>;
 
 /// Going down into folders, and holding no descriptor meanwhile.
@@ -27,7 +27,7 @@ protected:
     }
 
     /// Reads the parent's batch and opens the subfolder by its entry.
-    std::int16_t openSubfolder()
+    zef::FileError openSubfolder()
     {
         typename CatalogContractFixture<Folders>::Listing listing;
         this->read(*parent, listing);
@@ -63,7 +63,7 @@ TYPED_TEST_SUITE(CatalogSubfolderContractTest, BothFolders, FoldersName);
 
 TYPED_TEST(CatalogSubfolderContractTest, OpensTheFolderThatAnEntryStandsFor)
 {
-    ASSERT_EQ(this->openSubfolder(), Result::noError);
+    ASSERT_EQ(this->openSubfolder(), Result::none);
 
     EXPECT_EQ(this->readAll(*this->subfolder).names, Names{ "file" });
 }
@@ -72,19 +72,19 @@ TYPED_TEST(CatalogSubfolderContractTest, OpensAFolderInOneThatWasOpenedSo)
 {
     this->folders.addFolderEntry("folder/sub", "deep");
     this->folders.addEntry("folder/sub/deep", "below");
-    ASSERT_EQ(this->openSubfolder(), Result::noError);
+    ASSERT_EQ(this->openSubfolder(), Result::none);
     this->readAll(*this->subfolder);
     std::unique_ptr<zef::CatalogIterator> deep;
 
     ASSERT_EQ(this->subfolder->openSubfolder(
                   this->entryNamed("deep"), this->folders.url("folder/sub/deep"), deep),
-        Result::noError);
+        Result::none);
     EXPECT_EQ(this->readAll(*deep).names, Names{ "below" });
 }
 
 TYPED_TEST(CatalogSubfolderContractTest, DescribesTheEntriesOfASubfolder)
 {
-    ASSERT_EQ(this->openSubfolder(), Result::noError);
+    ASSERT_EQ(this->openSubfolder(), Result::none);
     this->readAll(*this->subfolder);
     const auto& entry = this->entryNamed("file");
 
@@ -100,7 +100,7 @@ TYPED_TEST(CatalogSubfolderContractTest, OpensASubfolderWhileItsParentIsSuspende
 
     ASSERT_EQ(this->parent->openSubfolder(
                   this->entryNamed("sub"), this->folders.url("folder/sub"), this->subfolder),
-        Result::noError);
+        Result::none);
     EXPECT_EQ(this->readAll(*this->subfolder).names, Names{ "file" });
 }
 
@@ -123,8 +123,8 @@ TYPED_TEST(CatalogSubfolderContractTest, FindsASubfolderThatWasMovedSinceItWasRe
     const auto url = this->folders.url("folder/sub");
     this->folders.move("folder/sub", "folder/moved");
 
-    ASSERT_EQ(this->parent->openSubfolder(this->entryNamed("sub"), url, this->subfolder),
-        Result::noError);
+    ASSERT_EQ(
+        this->parent->openSubfolder(this->entryNamed("sub"), url, this->subfolder), Result::none);
     EXPECT_EQ(this->readAll(*this->subfolder).names, Names{ "file" });
 }
 

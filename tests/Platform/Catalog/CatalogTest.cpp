@@ -14,7 +14,7 @@
 
 namespace {
 
-using Result = zef::CatalogResult;
+using Result = zef::FileError;
 
 class CatalogTest : public testing::Test {
 protected:
@@ -24,7 +24,8 @@ protected:
         zef::FileSystem::system().statLink(folder.path(name).c_str(), stat);
         const zef::FSRef ref(stat);
         std::unique_ptr<zef::CatalogIterator> iterator;
-        zef::Catalog::system().openIterator(&ref, folder.folderUrl(name), iterator);
+        EXPECT_EQ(zef::Catalog::system().openIterator(&ref, folder.folderUrl(name), iterator),
+            zef::FileError::none);
         return iterator;
     }
 
@@ -67,7 +68,7 @@ TEST_F(CatalogTest, ReadsAFolderOnWhenPermissionToReadIsTakenAway)
         folder.write("folder/" + std::to_string(index));
     auto iterator = open("folder");
     ASSERT_TRUE(iterator);
-    ASSERT_EQ(iterator->next(entries, count), Result::noError);
+    ASSERT_EQ(iterator->next(entries, count), Result::none);
     folder.chmod("folder", 0300);
     const WithoutPrivileges plain;
 
@@ -101,7 +102,7 @@ TEST_F(CatalogTest, DeliversWhatItHasCounted)
 
     EXPECT_EQ(zef::Catalog::system().countEntriesAndKeep(
                   &ref, folder.folderUrl("folder"), count, iterator),
-        Result::noError);
+        Result::none);
     EXPECT_EQ(count, 30u);
     ASSERT_TRUE(iterator);
     folder.write("folder/later");

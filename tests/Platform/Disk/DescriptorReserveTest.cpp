@@ -19,7 +19,10 @@ namespace {
 // No fixture: UndefinedBehaviorSanitizer looks at each object of a class with virtual functions by
 // a pipe when it first meets it, and here there is none to be had.
 struct Scene {
-    Scene() { zef::Locator::shared().giveBackOneDescriptor(); }
+    Scene()
+    {
+        reserve.setGiver([] { return zef::Locator::shared().giveBackOneDescriptor(); });
+    }
 
     int open(const std::string& path)
     {
@@ -59,7 +62,7 @@ TEST(DescriptorReserveTest, SaysWhyItDidNotOpenAndKeepsTheSpare)
     EXPECT_TRUE(scene.reserve.isFilled());
 }
 
-TEST(DescriptorReserveTest, AsksTheLocatorForADescriptorBeforeItUsesTheSpare)
+TEST(DescriptorReserveTest, AsksTheGiverForADescriptorBeforeItUsesTheSpare)
 {
     Scene scene;
     int held = ::open("/", O_PATH | O_CLOEXEC);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 
 #include "tests/support/FakeFileSystem.h"
 #include "tests/support/FakeLocator.h"
@@ -12,7 +12,7 @@
 
 namespace {
 
-using Result = zef::CatalogResult;
+using Result = zef::FileError;
 
 class ObjectPlaceTest : public testing::Test {
 protected:
@@ -31,7 +31,7 @@ TEST_F(ObjectPlaceTest, FindsAnObjectWhereItWasWithOneLook)
 {
     const auto looks = files.statCount();
 
-    EXPECT_EQ(place.find(ref, url("/file")), Result::noError);
+    EXPECT_EQ(place.find(ref, url("/file")), Result::none);
 
     EXPECT_EQ(place.url(), url("/file"));
     EXPECT_STREQ(place.path(), "/file");
@@ -45,9 +45,9 @@ TEST_F(ObjectPlaceTest, FindsAnObjectThatWasMoved)
     files.rename("/file", "/moved");
     locator.setPlace(ref, url("/moved"));
 
-    EXPECT_EQ(place.find(ref, url("/file")), Result::noError);
+    EXPECT_EQ(place.find(ref, url("/file")), Result::none);
     EXPECT_EQ(place.url(), url("/moved"));
-    EXPECT_EQ(place.find(ref, nullptr), Result::noError);
+    EXPECT_EQ(place.find(ref, nullptr), Result::none);
     EXPECT_EQ(place.url(), url("/moved"));
 }
 
@@ -79,7 +79,7 @@ TEST_F(ObjectPlaceTest, LooksAtWhateverIsThere)
 {
     files.addLink("/link", "/nowhere");
 
-    EXPECT_EQ(place.lookAt(url("/link")), Result::noError);
+    EXPECT_EQ(place.lookAt(url("/link")), Result::none);
     EXPECT_TRUE(place.stat().isSymlink());
 }
 
@@ -88,12 +88,12 @@ TEST_F(ObjectPlaceTest, TellsWhyItCannotLook)
     EXPECT_EQ(place.lookAt(nullptr), Result::badReference);
     EXPECT_EQ(place.lookAt(url("/missing")), Result::notFound);
     EXPECT_EQ(place.lookAt(url("/file/in a file")), Result::notFound);
-    EXPECT_EQ(place.lookAt(url("/" + std::string(5000, 'x'))), Result::ioError);
+    EXPECT_EQ(place.lookAt(url("/" + std::string(5000, 'x'))), Result::io);
     files.setError("/file", EACCES);
     EXPECT_EQ(place.lookAt(url("/file")), Result::accessDenied);
     EXPECT_EQ(place.find(ref, url("/file")), Result::accessDenied);
     files.setError("/file", EIO);
-    EXPECT_EQ(place.lookAt(url("/file")), Result::ioError);
+    EXPECT_EQ(place.lookAt(url("/file")), Result::io);
 }
 
 } // namespace

@@ -6,11 +6,11 @@
 
 namespace {
 
-using Result = zef::CatalogResult;
+using Result = zef::FileError;
 
 class FileInformationTargetTest : public FileInformationFixture {
 protected:
-    std::int16_t resolve(const Seen& seen)
+    zef::FileError resolve(const Seen& seen)
     {
         ref = seen.ref;
         url = seen.url;
@@ -19,9 +19,9 @@ protected:
         return information.resolveAliasFile(ref, url, isFolder, wasAliased);
     }
 
-    std::int16_t resolve(std::string_view name) { return resolve(track(name)); }
+    zef::FileError resolve(std::string_view name) { return resolve(track(name)); }
 
-    std::int16_t findTarget(std::string_view name)
+    zef::FileError findTarget(std::string_view name)
     {
         return information.copyTargetOfURL(folder.url(name), ref, url);
     }
@@ -43,12 +43,12 @@ TEST_F(FileInformationTargetTest, IsItselfTheTargetOfWhatLeadsNowhere)
     folder.write("file");
     folder.makeFolder("folder");
 
-    EXPECT_EQ(resolve("file"), Result::noError);
+    EXPECT_EQ(resolve("file"), Result::none);
     EXPECT_TRUE(isAt("file"));
     EXPECT_FALSE(isFolder);
     EXPECT_FALSE(wasAliased);
 
-    EXPECT_EQ(resolve("folder"), Result::noError);
+    EXPECT_EQ(resolve("folder"), Result::none);
     EXPECT_TRUE(isAt("folder"));
     EXPECT_TRUE(isFolder);
     EXPECT_FALSE(wasAliased);
@@ -60,8 +60,8 @@ TEST_F(FileInformationTargetTest, CostsOneLookForWhatLeadsNowhere)
     const zef::FSRef made(files.addFile("/file"));
     const auto looks = files.statCount();
 
-    EXPECT_EQ(resolve(Seen{ made, zef::FileURL::fromPath("/file", zef::URLKind::file) }),
-        Result::noError);
+    EXPECT_EQ(
+        resolve(Seen{ made, zef::FileURL::fromPath("/file", zef::URLKind::file) }), Result::none);
 
     EXPECT_EQ(files.statCount(), looks + 1);
 }
@@ -72,7 +72,7 @@ TEST_F(FileInformationTargetTest, LeavesTheReferenceOfItsOwnTargetAsItWas)
     auto seen = track("file");
     seen.ref.setParentInode(77);
 
-    EXPECT_EQ(resolve(seen), Result::noError);
+    EXPECT_EQ(resolve(seen), Result::none);
 
     EXPECT_EQ(ref.parentInode(), 77u);
 }
@@ -84,7 +84,7 @@ TEST_F(FileInformationTargetTest, FollowsAliasFilesAndLinks)
     writeEntry("alias.desktop", "Type=Link\nURL=file://" + folder.path("link") + "\n");
 
     for (const auto* name : { "link", "alias.desktop" }) {
-        EXPECT_EQ(resolve(name), Result::noError);
+        EXPECT_EQ(resolve(name), Result::none);
         EXPECT_TRUE(isAt("folder")) << name;
         EXPECT_TRUE(isFolder);
         EXPECT_TRUE(wasAliased);
@@ -98,13 +98,13 @@ TEST_F(FileInformationTargetTest, MarksTheURLOfAFolderAndOfNothingElse)
     folder.symlink("folder", "to folder");
     folder.symlink("file", "to file");
 
-    EXPECT_EQ(resolve("to folder"), Result::noError);
+    EXPECT_EQ(resolve("to folder"), Result::none);
     EXPECT_TRUE(url.hasDirectoryPath());
-    EXPECT_EQ(resolve("to file"), Result::noError);
+    EXPECT_EQ(resolve("to file"), Result::none);
     EXPECT_FALSE(url.hasDirectoryPath());
     auto marked = track("file");
     marked.url = marked.url.withKind(zef::URLKind::folder);
-    EXPECT_EQ(resolve(marked), Result::noError);
+    EXPECT_EQ(resolve(marked), Result::none);
     EXPECT_FALSE(url.hasDirectoryPath());
 }
 
@@ -116,8 +116,8 @@ TEST_F(FileInformationTargetTest, LeavesEverythingAsItWasWhereItFails)
     wasAliased = isFolder = true;
 
     for (const auto& [name, error] :
-        std::map<std::string, std::int16_t>{ { "dangling", Result::notFound },
-            { "loop", Result::ioError }, { "self.desktop", Result::ioError } }) {
+        std::map<std::string, zef::FileError>{ { "dangling", Result::notFound },
+            { "loop", Result::io }, { "self.desktop", Result::io } }) {
         EXPECT_EQ(resolve(name), error) << name;
         EXPECT_TRUE(isAt(name));
         EXPECT_FALSE(isFolder);
@@ -143,13 +143,13 @@ TEST_F(FileInformationTargetTest, ResolvesAnObjectThatWasRenamed)
     const auto file = track("file");
     const auto link = track("link");
     folder.rename("file", "new file");
-    EXPECT_EQ(resolve(file), Result::noError);
+    EXPECT_EQ(resolve(file), Result::none);
     EXPECT_TRUE(isAt("new file"));
     EXPECT_FALSE(wasAliased);
 
     folder.rename("new file", "file");
     folder.rename("link", "new link");
-    EXPECT_EQ(resolve(link), Result::noError);
+    EXPECT_EQ(resolve(link), Result::none);
     EXPECT_TRUE(isAt("file"));
 }
 
@@ -160,11 +160,11 @@ TEST_F(FileInformationTargetTest, FindsTheTargetOfAURLByLinksAlone)
     folder.symlink("link", "second");
     writeEntry("alias.desktop", "Type=Link\nURL=" + folder.path("folder") + "\n");
 
-    EXPECT_EQ(findTarget("second"), Result::noError);
+    EXPECT_EQ(findTarget("second"), Result::none);
     EXPECT_TRUE(isAt("folder"));
-    EXPECT_EQ(findTarget("folder"), Result::noError);
+    EXPECT_EQ(findTarget("folder"), Result::none);
     EXPECT_TRUE(isAt("folder"));
-    EXPECT_EQ(findTarget("alias.desktop"), Result::noError);
+    EXPECT_EQ(findTarget("alias.desktop"), Result::none);
     EXPECT_TRUE(isAt("alias.desktop"));
 }
 
@@ -175,7 +175,7 @@ TEST_F(FileInformationTargetTest, FindsNoTargetOfAURLThatLeadsNowhere)
 
     EXPECT_EQ(findTarget("missing"), Result::notFound);
     EXPECT_EQ(findTarget("dangling"), Result::notFound);
-    EXPECT_EQ(findTarget("loop"), Result::ioError);
+    EXPECT_EQ(findTarget("loop"), Result::io);
     EXPECT_EQ(information.copyTargetOfURL(nullptr, ref, url), Result::badReference);
     EXPECT_TRUE(ref.isEmpty());
     EXPECT_FALSE(url);
@@ -199,7 +199,7 @@ TEST_F(FileInformationTargetTest, GivesTargetsWhoseReferencesCostNothingToKeep)
     folder.symlink("file", "link");
     const auto held = zef::Locator::system().heldDescriptorCount();
 
-    EXPECT_EQ(findTarget("link"), Result::noError);
+    EXPECT_EQ(findTarget("link"), Result::none);
 
     EXPECT_FALSE(ref.hasHandle());
     EXPECT_EQ(zef::Locator::system().heldDescriptorCount(), held);

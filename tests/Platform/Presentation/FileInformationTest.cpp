@@ -10,7 +10,7 @@
 
 namespace {
 
-using Result = zef::CatalogResult;
+using Result = zef::FileError;
 using FileInformationTest = FileInformationFixture;
 
 TEST_F(FileInformationTest, TellsTheTypeOfAFileByItsName)

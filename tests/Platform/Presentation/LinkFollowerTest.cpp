@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Presentation/LinkFollower.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/CatalogResult.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 
 #include "tests/support/LogRecorder.h"
 #include "tests/support/TemporaryFolder.h"
@@ -17,15 +17,15 @@
 namespace {
 
 using Follows = zef::LinkFollower::Follows;
-using Result = zef::CatalogResult;
+using Result = zef::FileError;
 
 class LinkFollowerTest : public testing::Test {
 protected:
     ~LinkFollowerTest() override { EXPECT_TRUE(log.lines().empty()); }
 
-    std::int16_t follow(std::string_view name, Follows follows = Follows::linksAndAliasFiles)
+    zef::FileError follow(std::string_view name, Follows follows = Follows::linksAndAliasFiles)
     {
-        EXPECT_EQ(place.lookAt(folder.url(name)), Result::noError);
+        EXPECT_EQ(place.lookAt(folder.url(name)), Result::none);
         zef::LinkFollower resolution(entries, automountPoints, follows);
         const auto result = resolution.follow(place);
         hasFollowed = resolution.hasFollowed();
@@ -36,8 +36,8 @@ protected:
     std::string endOf(std::string_view name, Follows follows = Follows::linksAndAliasFiles)
     {
         const auto result = follow(name, follows);
-        if (result != Result::noError)
-            return "error " + std::to_string(result);
+        if (result != Result::none)
+            return "error " + std::to_string(numberOf(result));
         const auto path = place.url().path();
         return path.starts_with(folder.path() + "/") ? path.substr(folder.path().size() + 1) : path;
     }
@@ -216,7 +216,7 @@ TEST_F(LinkFollowerTest, GoesSixteenStepsAndNoFurther)
     makeLinks(17);
 
     EXPECT_EQ(endOf("link 1"), "link 17");
-    EXPECT_EQ(follow("link 0"), Result::ioError);
+    EXPECT_EQ(follow("link 0"), Result::io);
 }
 
 TEST_F(LinkFollowerTest, EndsInCircles)
@@ -229,7 +229,7 @@ TEST_F(LinkFollowerTest, EndsInCircles)
     folder.symlink("one.desktop", "two");
 
     for (const auto* name : { "self", "ping", "self.desktop", "one.desktop", "two" })
-        EXPECT_EQ(follow(name), Result::ioError) << name;
+        EXPECT_EQ(follow(name), Result::io) << name;
 }
 
 TEST_F(LinkFollowerTest, EndsWhenTheWayGrowsWithEachStep)
@@ -238,7 +238,7 @@ TEST_F(LinkFollowerTest, EndsWhenTheWayGrowsWithEachStep)
     folder.symlink("here/grow", "grow");
     folder.symlink(folder.path("here") + "/../" + "missing", "climb");
 
-    EXPECT_EQ(follow("grow"), Result::ioError);
+    EXPECT_EQ(follow("grow"), Result::io);
     EXPECT_EQ(follow("climb"), Result::notFound);
 }
 
@@ -246,7 +246,7 @@ TEST_F(LinkFollowerTest, FollowsNoTargetThatIsTooLong)
 {
     writeAlias("alias.desktop", "/" + std::string(5000, 'x'));
 
-    EXPECT_EQ(follow("alias.desktop"), Result::ioError);
+    EXPECT_EQ(follow("alias.desktop"), Result::io);
 }
 
 TEST_F(LinkFollowerTest, LooksAtNothingThatWouldHaveToBeMounted)

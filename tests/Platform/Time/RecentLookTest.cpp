@@ -62,11 +62,11 @@ TEST_F(RecentLookTest, SparesASecondLookAtAnObject)
 {
     const zef::FSRef ref(files.addFile("/file"));
     zef::ObjectPlace place;
-    ASSERT_EQ(place.find(ref, url("/file")), 0);
+    ASSERT_EQ(place.find(ref, url("/file")), zef::FileError::none);
     const auto count = files.statCount();
 
     zef::ObjectPlace again;
-    EXPECT_EQ(again.find(ref, url("/file")), 0);
+    EXPECT_EQ(again.find(ref, url("/file")), zef::FileError::none);
     EXPECT_EQ(again.url(), url("/file"));
     EXPECT_STREQ(again.path(), "/file");
     EXPECT_EQ(again.stat().inode, ref.inode());
@@ -78,13 +78,13 @@ TEST_F(RecentLookTest, LooksAgainAfterAMomentAndForAnotherObject)
     const zef::FSRef ref(files.addFile("/file"));
     const zef::FSRef other(files.addFile("/other"));
     zef::ObjectPlace place;
-    place.find(ref, url("/file"));
+    ASSERT_EQ(place.find(ref, url("/file")), zef::FileError::none);
 
-    EXPECT_EQ(place.find(other, url("/other")), 0);
+    EXPECT_EQ(place.find(other, url("/other")), zef::FileError::none);
     EXPECT_EQ(place.stat().inode, other.inode());
     files.remove("/other");
     clock.advance(0.002);
-    EXPECT_EQ(place.find(other, url("/other")), -43);
+    EXPECT_EQ(place.find(other, url("/other")), zef::FileError::notFound);
 }
 
 TEST_F(RecentLookTest, SparesASecondLookForTheListOfAFolder)
