@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/AsynchronousLoaderFixture.h"
 #include "tests/support/BlockOperation.h"
-#include "tests/support/LoaderFixture.h"
 #include "tests/support/ZEFDirectorySubscriptionTestAccess.h"
 
 #include <atomic>
@@ -43,7 +43,7 @@ const ZEFFileItemClass FarewellItem::classObject(
 
 /// The end of the file manager's service while folders are loaded: each load on a thread of the
 /// queue waits at the gate before every batch of 40 files.
-class ZEFFileManagerShutdownLoadsTest : public LoaderFixture {
+class ZEFFileManagerShutdownLoadsTest : public AsynchronousLoaderFixture {
 protected:
     ZEFFileManagerShutdownLoadsTest()
     {

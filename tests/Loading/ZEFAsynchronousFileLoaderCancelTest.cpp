@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Loading/ZEFAsynchronousFileLoader.h"
 
-#include "tests/support/LoaderFixture.h"
+#include "tests/support/AsynchronousLoaderFixture.h"
 #include "tests/support/ZEFAsynchronousFileLoaderTestAccess.h"
 
 namespace {
@@ -14,7 +14,7 @@ using zef::Ref;
 using Access = ZEFAsynchronousFileLoaderTestAccess;
 
 /// A background load that is cancelled, by its owner or by its delegate.
-class ZEFAsynchronousFileLoaderCancelTest : public LoaderFixture {
+class ZEFAsynchronousFileLoaderCancelTest : public AsynchronousLoaderFixture {
 protected:
     /// Begins a load of 100 files, which has read 40 of them and comes to the gate.
     void loadOneBatch()

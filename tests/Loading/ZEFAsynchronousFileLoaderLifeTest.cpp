@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Loading/ZEFAsynchronousFileLoader.h"
 
+#include "tests/support/AsynchronousLoaderFixture.h"
 #include "tests/support/CountedObject.h"
-#include "tests/support/LoaderFixture.h"
 #include "tests/support/ZEFAsynchronousFileLoaderTestAccess.h"
 
 #include <stdexcept>
@@ -28,7 +28,7 @@ public:
 };
 
 /// Whom a loader tells, how long it and what it found live, and many of them at once.
-class ZEFAsynchronousFileLoaderLifeTest : public LoaderFixture { };
+class ZEFAsynchronousFileLoaderLifeTest : public AsynchronousLoaderFixture { };
 
 // --- Delegates
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Loading/ZEFAsynchronousFileLoader.h"
 
-#include "tests/support/LoaderFixture.h"
+#include "tests/support/AsynchronousLoaderFixture.h"
 #include "tests/support/LockHolder.h"
 #include "tests/support/ZEFAsynchronousFileLoaderTestAccess.h"
 
@@ -17,7 +17,7 @@ using zef::Ref;
 using Access = ZEFAsynchronousFileLoaderTestAccess;
 
 /// What a delegate hears while a load goes on. The load waits at the gate before each batch.
-class ZEFAsynchronousFileLoaderProgressTest : public LoaderFixture {
+class ZEFAsynchronousFileLoaderProgressTest : public AsynchronousLoaderFixture {
 protected:
     void begin(std::size_t count)
     {

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Loading/ZEFNormalDirectoryFilter.h"
 
-#include "tests/support/LoaderFixture.h"
+#include "tests/support/AsynchronousLoaderFixture.h"
 #include "tests/support/ZEFAsynchronousFileLoaderTestAccess.h"
 
 namespace {
@@ -21,7 +21,7 @@ public:
 };
 
 /// A background load from its start to its end.
-class ZEFAsynchronousFileLoaderTest : public LoaderFixture { };
+class ZEFAsynchronousFileLoaderTest : public AsynchronousLoaderFixture { };
 
 // --- Before the start
 

@@ -4,14 +4,14 @@
 
 #include "tests/support/DeepFolders.h"
 #include "tests/support/FewDescriptors.h"
-#include "tests/support/WalkFixture.h"
+#include "tests/support/RecursiveLoadOperationFixture.h"
 
 #include <climits>
 
 namespace {
 
 /// Walks of trees that are very deep or very wide.
-class ZEFFileLoadOperationDepthTest : public WalkFixture {
+class ZEFFileLoadOperationDepthTest : public RecursiveLoadOperationFixture {
 protected:
     /// How many of the entries of a chain of folders a path can name.
     std::size_t entriesThatHavePaths(int depth) const

@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 
 #include "tests/support/FakeCatalog.h"
-#include "tests/support/FileLoadFixture.h"
+#include "tests/support/LoadOperationFixture.h"
 #include "tests/support/SpyCatalog.h"
 #include "tests/support/WithoutPrivileges.h"
 
@@ -20,7 +20,7 @@ using zef::Ref;
 using FileError = zef::FileError;
 
 /// What a load makes of a folder that can't be listed, or not to its end.
-class ZEFFileLoadOperationFailureTest : public FileLoadFixture {
+class ZEFFileLoadOperationFailureTest : public LoadOperationFixture {
 protected:
     static std::string openingFailed(int error, const std::string& url)
     {

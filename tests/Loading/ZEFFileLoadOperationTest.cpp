@@ -4,8 +4,8 @@
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
 #include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
-#include "tests/support/FileLoadFixture.h"
 #include "tests/support/Gate.h"
+#include "tests/support/LoadOperationFixture.h"
 #include "tests/support/LockHolder.h"
 #include "tests/support/SpyCatalog.h"
 
@@ -34,7 +34,7 @@ public:
 };
 
 /// Lists a folder on the calling thread, and on a queue.
-class ZEFFileLoadOperationTest : public FileLoadFixture { };
+class ZEFFileLoadOperationTest : public LoadOperationFixture { };
 
 TEST_F(ZEFFileLoadOperationTest, BeginsWithoutAFolderAndWithoutAFilter)
 {

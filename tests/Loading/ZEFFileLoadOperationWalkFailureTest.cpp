@@ -2,8 +2,8 @@
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 
 #include "tests/support/FakeCatalog.h"
+#include "tests/support/RecursiveLoadOperationFixture.h"
 #include "tests/support/SpyCatalog.h"
-#include "tests/support/WalkFixture.h"
 #include "tests/support/WithoutPrivileges.h"
 
 #include <functional>
@@ -43,7 +43,7 @@ private:
 };
 
 /// What stands in a walk's way, or changes under it.
-class ZEFFileLoadOperationWalkFailureTest : public WalkFixture {
+class ZEFFileLoadOperationWalkFailureTest : public RecursiveLoadOperationFixture {
 protected:
     static std::string openingFailed(int error, const std::string& url)
     {

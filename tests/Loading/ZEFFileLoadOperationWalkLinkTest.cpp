@@ -3,7 +3,7 @@
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 #include "ZEFFilesystemTools/Loading/ZEFNormalDirectoryFilter.h"
 
-#include "tests/support/WalkFixture.h"
+#include "tests/support/RecursiveLoadOperationFixture.h"
 
 #include <filesystem>
 
@@ -30,7 +30,7 @@ public:
 };
 
 /// Walks folders with links in them, by filters that follow them.
-class ZEFFileLoadOperationWalkLinkTest : public WalkFixture { };
+class ZEFFileLoadOperationWalkLinkTest : public RecursiveLoadOperationFixture { };
 
 TEST_F(ZEFFileLoadOperationWalkLinkTest, DoesNotFollowLinksByItself)
 {

@@ -3,7 +3,7 @@
 #include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
 #include "tests/support/FakeCatalog.h"
-#include "tests/support/WalkFixture.h"
+#include "tests/support/RecursiveLoadOperationFixture.h"
 
 #include <optional>
 #include <set>
@@ -59,7 +59,7 @@ private:
 };
 
 /// Walks folders whose entries are made up and come in the order in which the test has added them.
-class ZEFFileLoadOperationWalkOrderTest : public WalkFixture {
+class ZEFFileLoadOperationWalkOrderTest : public RecursiveLoadOperationFixture {
 protected:
     ZEFFileLoadOperationWalkOrderTest()
     {

@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 #include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
-#include "tests/support/WalkFixture.h"
+#include "tests/support/RecursiveLoadOperationFixture.h"
 
 #include <atomic>
 #include <filesystem>
@@ -16,7 +16,7 @@ using zef::makeRef;
 using zef::Ref;
 
 /// Walks of trees that others change, or read, at the same time.
-class ZEFFileLoadOperationWalkRaceTest : public WalkFixture {
+class ZEFFileLoadOperationWalkRaceTest : public RecursiveLoadOperationFixture {
 protected:
     static constexpr int folderCount = 10;
     static constexpr int fileCount = 60;

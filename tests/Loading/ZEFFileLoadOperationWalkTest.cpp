@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 
+#include "tests/support/RecursiveLoadOperationFixture.h"
 #include "tests/support/SpyCatalog.h"
-#include "tests/support/WalkFixture.h"
 
 #include <limits>
 
@@ -31,7 +31,7 @@ public:
 };
 
 /// Walks real folders to their ends.
-class ZEFFileLoadOperationWalkTest : public WalkFixture {
+class ZEFFileLoadOperationWalkTest : public RecursiveLoadOperationFixture {
 protected:
     /// loaded/a, loaded/sub/b and loaded/sub/deep/c.
     void makeTree()

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
-#include "tests/support/LoadFixture.h"
+#include "tests/support/SubscriptionLoadFixture.h"
 
 #include <algorithm>
 #include <limits>
@@ -21,7 +21,7 @@ using Access = ZEFDirectorySubscriptionTestAccess;
 constexpr double never = std::numeric_limits<double>::infinity();
 
 /// The end of a background load, and what callbacks may do meanwhile.
-class ZEFDirectorySubscriptionLoadEndTest : public LoadFixture { };
+class ZEFDirectorySubscriptionLoadEndTest : public SubscriptionLoadFixture { };
 
 // --- The end
 

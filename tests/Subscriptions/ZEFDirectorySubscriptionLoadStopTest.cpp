@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
-#include "tests/support/LoadFixture.h"
+#include "tests/support/SubscriptionLoadFixture.h"
 
 #include <limits>
 
@@ -16,7 +16,7 @@ using Access = ZEFDirectorySubscriptionTestAccess;
 constexpr double never = std::numeric_limits<double>::infinity();
 
 /// A background load that doesn't come to its end: stopped, or left behind.
-class ZEFDirectorySubscriptionLoadStopTest : public LoadFixture { };
+class ZEFDirectorySubscriptionLoadStopTest : public SubscriptionLoadFixture { };
 
 // --- loadImmediately
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
-#include "tests/support/LoadFixture.h"
 #include "tests/support/LockHolder.h"
+#include "tests/support/SubscriptionLoadFixture.h"
 
 namespace {
 
@@ -16,7 +16,7 @@ using testing::StartsWith;
 using Access = ZEFDirectorySubscriptionTestAccess;
 
 /// The beginning of a background load, and how its results are taken in.
-class ZEFDirectorySubscriptionLoadTest : public LoadFixture { };
+class ZEFDirectorySubscriptionLoadTest : public SubscriptionLoadFixture { };
 
 // --- The beginning
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
-#include "tests/support/LoadFixture.h"
 #include "tests/support/SpyLocator.h"
+#include "tests/support/SubscriptionLoadFixture.h"
 
 #include <limits>
 
@@ -12,7 +12,7 @@ constexpr double never = std::numeric_limits<double>::infinity();
 
 /// When a subscription takes what finds its items again after a move: at once for the first 512 of
 /// a listing, soon for the rest, and not at all when nobody has subscribed.
-class ZEFDirectorySubscriptionReferencesTest : public LoadFixture {
+class ZEFDirectorySubscriptionReferencesTest : public SubscriptionLoadFixture {
 protected:
     SpyLocator locator;
 };

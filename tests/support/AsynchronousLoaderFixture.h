@@ -12,11 +12,11 @@
 #include <string_view>
 
 /// A loader of the folder "watched" and a delegate that records, on a run loop that the test steps.
-class LoaderFixture : public LoopFixture {
+class AsynchronousLoaderFixture : public LoopFixture {
 protected:
     static constexpr double never = std::numeric_limits<double>::infinity();
 
-    ~LoaderFixture() override
+    ~AsynchronousLoaderFixture() override
     {
         delegate->atProgress = nullptr;
         delegate->atEnd = nullptr;

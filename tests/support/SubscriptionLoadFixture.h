@@ -8,9 +8,9 @@
 #include <vector>
 
 /// A background load and its drain. The loader waits at the gate before each batch of 40 files.
-class LoadFixture : public SubscriptionFixture {
+class SubscriptionLoadFixture : public SubscriptionFixture {
 protected:
-    ~LoadFixture() override
+    ~SubscriptionLoadFixture() override
     {
         // Else the load would outlive its subscription.
         ReportingItem::hook = nullptr;

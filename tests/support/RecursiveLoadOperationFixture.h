@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/support/FileLoadFixture.h"
+#include "tests/support/LoadOperationFixture.h"
 
 #include <algorithm>
 #include <initializer_list>
 #include <string>
 
 /// A walk that begins with the folder "loaded", and a recorded log that must be empty at the end.
-class WalkFixture : public FileLoadFixture {
+class RecursiveLoadOperationFixture : public LoadOperationFixture {
 protected:
-    WalkFixture()
+    RecursiveLoadOperationFixture()
     {
         load->setRecursive(true);
         begin({ "loaded" });
     }
 
-    ~WalkFixture() override
+    ~RecursiveLoadOperationFixture() override
     {
         if (load->isCancelled())
             giveUpFolders();

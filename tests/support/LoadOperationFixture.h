@@ -14,16 +14,16 @@
 #include <string_view>
 
 /// A load of the folder "loaded", and a recorded log that must be empty at the end.
-class FileLoadFixture : public testing::Test {
+class LoadOperationFixture : public testing::Test {
 protected:
-    FileLoadFixture()
+    LoadOperationFixture()
     {
         folder.makeFolder("loaded");
         loaded = item("loaded");
         load->setLoadingDirectory(loaded);
     }
 
-    ~FileLoadFixture() override { EXPECT_THAT(log.lines(), testing::IsEmpty()); }
+    ~LoadOperationFixture() override { EXPECT_THAT(log.lines(), testing::IsEmpty()); }
 
     zef::Ref<ZEFFileItem> item(std::string_view name) const
     {
