@@ -1,30 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cerrno>
+#include <functional>
 
-#include <sys/wait.h>
-#include <unistd.h>
-
-/// Runs `work` in a child process, for what would spoil the test's own, and returns the number that
-/// it returns (0 to 254); -1 when the child couldn't be made or did not get to its end, also by an
-/// exception. The child must not use GoogleTest's assertions.
-template <typename Work> int resultInChildProcess(Work&& work)
-{
-    constexpr int failed = 255;
-    const auto child = ::fork();
-    if (child == 0) {
-        try {
-            ::_exit(work());
-        } catch (...) {
-            ::_exit(failed);
-        }
-    }
-    int status = 0;
-    while (child > 0 && ::waitpid(child, &status, 0) < 0) {
-        if (errno != EINTR)
-            return -1;
-    }
-    const bool hasResult = child > 0 && WIFEXITED(status) && WEXITSTATUS(status) != failed;
-    return hasResult ? WEXITSTATUS(status) : -1;
-}
+/// Runs `work` in a child process, for what would spoil the test's own: mounts, limits, a current
+/// folder that is gone.
+///
+/// `work` uses GoogleTest's EXPECT, ASSERT and GTEST_SKIP as a test does: each failure is one of
+/// this test, at its own line, and a skip skips this test. A child process that throws, is killed
+/// or exits by itself with another status than 0 fails the test as well.
+void runInChildProcess(const std::function<void()>& work);

@@ -1,15 +1,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "tests/support/ChildProcess.h"
+
+#include <gtest/gtest.h>
+
 #include <fstream>
+#include <functional>
 #include <string>
 
 #include <sched.h>
 #include <sys/mount.h>
 #include <unistd.h>
 
-/// Mounts of its own for a child process, which nobody else sees and which end with it; also for an
-/// ordinary user, where the system lets users have name spaces (user_namespaces(7)).
+/// Mounts that only one child process sees, and that end with it. An ordinary user can have them
+/// too where the system permits user namespaces (user_namespaces(7)).
 class PrivateMounts {
 public:
     PrivateMounts()
@@ -26,16 +31,16 @@ public:
         _areHad = ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
     }
 
-    /// Whether there are such mounts.
+    /// False if the system permits no such mounts.
     explicit operator bool() const { return _areHad; }
 
-    /// Mounts a new, empty file system in memory; NO on failure.
+    /// Mounts a new, empty file system in memory; false on failure.
     bool mountMemory(const std::string& folder)
     {
         return ::mount("memory", folder.c_str(), "tmpfs", 0, nullptr) == 0;
     }
 
-    /// Mounts `lower` seen through `upper` at `folder` (overlayfs); NO on failure.
+    /// Mounts `lower` seen through `upper` at `folder` (overlayfs); false on failure.
     bool mountOverlay(const std::string& lower, const std::string& upper, const std::string& work,
         const std::string& folder)
     {
@@ -43,7 +48,7 @@ public:
         return ::mount("overlay", folder.c_str(), "overlay", 0, options.c_str()) == 0;
     }
 
-    /// NO while anything on it is in use.
+    /// False while anything on it is in use.
     bool unmount(const std::string& folder) { return ::umount(folder.c_str()) == 0; }
 
 private:
@@ -51,3 +56,16 @@ private:
 
     bool _areHad = false;
 };
+
+/// Runs `work` in a child process with mounts of its own, the first of which is a new file system
+/// in memory at `folder`. Skips the test where the process may not mount anything.
+inline void runWithVolume(
+    const std::string& folder, const std::function<void(PrivateMounts&)>& work)
+{
+    runInChildProcess([&] {
+        PrivateMounts mounts;
+        if (!mounts || !mounts.mountMemory(folder))
+            GTEST_SKIP() << "the process may not mount anything";
+        work(mounts);
+    });
+}

@@ -1,34 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
-#include "ZEFFilesystemTools/Platform/Trash/Trash.h"
-
-#include "tests/support/ChildProcess.h"
-#include "tests/support/EnvironmentVariable.h"
 #include "tests/support/PrivateMounts.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/TrashFixture.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iostream>
 #include <string>
-#include <vector>
 
 #include <unistd.h>
 
-/// A volume mounted at "volume", beside the home trash's. Each test works with mounts of its own in
-/// a child process, which says how it went.
-class TrashVolumesFixture : public testing::Test {
+/// A volume mounted at "volume", beside the home trash's, and a folder "other" for a second one.
+/// Each test works in a child process with mounts of its own.
+class TrashVolumesFixture : public TrashFixture {
 protected:
     using Mounts = PrivateMounts&;
-
-    static constexpr int passed = 0;
-    static constexpr int failed = 1;
-    static constexpr int impossible = 2;
 
     TrashVolumesFixture()
     {
@@ -36,68 +21,36 @@ protected:
         folder.makeFolder("other");
     }
 
-    void run(const std::function<bool(Mounts)>& work)
+    void run(const std::function<void(Mounts)>& work)
     {
-        const int result = resultInChildProcess([&] {
-            PrivateMounts mounts;
-            if (!mounts || !mounts.mountMemory(path("volume")))
-                return impossible;
-            const bool isGood = work(mounts);
-            if (!isGood)
-                std::cerr << "refused because of: " << refusal.reason << '\n';
-            return isGood ? passed : failed;
-        });
-        if (result == impossible)
-            GTEST_SKIP() << "no mounts to be had";
-        EXPECT_EQ(result, passed);
+        runWithVolume(folder.path("volume"), work);
     }
 
-    std::string path(const std::string& name) const { return folder.path(name); }
-
-    std::string volume(const std::string& name) const { return path("volume/" + name); }
-
-    static void write(const std::string& path, const std::string& text = "text")
+    /// Makes the folder with this mode, whatever the process's mask takes away.
+    void makeFolder(const std::string& name, mode_t mode)
     {
-        std::ofstream(path) << text;
+        folder.makeFolder(name);
+        folder.chmod(name, mode);
     }
 
-    static bool exists(const std::string& path)
+    void expectMoved(const Names& names)
     {
-        return std::filesystem::exists(std::filesystem::symlink_status(path));
+        EXPECT_EQ(trash(names), zef::TrashOutcome::moved) << refusal.reason;
     }
 
-    zef::TrashOutcome trash(const std::vector<std::string>& paths)
+    /// The last file is the one that stands in the way, and the first one stays.
+    void expectRefused(const Names& names, int error)
     {
-        std::vector<zef::TrashEntry> entries;
-        for (const auto& each : paths) {
-            zef::Stat stat;
-            zef::FileSystem::system().statLink(each.c_str(), stat);
-            entries.push_back(
-                { zef::FSRef(stat), zef::FileURL::fromPath(each, zef::URLKind::file) });
-        }
-        return zef::Trash::system().moveToTrash(entries, refusal);
+        EXPECT_EQ(trash(names), zef::TrashOutcome::refused) << refusal.reason;
+        EXPECT_EQ(refusal.error, error) << refusal.reason;
+        EXPECT_EQ(refusal.index, names.size() - 1);
+        EXPECT_TRUE(folder.exists(names.front()));
     }
 
-    bool isRefused(const std::vector<std::string>& paths, int error)
-    {
-        return trash(paths) == zef::TrashOutcome::refused && refusal.error == error
-            && refusal.index == paths.size() - 1 && exists(paths.front());
-    }
-
-    /// Whether the record in a volume's trash has this path.
-    bool isRecorded(const std::string& trash, const std::string& name, const std::string& original)
-    {
-        std::ifstream file(volume(trash + "/info/" + name + ".trashinfo"));
-        std::string line;
-        return std::getline(file, line) && line == "[Trash Info]" && std::getline(file, line)
-            && line == "Path=" + original;
-    }
-
-    TemporaryFolder folder;
-    EnvironmentVariable dataHome{ "XDG_DATA_HOME", folder.path("data") };
-    zef::TrashRefusal refusal;
     /// The name of a user's own trash on a volume.
     const std::string own = ".Trash-" + std::to_string(::geteuid());
-    /// What the administrator's folder holds for the user.
-    const std::string shared = ".Trash/" + std::to_string(::geteuid());
+    /// That trash on the volume.
+    const std::string ownTrash = "volume/" + own;
+    /// The user's trash in the administrator's folder on the volume.
+    const std::string sharedTrash = "volume/.Trash/" + std::to_string(::geteuid());
 };

@@ -3,26 +3,19 @@
 #include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
-#include "tests/support/ChildProcess.h"
 #include "tests/support/PrivateMounts.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <functional>
 #include <string>
 
 #include <sys/mount.h>
-#include <sys/stat.h>
 
 namespace {
 
-constexpr int passed = 0;
-constexpr int failed = 1;
-constexpr int impossible = 2;
-
-// Each test works with mounts of its own in a child process, which says how it went.
+// Each test works in a child process with mounts of its own: a volume at "one" that holds "file".
 class LinuxAliasDataMountsTest : public testing::Test {
 protected:
     LinuxAliasDataMountsTest()
@@ -31,18 +24,12 @@ protected:
         folder.makeFolder("two");
     }
 
-    void run(const std::function<bool(PrivateMounts&)>& work)
+    void run(const std::function<void(PrivateMounts&)>& work)
     {
-        const int result = resultInChildProcess([&] {
-            PrivateMounts mounts;
-            if (!mounts || !mounts.mountMemory(folder.path("one")))
-                return impossible;
-            std::ofstream(folder.path("one/file")) << "text";
-            return work(mounts) ? passed : failed;
+        runWithVolume(folder.path("one"), [&](PrivateMounts& mounts) {
+            folder.write("one/file");
+            work(mounts);
         });
-        if (result == impossible)
-            GTEST_SKIP() << "no mounts to be had";
-        EXPECT_EQ(result, passed);
     }
 
     zef::AliasData::Bytes aliasOf(std::string_view name)
@@ -65,13 +52,12 @@ protected:
             : std::string();
     }
 
-    // Mounts the volume that is at `one` at `two` instead.
-    bool moveVolume(PrivateMounts& mounts)
+    // Mounts the volume that is at "one" at "two" instead.
+    void moveVolume(PrivateMounts& mounts)
     {
-        return ::mount(folder.path("one").c_str(), folder.path("two").c_str(), nullptr, MS_BIND,
-                   nullptr)
-            == 0
-            && mounts.unmount(folder.path("one"));
+        const auto one = folder.path("one");
+        ASSERT_EQ(::mount(one.c_str(), folder.path("two").c_str(), nullptr, MS_BIND, nullptr), 0);
+        ASSERT_TRUE(mounts.unmount(one));
     }
 
     TemporaryFolder folder;
@@ -81,7 +67,9 @@ TEST_F(LinuxAliasDataMountsTest, FindsAFileOnAVolumeThatIsMountedElsewhere)
 {
     run([this](PrivateMounts& mounts) {
         const auto alias = aliasOf("one/file");
-        return moveVolume(mounts) && resolve(alias) == folder.path("two/file");
+        moveVolume(mounts);
+
+        EXPECT_EQ(resolve(alias), folder.path("two/file"));
     });
 }
 
@@ -89,10 +77,10 @@ TEST_F(LinuxAliasDataMountsTest, FindsARenamedFileOnAVolumeThatIsMountedElsewher
 {
     run([this](PrivateMounts& mounts) {
         const auto alias = aliasOf("one/file");
-        if (!moveVolume(mounts))
-            return false;
+        moveVolume(mounts);
         folder.rename("two/file", "two/renamed");
-        return resolve(alias) == folder.path("two/renamed");
+
+        EXPECT_EQ(resolve(alias), folder.path("two/renamed"));
     });
 }
 
@@ -100,8 +88,10 @@ TEST_F(LinuxAliasDataMountsTest, FindsTheFolderThatAVolumeIsMountedOnWhereverTha
 {
     run([this](PrivateMounts& mounts) {
         const auto alias = aliasOf("one");
-        return resolve(alias) == folder.path("one") && moveVolume(mounts)
-            && resolve(alias) == folder.path("two");
+
+        EXPECT_EQ(resolve(alias), folder.path("one"));
+        moveVolume(mounts);
+        EXPECT_EQ(resolve(alias), folder.path("two"));
     });
 }
 
@@ -109,7 +99,10 @@ TEST_F(LinuxAliasDataMountsTest, FindsNothingWhileTheVolumeIsNotMounted)
 {
     run([this](PrivateMounts& mounts) {
         const auto alias = aliasOf("one/file");
-        return !alias.empty() && mounts.unmount(folder.path("one")) && resolve(alias).empty();
+        ASSERT_TRUE(mounts.unmount(folder.path("one")));
+
+        EXPECT_FALSE(alias.empty());
+        EXPECT_EQ(resolve(alias), "");
     });
 }
 
@@ -117,22 +110,25 @@ TEST_F(LinuxAliasDataMountsTest, DoesNotTakeAnotherVolumeForItsOwn)
 {
     run([this](PrivateMounts& mounts) {
         const auto alias = aliasOf("one/file");
-        if (!mounts.unmount(folder.path("one")) || !mounts.mountMemory(folder.path("one")))
-            return false;
+        ASSERT_TRUE(mounts.unmount(folder.path("one")));
+        ASSERT_TRUE(mounts.mountMemory(folder.path("one")));
         // The first file of a new file system in memory has the same number.
-        std::ofstream(folder.path("one/file")) << "other";
-        return resolve(alias).empty();
+        folder.write("one/file", "other");
+
+        EXPECT_EQ(resolve(alias), "");
     });
 }
 
 TEST_F(LinuxAliasDataMountsTest, LeavesVolumesAloneThatAreMountedWithinItsOwn)
 {
     run([this](PrivateMounts& mounts) {
-        ::mkdir(folder.path("one/folder").c_str(), 0700);
-        ::rename(folder.path("one/file").c_str(), folder.path("one/folder/file").c_str());
+        folder.makeFolder("one/folder");
+        folder.rename("one/file", "one/folder/file");
         const auto alias = aliasOf("one/folder/file");
-        return !alias.empty() && mounts.mountMemory(folder.path("one/folder"))
-            && resolve(alias).empty();
+        ASSERT_TRUE(mounts.mountMemory(folder.path("one/folder")));
+
+        EXPECT_FALSE(alias.empty());
+        EXPECT_EQ(resolve(alias), "");
     });
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Locator/HoldingPolicy.h"
 
-#include "tests/support/ChildProcess.h"
 #include "tests/support/PrivateMounts.h"
 #include "tests/support/SteppedClock.h"
 #include "tests/support/TemporaryFolder.h"
@@ -11,8 +10,6 @@
 #include <string>
 
 namespace {
-
-constexpr int noMounts = 100;
 
 bool mayHoldAt(zef::HoldingPolicy& policy, const std::string& path)
 {
@@ -88,35 +85,20 @@ TEST_F(HoldingPolicyTest, LiftsTheBarWhenThePolicyIsSet)
 
 TEST_F(HoldingPolicyTest, HoldsNothingThatIsMountedWhereRemovableVolumesAre)
 {
-    const auto result = resultInChildProcess([this] {
-        PrivateMounts mounts;
-        if (!mounts || !mounts.mountMemory("/mnt"))
-            return noMounts;
-        if (mayHoldAt(policy, "/mnt"))
-            return 1;
+    runWithVolume("/mnt", [this](PrivateMounts&) {
+        EXPECT_FALSE(mayHoldAt(policy, "/mnt"));
         policy.setPolicy(zef::DescriptorPolicy::always);
-        return mayHoldAt(policy, "/mnt") ? 0 : 2;
+        EXPECT_TRUE(mayHoldAt(policy, "/mnt"));
     });
-    if (result == noMounts)
-        GTEST_SKIP() << "the process may not mount anything";
-
-    EXPECT_EQ(result, 0);
 }
 
 TEST_F(HoldingPolicyTest, HoldsWhatIsMountedElsewhere)
 {
-    const auto result = resultInChildProcess([this] {
-        PrivateMounts mounts;
-        if (!mounts || !mounts.mountMemory(folder.path()))
-            return noMounts;
-        return mayHoldAt(policy, folder.path()) ? 0 : 1;
-    });
-    if (result == noMounts)
-        GTEST_SKIP() << "the process may not mount anything";
     if (folder.path().starts_with("/mnt/"))
         GTEST_SKIP() << "the tests' folder is where removable volumes are";
 
-    EXPECT_EQ(result, 0);
+    runWithVolume(
+        folder.path(), [this](PrivateMounts&) { EXPECT_TRUE(mayHoldAt(policy, folder.path())); });
 }
 
 } // namespace

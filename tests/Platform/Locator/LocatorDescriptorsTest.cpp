@@ -204,24 +204,22 @@ TEST_F(LocatorDescriptorsTest, ClosesAndHoldsNothingWhenItNeverMay)
 
 TEST_F(LocatorDescriptorsTest, MayHoldAQuarterOfTheProcessesDescriptorsWithinBounds)
 {
-    const auto budgetWithLimit = [](rlim_t descriptors) {
-        return resultInChildProcess([&] {
+    const auto expectBudget = [](rlim_t descriptors, std::size_t budget) {
+        runInChildProcess([&] {
             struct rlimit limit;
             ::getrlimit(RLIMIT_NOFILE, &limit);
             limit.rlim_cur = descriptors;
-            if (::setrlimit(RLIMIT_NOFILE, &limit) != 0)
-                return 1;
-            // Divided, because a process's result is small.
-            return static_cast<int>(zef::LinuxLocator().descriptorBudget() / 32);
+            ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+            EXPECT_EQ(zef::LinuxLocator().descriptorBudget(), budget);
         });
     };
 
-    EXPECT_EQ(budgetWithLimit(1024), 256 / 32);
-    EXPECT_EQ(budgetWithLimit(100), 64 / 32);
+    expectBudget(1024, 256);
+    expectBudget(100, 64);
     struct rlimit limit;
     ::getrlimit(RLIMIT_NOFILE, &limit);
     const auto high = std::min<rlim_t>(limit.rlim_max, 20000);
-    EXPECT_EQ(budgetWithLimit(high), static_cast<int>(std::clamp<rlim_t>(high / 4, 64, 4096) / 32));
+    expectBudget(high, std::clamp<rlim_t>(high / 4, 64, 4096));
 }
 
 } // namespace

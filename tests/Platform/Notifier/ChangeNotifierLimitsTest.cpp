@@ -18,8 +18,6 @@
 
 namespace {
 
-constexpr int notPossibleHere = 100;
-
 // What holds when the system has no more watches, queues or events to give.
 class ChangeNotifierLimitsTest : public NotifierFixture {
 protected:
@@ -41,11 +39,11 @@ protected:
         folder.write("flooded/x");
     }
 
-    // Whether the token tells of a change and then of none; for child processes.
-    bool seesOneChange(const Watched& file)
+    void expectOneChange(const Watched& file)
     {
         folder.append("a", "more");
-        return poll(file) == 1 && poll(file) == 0;
+        EXPECT_EQ(poll(file), 1);
+        EXPECT_EQ(poll(file), 0);
     }
 
     // Enters a namespace in which this user may mount (user_namespaces(7)); only in a child
@@ -169,58 +167,51 @@ TEST_F(ChangeNotifierLimitsTest, ComparesStampsWhenTheSystemHasNoMoreWatches)
     folder.write("a");
     folder.write("b");
 
-    const int result = resultInChildProcess([this] {
+    runInChildProcess([this] {
         if (!enterNamespace() || !limitUser("max_inotify_watches", 1))
-            return notPossibleHere;
+            GTEST_SKIP() << "no user namespace";
         const auto other = open("b");
         const auto file = open("a");
-        const bool isLimited = notifier.comparesStamps(file.token)
-            && !notifier.comparesStamps(other.token) && notifier.watchCount() == 1;
-        return isLimited && seesOneChange(file) ? 0 : 1;
-    });
 
-    if (result == notPossibleHere)
-        GTEST_SKIP() << "no user namespace";
-    EXPECT_EQ(result, 0);
+        EXPECT_TRUE(notifier.comparesStamps(file.token));
+        EXPECT_FALSE(notifier.comparesStamps(other.token));
+        EXPECT_EQ(notifier.watchCount(), 1u);
+        expectOneChange(file);
+    });
 }
 
 TEST_F(ChangeNotifierLimitsTest, ComparesStampsWhenTheSystemHasNoMoreQueues)
 {
     folder.write("a");
 
-    const int result = resultInChildProcess([this] {
+    runInChildProcess([this] {
         if (!enterNamespace() || !limitUser("max_inotify_instances", 0))
-            return notPossibleHere;
-        const bool hasQueue = notifier.createQueue() >= 0;
+            GTEST_SKIP() << "no user namespace";
+        EXPECT_GE(notifier.createQueue(), 0);
         const auto file = open("a");
-        return hasQueue && notifier.comparesStamps(file.token) && seesOneChange(file) ? 0 : 1;
-    });
 
-    if (result == notPossibleHere)
-        GTEST_SKIP() << "no user namespace";
-    EXPECT_EQ(result, 0);
+        EXPECT_TRUE(notifier.comparesStamps(file.token));
+        expectOneChange(file);
+    });
 }
 
 TEST_F(ChangeNotifierLimitsTest, ComparesStampsWhenTheProcessHasNoMoreDescriptors)
 {
     folder.write("a");
 
-    const int result = resultInChildProcess([this] {
+    runInChildProcess([this] {
         const auto reference = ref("a");
         const struct rlimit none = { 0, 0 };
-        struct rlimit limit;
-        if (::getrlimit(RLIMIT_NOFILE, &limit) != 0 || ::setrlimit(RLIMIT_NOFILE, &none) == -1)
-            return notPossibleHere;
-        const bool hasQueue = notifier.createQueue() >= 0;
+        ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+        EXPECT_GE(notifier.createQueue(), 0);
         const auto file = open(reference, folder.url("a"));
-        const bool comparesStamps = notifier.comparesStamps(file.token) && poll(file) == 0;
-        folder.chmod("a", 0600);
-        return hasQueue && comparesStamps && poll(file) == 1 && poll(file) == 0 ? 0 : 1;
-    });
 
-    if (result == notPossibleHere)
-        GTEST_SKIP() << "the limit can't be set";
-    EXPECT_EQ(result, 0);
+        EXPECT_TRUE(notifier.comparesStamps(file.token));
+        EXPECT_EQ(poll(file), 0);
+        folder.chmod("a", 0600);
+        EXPECT_EQ(poll(file), 1);
+        EXPECT_EQ(poll(file), 0);
+    });
 }
 
 TEST_F(ChangeNotifierLimitsTest, ComparesStampsOfWhatMayNotBeRead)
@@ -254,31 +245,27 @@ TEST_F(ChangeNotifierLimitsTest, ReportsAVolumeThatIsUnmountedAndItsReturn)
 {
     folder.makeFolder("volume");
 
-    const int result = resultInChildProcess([this] {
+    runInChildProcess([this] {
         const auto mount = [this] {
             return ::mount("none", folder.path("volume").c_str(), "tmpfs", 0, "mode=0755") == 0;
         };
         if (!enterNamespace() || !mount())
-            return notPossibleHere;
+            GTEST_SKIP() << "no user namespace in which to mount";
         folder.write("volume/file");
         const auto file = open("volume/file");
-        if (poll(file) != 0 || notifier.comparesStamps(file.token))
-            return 1;
-        if (::umount(folder.path("volume").c_str()) != 0)
-            return 2;
-        if (poll(file) != 1 || poll(file) != 0 || notifier.watchCount() != 0)
-            return 3;
-        if (!mount())
-            return 4;
-        folder.write("volume/file");
-        const int answer = poll(file);
-        ::umount(folder.path("volume").c_str());
-        return answer == 1 ? 0 : 5;
-    });
+        EXPECT_EQ(poll(file), 0);
+        EXPECT_FALSE(notifier.comparesStamps(file.token));
 
-    if (result == notPossibleHere)
-        GTEST_SKIP() << "no user namespace in which to mount";
-    EXPECT_EQ(result, 0);
+        ASSERT_EQ(::umount(folder.path("volume").c_str()), 0);
+        EXPECT_EQ(poll(file), 1);
+        EXPECT_EQ(poll(file), 0);
+        EXPECT_EQ(notifier.watchCount(), 0u);
+
+        ASSERT_TRUE(mount());
+        folder.write("volume/file");
+        EXPECT_EQ(poll(file), 1);
+        ::umount(folder.path("volume").c_str());
+    });
 }
 
 } // namespace

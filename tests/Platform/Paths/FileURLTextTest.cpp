@@ -117,14 +117,13 @@ TEST(FileURLTextTest, TakesARelativePathFromTheRoot)
 
 TEST(FileURLTextTest, MakesNothingOfARelativePathWithoutACurrentFolder)
 {
-    const auto result = resultInChildProcess([] {
+    runInChildProcess([] {
         TemporaryFolder folder;
-        if (::chdir(folder.path().c_str()) != 0 || ::rmdir(folder.path().c_str()) != 0)
-            return 2;
-        return FileURL::fromPath("a", URLKind::file) ? 1 : 0;
-    });
+        ASSERT_EQ(::chdir(folder.path().c_str()), 0);
+        ASSERT_EQ(::rmdir(folder.path().c_str()), 0);
 
-    EXPECT_EQ(result, 0);
+        EXPECT_FALSE(FileURL::fromPath("a", URLKind::file));
+    });
 }
 
 } // namespace

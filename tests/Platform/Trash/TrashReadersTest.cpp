@@ -9,8 +9,6 @@
 #include <cstdlib>
 #include <memory>
 
-#include <sys/stat.h>
-
 namespace {
 
 using testing::HasSubstr;
@@ -63,19 +61,16 @@ protected:
             GTEST_SKIP() << "trash-cli is not installed";
     }
 
-    /// Whether a file of the volume is listed with its former path and comes back.
-    bool isListedAndRestored(const std::string& name)
+    /// A file of the volume is listed with its former path and comes back.
+    void expectListedAndRestored(const std::string& name)
     {
-        const auto path = volume(name);
-        write(path, "contents");
-        if (trash({ path }) != zef::TrashOutcome::moved || exists(path))
-            return false;
-        const auto list = listed();
+        const auto path = folder.path(name);
+        folder.write(name, "contents");
+        expectMoved({ name });
+        ASSERT_FALSE(folder.exists(name));
+        EXPECT_THAT(listed(), HasSubstr(' ' + path + '\n'));
         const auto text = restoreFirstOf(std::filesystem::path(path).parent_path());
-        const bool isBack = exists(path);
-        if (!isBack)
-            std::cerr << list << text;
-        return isBack && list.find(' ' + path + '\n') != std::string::npos;
+        EXPECT_TRUE(folder.exists(name)) << text;
     }
 };
 
@@ -153,17 +148,21 @@ TEST_F(TrashReadersTest, KnowBothOfTwoFilesOfOneName)
 TEST_F(TrashReadersOnVolumesTest, ListAndRestoreFromTheUsersTrash)
 {
     run([this](Mounts) {
-        std::filesystem::create_directory(volume("d"));
-        return isListedAndRestored("d/50% \u00e4") && exists(volume(own));
+        folder.makeFolder("volume/d");
+
+        expectListedAndRestored("volume/d/50% \u00e4");
+        EXPECT_TRUE(folder.exists(ownTrash));
     });
 }
 
 TEST_F(TrashReadersOnVolumesTest, ListAndRestoreFromTheAdministratorsTrash)
 {
     run([this](Mounts) {
-        std::filesystem::create_directory(volume(".Trash"));
-        ::chmod(volume(".Trash").c_str(), 01777);
-        return isListedAndRestored("a") && exists(volume(shared)) && !exists(volume(own));
+        makeFolder("volume/.Trash", 01777);
+
+        expectListedAndRestored("volume/a");
+        EXPECT_TRUE(folder.exists(sharedTrash));
+        EXPECT_FALSE(folder.exists(ownTrash));
     });
 }
 
