@@ -8,6 +8,7 @@
 #include "tests/support/LoadOperationFixture.h"
 #include "tests/support/LockHolder.h"
 #include "tests/support/SpyCatalog.h"
+#include "tests/support/UnderscoreFilter.h"
 
 #include <mutex>
 #include <set>
@@ -21,18 +22,6 @@ using testing::UnorderedElementsAre;
 using zef::makeRef;
 using zef::Ref;
 
-/// Takes the files whose names don't begin with an underscore, and remembers what it was asked.
-class UnderscoreFilter final : public ZEFFileFilter {
-public:
-    bool shouldIncludeFile(ZEFFileItem* file) const override
-    {
-        asked.push_back(nameOf(*file));
-        return asked.back()[0] != '_';
-    }
-
-    mutable Words asked;
-};
-
 /// Lists a folder on the calling thread, and on a queue.
 class ZEFFileLoadOperationTest : public LoadOperationFixture { };
 
@@ -44,21 +33,6 @@ TEST_F(ZEFFileLoadOperationTest, BeginsWithoutAFolderAndWithoutAFilter)
     EXPECT_EQ(fresh->fileFilter(), nullptr);
     EXPECT_EQ(fresh->listingResult(), zef::FileError::none);
     EXPECT_TRUE(fresh->isKindOfClass(ZEFLoadingOperation::classObject));
-}
-
-TEST_F(ZEFFileLoadOperationTest, RetainsItsFolderAndItsFilterAndLetsGoOfThemInTheEnd)
-{
-    auto filter = ZEFFileFilter::filter();
-    load->setFileFilter(filter);
-
-    EXPECT_EQ(load->loadingDirectory(), loaded.get());
-    EXPECT_EQ(load->fileFilter(), filter.get());
-    EXPECT_EQ(loaded->retainCount(), 2u);
-    EXPECT_EQ(filter->retainCount(), 2u);
-
-    load = nullptr;
-    EXPECT_EQ(loaded->retainCount(), 1u);
-    EXPECT_EQ(filter->retainCount(), 1u);
 }
 
 TEST_F(ZEFFileLoadOperationTest, FindsEveryEntryButNothingBelow)

@@ -3,6 +3,7 @@
 
 #include "tests/support/RecursiveLoadOperationFixture.h"
 #include "tests/support/SpyCatalog.h"
+#include "tests/support/UnderscoreFilter.h"
 
 #include <limits>
 
@@ -14,12 +15,6 @@ using testing::SizeIs;
 using testing::UnorderedElementsAre;
 using zef::makeRef;
 using zef::Ref;
-
-/// Takes the files whose names don't begin with an underscore.
-class UnderscoreFilter final : public ZEFFileFilter {
-public:
-    bool shouldIncludeFile(ZEFFileItem* file) const override { return nameOf(*file)[0] != '_'; }
-};
 
 /// Descends into the folders whose names don't begin with an underscore.
 class UnderscoreDirectoryFilter final : public ZEFDirectoryFilter {

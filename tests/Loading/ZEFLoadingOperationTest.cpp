@@ -55,30 +55,6 @@ TEST_F(ZEFLoadingOperationTest, ItsArrayKeepsItemsAlive)
     EXPECT_EQ(ReportingItem::liveCount, before);
 }
 
-TEST_F(ZEFLoadingOperationTest, RetainsTheArrayThatItIsGivenAndLetsGoOfItInTheEnd)
-{
-    auto array = makeRef<ZEFFileItemArray>();
-
-    load->setLoadingArray(array);
-    EXPECT_EQ(load->loadingArray(), array.get());
-    EXPECT_EQ(array->retainCount(), 2u);
-
-    load = nullptr;
-    EXPECT_EQ(array->retainCount(), 1u);
-}
-
-TEST_F(ZEFLoadingOperationTest, RetainsTheLockThatItIsGivenAndLetsGoOfItInTheEnd)
-{
-    auto lock = makeRef<zef::Lock>();
-
-    load->setLoadingArrayLock(lock);
-    EXPECT_EQ(load->loadingArrayLock(), lock.get());
-    EXPECT_EQ(lock->retainCount(), 2u);
-
-    load = nullptr;
-    EXPECT_EQ(lock->retainCount(), 1u);
-}
-
 TEST_F(ZEFLoadingOperationTest, LeavesItsArrayToWhoeverRetainsIt)
 {
     const Ref<ZEFFileItemArray> array = load->loadingArray();

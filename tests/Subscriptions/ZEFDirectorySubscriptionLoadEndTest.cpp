@@ -4,7 +4,6 @@
 #include "tests/support/SubscriptionLoadFixture.h"
 
 #include <algorithm>
-#include <limits>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -17,8 +16,6 @@ using testing::SizeIs;
 using testing::UnorderedElementsAre;
 using zef::Ref;
 using Access = ZEFDirectorySubscriptionTestAccess;
-
-constexpr double never = std::numeric_limits<double>::infinity();
 
 /// The end of a background load, and what callbacks may do meanwhile.
 class ZEFDirectorySubscriptionLoadEndTest : public SubscriptionLoadFixture { };

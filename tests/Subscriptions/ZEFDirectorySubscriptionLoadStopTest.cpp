@@ -3,8 +3,6 @@
 
 #include "tests/support/SubscriptionLoadFixture.h"
 
-#include <limits>
-
 namespace {
 
 using testing::ElementsAre;
@@ -12,8 +10,6 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using zef::Ref;
 using Access = ZEFDirectorySubscriptionTestAccess;
-
-constexpr double never = std::numeric_limits<double>::infinity();
 
 /// A background load that doesn't come to its end: stopped, or left behind.
 class ZEFDirectorySubscriptionLoadStopTest : public SubscriptionLoadFixture { };

@@ -4,11 +4,7 @@
 #include "tests/support/SpyLocator.h"
 #include "tests/support/SubscriptionLoadFixture.h"
 
-#include <limits>
-
 namespace {
-
-constexpr double never = std::numeric_limits<double>::infinity();
 
 /// When a subscription takes what finds its items again after a move: at once for the first 512 of
 /// a listing, soon for the rest, and not at all when nobody has subscribed.

@@ -4,7 +4,6 @@
 #include "tests/support/SpyNotifier.h"
 #include "tests/support/SubscriptionFixture.h"
 
-#include <limits>
 #include <optional>
 #include <sstream>
 
@@ -250,7 +249,7 @@ TEST_F(ZEFDirectorySubscriptionTest, StartsNothingWhenItIsNotMade)
 
     EXPECT_FALSE(file->usingKQueue());
     EXPECT_EQ(catalog.openCount, 0);
-    EXPECT_EQ(loop.secondsUntilNextTimer(), std::numeric_limits<double>::infinity());
+    EXPECT_EQ(loop.secondsUntilNextTimer(), never);
     EXPECT_EQ(takeLog().size(), 1u);
 }
 

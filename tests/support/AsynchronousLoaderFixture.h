@@ -8,14 +8,11 @@
 #include "tests/support/RecordingLoaderDelegate.h"
 
 #include <filesystem>
-#include <limits>
 #include <string_view>
 
 /// A loader of the folder "watched" and a delegate that records, on a run loop that the test steps.
 class AsynchronousLoaderFixture : public LoopFixture {
 protected:
-    static constexpr double never = std::numeric_limits<double>::infinity();
-
     ~AsynchronousLoaderFixture() override
     {
         delegate->atProgress = nullptr;

@@ -15,6 +15,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string_view>
 #include <vector>
 
@@ -43,6 +44,8 @@ protected:
 
     /// From now on other threads that list a folder wait at the gate before each batch.
     void holdReaders();
+
+    static constexpr double never = std::numeric_limits<double>::infinity();
 
     static Words names(const zef::Ref<ZEFFileItemArray>& items);
 

@@ -7,14 +7,11 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <limits>
 #include <string_view>
 
 /// A fresh file manager whose items report, and a loop that it runs on.
 class ManagerFixture : public LoopFixture {
 protected:
-    static constexpr double never = std::numeric_limits<double>::infinity();
-
     ManagerFixture() { manager.setFileClass(&ReportingItem::classObject); }
 
     /// The subscription of a folder.

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/LinuxLocator.h"
 
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/HoldingLocator.h"
 
 #include <gtest/gtest.h>
 
@@ -14,21 +13,10 @@ namespace {
 
 constexpr int rounds = 150;
 
-class LocatorConcurrencyTest : public testing::Test {
+class LocatorConcurrencyTest : public testing::Test, protected HoldingLocator {
 protected:
-    LocatorConcurrencyTest()
-    {
-        locator.setDescriptorPolicy(zef::DescriptorPolicy::always);
-        zef::Locator::replaceShared(&locator);
-    }
+    LocatorConcurrencyTest() { zef::Locator::replaceShared(&locator); }
     ~LocatorConcurrencyTest() override { zef::Locator::replaceShared(nullptr); }
-
-    static zef::FSRef ref(const zef::FileURL& url)
-    {
-        zef::Stat stat;
-        zef::FileSystem::system().statLink(url.path().c_str(), stat);
-        return zef::FSRef(stat);
-    }
 
     // Renames a file of its own to and fro; says how often it wasn't found where it was.
     int followOneFile(const std::string& name)
@@ -71,9 +59,6 @@ protected:
             locator.releaseVolume(folder.path());
         }
     }
-
-    TemporaryFolder folder;
-    zef::LinuxLocator locator;
 };
 
 TEST_F(LocatorConcurrencyTest, FindsEachFileWhileOthersAreLookedForAndDescriptorsAreClosed)

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/LinuxLocator.h"
 
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/HoldingLocator.h"
 #include "tests/support/Privileges.h"
-#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -16,32 +15,7 @@
 
 namespace {
 
-class LocatorDescriptorsTest : public testing::Test {
-protected:
-    LocatorDescriptorsTest() { locator.setDescriptorPolicy(zef::DescriptorPolicy::always); }
-
-    struct Tracked {
-        zef::FSRef ref;
-        zef::FileURL url;
-    };
-
-    static zef::FSRef ref(const zef::FileURL& url)
-    {
-        zef::Stat stat;
-        zef::FileSystem::system().statLink(url.path().c_str(), stat);
-        return zef::FSRef(stat);
-    }
-
-    Tracked track(const zef::FileURL& url)
-    {
-        Tracked tracked{ ref(url), url };
-        locator.retain(tracked.ref, url);
-        return tracked;
-    }
-
-    TemporaryFolder folder;
-    zef::LinuxLocator locator;
-};
+class LocatorDescriptorsTest : public testing::Test, protected HoldingLocator { };
 
 TEST_F(LocatorDescriptorsTest, HoldsWhatIsRetainedAndClosesWhatIsReleased)
 {

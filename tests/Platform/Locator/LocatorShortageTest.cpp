@@ -1,44 +1,23 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/LinuxLocator.h"
 
 #include "tests/support/FewDescriptors.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/HoldingLocator.h"
 #include "tests/support/WithoutPrivileges.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-struct Tracked {
-    zef::FSRef ref;
-    zef::FileURL url;
-};
-
 // No fixture: UndefinedBehaviorSanitizer looks at each object of a class with virtual functions by
-// a pipe when it first meets it, and here there is none to be had.
-struct Scene {
+// a pipe when it first meets it, and here no descriptor is left for one.
+struct Scene : HoldingLocator {
     Scene()
     {
         zef::Locator::replaceShared(&locator);
-        locator.setDescriptorPolicy(zef::DescriptorPolicy::always);
         meetAllObjects();
     }
     ~Scene() { zef::Locator::replaceShared(nullptr); }
-
-    static zef::FSRef ref(const zef::FileURL& url)
-    {
-        zef::Stat stat;
-        zef::FileSystem::system().statLink(url.path().c_str(), stat);
-        return zef::FSRef(stat);
-    }
-
-    Tracked track(const zef::FileURL& url)
-    {
-        Tracked tracked{ ref(url), url };
-        locator.retain(tracked.ref, url);
-        return tracked;
-    }
 
     // Does once what the tests do: holds an object, and looks for another one in its folder.
     void meetAllObjects()
@@ -53,9 +32,6 @@ struct Scene {
         other.locate(file, url);
         zef::Locator::shared().giveBackOneDescriptor();
     }
-
-    TemporaryFolder folder;
-    zef::LinuxLocator locator;
 };
 
 TEST(LocatorShortageTest, CompletesAReferenceWithoutADescriptorLeft)

@@ -3,17 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <climits>
-
 namespace {
 
 class OtherObject final : public ZEFObject { };
-
-TEST(NumberTest, KeepsItsValue)
-{
-    EXPECT_EQ(zef::makeRef<zef::Number>(INT_MIN)->intValue(), INT_MIN);
-    EXPECT_EQ(zef::makeRef<zef::Number>(INT_MAX)->intValue(), INT_MAX);
-}
 
 TEST(NumberTest, IsEqualToAnotherOneWithTheSameValue)
 {
