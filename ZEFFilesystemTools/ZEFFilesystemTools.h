@@ -14,5 +14,6 @@
 #include "ZEFFilesystemTools/Platform/Text/LocalizedString.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
+#include "ZEFFilesystemTools/Platform/Time/DateChrono.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"

@@ -3,12 +3,12 @@
 
 #include "ZEFFilesystemTools/Platform/Objects/Export.h"
 
-#include <chrono>
 #include <compare>
 
 namespace zef {
 
-/// A moment, as seconds since the reference date, 1 January 2001 00:00 UTC.
+/// A moment, as seconds since the reference date, 1 January 2001 00:00 UTC. DateChrono.h converts
+/// it from and to the standard library's.
 class ZEF_EXPORT Date {
 public:
     /// Seconds from 1 January 1970 to the reference date.
@@ -24,20 +24,8 @@ public:
         return Date(seconds - referenceDateSince1970);
     }
 
-    static Date fromTimePoint(std::chrono::system_clock::time_point time)
-    {
-        return withSecondsSince1970(std::chrono::duration<double>(time.time_since_epoch()).count());
-    }
-
     constexpr double secondsSinceReferenceDate() const { return _seconds; }
     constexpr double secondsSince1970() const { return _seconds + referenceDateSince1970; }
-
-    std::chrono::system_clock::time_point timePoint() const
-    {
-        return std::chrono::system_clock::time_point(
-            std::chrono::duration_cast<std::chrono::system_clock::duration>(
-                std::chrono::duration<double>(secondsSince1970())));
-    }
 
     friend constexpr auto operator<=>(Date, Date) = default;
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
+#include "ZEFFilesystemTools/Platform/Time/DateChrono.h"
+
 #include "tests/support/SteppedClock.h"
 
 #include <gtest/gtest.h>
@@ -13,9 +15,9 @@ using zef::Clock;
 
 TEST(ClockTest, TellsTheTimeOfTheWallClock)
 {
-    const auto before = zef::Date::fromTimePoint(std::chrono::system_clock::now());
+    const auto before = zef::dateFromTimePoint(std::chrono::system_clock::now());
     const auto now = Clock::system().now();
-    const auto after = zef::Date::fromTimePoint(std::chrono::system_clock::now());
+    const auto after = zef::dateFromTimePoint(std::chrono::system_clock::now());
 
     // A microsecond for what a double can't hold.
     EXPECT_GE(now.secondsSince1970(), before.secondsSince1970() - 1e-6);
