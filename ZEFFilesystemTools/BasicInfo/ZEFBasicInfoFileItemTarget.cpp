@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoAsking.h"
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
+
+#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoAsking.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 
 std::optional<zef::FSRef> ZEFBasicInfoFileItem::resolvedFSRef()

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/FileItems/ZEFFileItemClass.h"
+
 #include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
-#include "ZEFFilesystemTools/FileItems/ZEFFileItemClass.h"
 #include "ZEFFilesystemTools/Platform/AliasData/AliasData.h"
 
 namespace {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
+
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"

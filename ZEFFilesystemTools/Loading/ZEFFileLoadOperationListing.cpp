@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
+
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadBatch.h"
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadListing.h"
-#include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
+
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
 #include "ZEFFilesystemTools/Platform/Disk/PinnedFolder.h"
 #include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
-#include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
 #include <algorithm>
 #include <optional>

@@ -25,7 +25,8 @@ public:
     DescriptorReserve& operator=(const DescriptorReserve&) = delete;
 
     /// As openat(2), close-on-exec in any case, without O_CREAT. When there is no descriptor left
-    /// (EMFILE, ENFILE) the giver closes some, and if it has none the spare is closed. -1 with errno on failure. No lock is held while the file system works.
+    /// (EMFILE, ENFILE) the giver closes some, and if it has none the spare is closed. -1 with
+    /// errno on failure. No lock is held while the file system works.
     int openAt(int folder, const char* path, int flags);
 
     /// Asks `giver` whenever there is no descriptor left; null asks nobody. Any thread.
