@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Trash/Trash.h"
+
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
 #include "benchmarks/support/Comparison.h"
 #include "tests/support/EnvironmentVariable.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
+
 #include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
 
 #include "tests/support/TemporaryFolder.h"

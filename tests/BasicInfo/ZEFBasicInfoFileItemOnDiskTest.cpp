@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
+
 #include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
 
 #include "tests/support/LogRecorder.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
+
+#include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
 
 #include "tests/support/FakeAliasData.h"
 #include "tests/support/FakeFileItemFixture.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
+
 #include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
 #include "tests/support/ManagerFixture.h"

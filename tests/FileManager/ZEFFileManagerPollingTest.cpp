@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
+
 #include "ZEFFilesystemTools/Platform/Objects/MutationError.h"
 
 #include "tests/support/ManagerFixture.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
+
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 
 #include "tests/support/DiskCalls.h"

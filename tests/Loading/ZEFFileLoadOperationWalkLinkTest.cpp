@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
+
+#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 #include "ZEFFilesystemTools/Loading/ZEFNormalDirectoryFilter.h"
 
 #include "tests/support/RecursiveLoadOperationFixture.h"

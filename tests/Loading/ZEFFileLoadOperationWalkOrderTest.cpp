@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
+
 #include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
 #include "tests/support/FakeCatalog.h"

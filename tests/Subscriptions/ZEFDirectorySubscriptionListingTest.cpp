@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
+
+#include "ZEFFilesystemTools/FileItems/ZEFFileTable.h"
 
 #include "tests/support/FewDescriptors.h"
 #include "tests/support/SubscriptionFixture.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Presentation/DesktopEntry.h"
+
 #include "ZEFFilesystemTools/Platform/Presentation/DisplayName.h"
 #include "ZEFFilesystemTools/Platform/Presentation/MessageLocale.h"
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
+
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 
 #include "tests/support/LocatorFixture.h"
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
+
 #include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 
 #include "tests/support/FakeFileSystem.h"

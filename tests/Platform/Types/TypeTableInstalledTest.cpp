@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Types/BuiltInTypes.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
+
+#include "ZEFFilesystemTools/Platform/Types/BuiltInTypes.h"
 
 #include "tests/support/TemporaryFolder.h"
 
