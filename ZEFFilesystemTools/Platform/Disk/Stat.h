@@ -8,7 +8,7 @@
 
 namespace zef {
 
-/// What the system tells of one object on disk in one call (statx(2)).
+/// What the system says of one object on disk in one call (statx(2)).
 struct ZEF_EXPORT Stat {
     std::uint32_t device = 0;
     std::uint32_t mode = 0;
@@ -30,6 +30,8 @@ struct ZEF_EXPORT Stat {
 
     /// A real folder.
     bool isFolder() const { return (mode & 0170000u) == 0040000u; }
+
+    bool isRegularFile() const { return (mode & 0170000u) == 0100000u; }
 };
 
 } // namespace zef

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Disk/BoundedFile.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileStamps.h"
-#include "ZEFFilesystemTools/Platform/Disk/SmallFile.h"
+#include "ZEFFilesystemTools/Platform/Disk/ObjectNumbers.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 #include "ZEFFilesystemTools/Platform/Volumes/DeviceKindCache.h"
 
@@ -14,10 +15,10 @@
 
 namespace zef {
 
-/// Remembers what the last few small files meant, for as long as their numbers, sizes and time
-/// stamps tell that nobody has written them. A file that was written a moment ago (0.05 s, or 2 s
-/// where another host may write it) is read anew each time, because the next write might leave no
-/// trace. Any thread; no lock is held while the file system works.
+/// Remembers what the last few files of at most 64 KiB meant, for as long as their numbers, sizes
+/// and time stamps show that nobody has written them. A file that was written a moment ago (0.05 s,
+/// or 2 s where another host may write it) is read anew each time, because the next write might
+/// leave no trace. Any thread; no lock is held while the file system works.
 template <typename Meaning, std::size_t Capacity> class SmallFileCache {
 public:
     /// `clock` is borrowed and should be the one that the files' stamps come from.
@@ -27,25 +28,24 @@ public:
     }
 
     /// What the file at `path`, which `seen` was just taken of, means: the result of
-    /// `parse(bytes)`. Null when it is no small file, can't be read or was replaced meanwhile.
+    /// `parse(bytes)`. Null if it is not a small regular file, can't be read, or was replaced
+    /// meanwhile.
     template <typename Parse>
     std::shared_ptr<const Meaning> read(const char* path, const Stat& seen, const Parse& parse)
     {
-        if (!isSmallFile(seen))
+        if (!seen.isRegularFile() || seen.size > largestFile)
             return nullptr;
         const auto now = _clock.now();
         if (auto known = find(seen.device, FileStamps(seen, now, StampClock::otherHosts)))
             return known;
-        Stat stat;
-        std::string bytes;
-        if (readSmallFile(path, stat, bytes) != 0 || stat.device != seen.device
-            || stat.inode != seen.inode)
+        auto file = readBoundedFile(path, largestFile, FinalLink::refused);
+        if (!file || ObjectNumbers::of(file->stat) != ObjectNumbers::of(seen))
             return nullptr;
-        auto meaning = std::make_shared<const Meaning>(parse(std::move(bytes)));
-        const FileStamps stamps(stat, now, stampClock(stat.device, path));
+        auto meaning = std::make_shared<const Meaning>(parse(std::move(file->bytes)));
+        const FileStamps stamps(file->stat, now, stampClock(seen.device, path));
         const bool isSettled = !stamps.mayHaveChangedSince(stamps);
         if (isSettled)
-            keep({ stat.device, stamps, meaning });
+            keep({ seen.device, stamps, meaning });
         return meaning;
     }
 
@@ -57,6 +57,8 @@ public:
     }
 
 private:
+    static constexpr std::size_t largestFile = 65536;
+
     struct File {
         std::uint32_t device = 0;
         FileStamps stamps;

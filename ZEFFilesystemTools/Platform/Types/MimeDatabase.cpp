@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Types/MimeDatabase.h"
 
+#include "ZEFFilesystemTools/Platform/Disk/BoundedFile.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
-#include "ZEFFilesystemTools/Platform/Types/MimeFile.h"
 #include "ZEFFilesystemTools/Platform/Types/MimeGlobs.h"
 
 #include <algorithm>
 #include <charconv>
 #include <set>
+#include <utility>
 
 namespace zef {
 namespace {
 
+// The largest file of a usual system's database has 40 KiB; a hundred times that bounds the memory
+// and, to a second or two, the time that a broken or hostile one can take.
+constexpr std::size_t largestFile = std::size_t{ 4 } << 20U;
 constexpr unsigned greatestWeight = 100;
 constexpr std::size_t longestType = 200;
 constexpr std::string_view noGlobs = "__NOGLOBS__";
@@ -108,6 +112,13 @@ void dropRepeatedGlobs(std::vector<MimeDatabase::Glob>& globs)
     std::erase_if(globs, [&](const auto&) { return isRepeated[index++]; });
 }
 
+// A program that runs as somebody else may have the home of a user who lets nobody in.
+bool isMissing(FileError error)
+{
+    return error == FileError::notFound || error == FileError::notAFolder
+        || error == FileError::accessDenied;
+}
+
 } // namespace
 
 void MimeDatabase::parseGlobs(std::string_view text)
@@ -137,19 +148,20 @@ void MimeDatabase::parseAliases(std::string_view text)
 
 MimeDatabase MimeDatabase::inFolder(const std::string& folder)
 {
-    MimeDatabase database;
-    std::string text;
     std::string unusable;
     const auto read = [&](const char* name) {
-        if (readMimeFile(folder + '/' + name, text) == MimeFileResult::unusable)
+        const auto path = folder + '/' + name;
+        auto file = readBoundedFile(path.c_str(), largestFile, FinalLink::followed);
+        if (file)
+            return std::move(file->bytes);
+        if (!isMissing(file.error()))
             (unusable += unusable.empty() ? "" : ", ") += name;
+        return std::string();
     };
-    read("globs2");
-    database.parseGlobs(text);
-    read("subclasses");
-    database.parseSubclasses(text);
-    read("aliases");
-    database.parseAliases(text);
+    MimeDatabase database;
+    database.parseGlobs(read("globs2"));
+    database.parseSubclasses(read("subclasses"));
+    database.parseAliases(read("aliases"));
     if (!unusable.empty() || database.brokenLines)
         log("MIME database in %s: %zu lines left out, files that can't be used: %s", folder.c_str(),
             database.brokenLines, unusable.empty() ? "none" : unusable.c_str());
