@@ -10,23 +10,24 @@
 
 namespace zef {
 
-/// A value, or the error that says why there is none. Plain data.
-template <typename T> class [[nodiscard]] Expected {
+/// A value, or the error that says why there is none: a `FileError`, an errno value (int), or
+/// another type whose default value means "no error". Plain data.
+template <typename T, typename Error = FileError> class [[nodiscard]] Expected {
 public:
     Expected(T value)
         : _value(std::move(value))
     {
     }
 
-    /// `error` says what went wrong: it is not `FileError::none`.
-    Expected(FileError error)
+    /// `error` says what went wrong; it is not the default value.
+    Expected(Error error)
         : _error(error)
     {
-        assert(error != FileError::none);
+        assert(!(error == Error{}));
     }
 
-    /// Why there is no value; `FileError::none` if there is one.
-    FileError error() const { return _error; }
+    /// Why there is no value; the default value if there is one.
+    Error error() const { return _error; }
 
     bool hasValue() const { return _value.has_value(); }
 
@@ -43,7 +44,7 @@ public:
 
 private:
     std::optional<T> _value;
-    FileError _error = FileError::none;
+    Error _error{};
 };
 
 } // namespace zef

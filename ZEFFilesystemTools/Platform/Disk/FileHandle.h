@@ -11,7 +11,7 @@ namespace zef {
 
 /// The file system's own lasting name for an object (name_to_handle_at(2)), which contains the
 /// generation of its inode number where the file system has one. Handles longer than 40 bytes are
-/// kept as a digest, which still tells two objects apart.
+/// kept as a digest, which still distinguishes two objects.
 struct ZEF_EXPORT FileHandle {
     std::uint8_t type = 0;
     std::uint8_t length = 0;

@@ -12,7 +12,7 @@ namespace zef {
 /// Whose clock gives a file its time stamps.
 enum class StampClock { ours, otherHosts };
 
-/// What one look at a path saw, for telling whether the next look sees something else. Plain data;
+/// What one look at a path saw, to find out whether the next look sees something else. Plain data;
 /// any thread.
 class FileStamps {
 public:
@@ -24,7 +24,7 @@ public:
 
     /// Whether something may have happened since an earlier look at the same path. A look so soon
     /// after a change that the next one might get the same time stamps leaves it open, and then
-    /// the answer is YES.
+    /// the answer is true.
     bool mayHaveChangedSince(const FileStamps& earlier) const;
 
 private:

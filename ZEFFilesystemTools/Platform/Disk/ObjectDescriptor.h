@@ -28,19 +28,19 @@ public:
     int descriptor() const { return _descriptor; }
 
     /// Describes the object; 0 or an errno value.
-    int stat(Stat&) const;
-    /// The same, and the number of the mount that it was opened through; 0 when it isn't known.
-    int stat(Stat&, std::uint64_t& mountID) const;
+    [[nodiscard]] int stat(Stat&) const;
+    /// The same, and the number of the mount that it was opened through; 0 if it isn't known.
+    [[nodiscard]] int stat(Stat&, std::uint64_t& mountID) const;
 
     FileHandle handle() const;
 
-    /// Whether it is the very object that `ref` refers to, when `stat` was just taken of it.
+    /// Whether it is the very object that `ref` refers to, if `stat` was just taken of it.
     bool isObject(const FSRef& ref, const Stat& stat) const;
 
-    /// Whether the object's last name is gone, so far as is known without asking a server.
+    /// Whether the object's last name is gone, as far as is known without asking a server.
     bool isNameless() const;
 
-    /// Writes where the system says that the object is. NO when it doesn't say (no /proc, a path
+    /// Writes where the system says that the object is. False if it doesn't say (no /proc, a path
     /// that is too long, an object outside of what the process sees). Not verified: the text of an
     /// object without that name ends in " (deleted)", and something may be mounted over the path.
     bool currentPath(PathBytes&) const;

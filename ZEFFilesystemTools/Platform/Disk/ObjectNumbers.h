@@ -9,8 +9,8 @@
 
 namespace zef {
 
-/// The numbers by which tables find an object: they tell it from all others that exist now, but
-/// after its end they may go to another one. Plain data.
+/// The numbers by which tables find an object: they distinguish it from all others that exist now,
+/// but after its end they may go to another one. Plain data.
 struct ObjectNumbers {
     std::uint64_t inode = 0;
     std::uint32_t device = 0;

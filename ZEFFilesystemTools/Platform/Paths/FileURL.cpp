@@ -8,6 +8,15 @@
 
 namespace zef {
 
+std::string_view extensionOfName(std::string_view name) noexcept
+{
+    const auto dot = name.rfind('.');
+    if (dot == std::string_view::npos || dot == 0)
+        return {};
+    const auto extension = name.substr(dot + 1);
+    return extension.find(' ') == std::string_view::npos ? extension : std::string_view();
+}
+
 // The name's bytes follow the node in the same block of memory, so that a URL is one small
 // allocation beside the folder path that it shares with its neighbours.
 class ZEF_INTERNAL FileURL::Node {
@@ -152,11 +161,7 @@ std::string_view FileURL::name() const noexcept
 
 std::string FileURL::pathExtension() const
 {
-    const auto dot = name().rfind('.');
-    if (dot == std::string_view::npos || dot == 0)
-        return {};
-    const auto extension = name().substr(dot + 1);
-    return extension.find(' ') == std::string_view::npos ? std::string(extension) : std::string();
+    return std::string(extensionOfName(name()));
 }
 
 FileURL FileURL::deletingLastPathComponent() const

@@ -11,7 +11,7 @@
 
 namespace zef {
 
-/// The bytes of a path with a NUL after them, in place: what system calls want. PATH_MAX - 1 bytes
+/// The bytes of a path with a NUL after them, in place: what system calls take. PATH_MAX - 1 bytes
 /// at the most (path_resolution(7)).
 class ZEF_EXPORT PathBytes {
 public:
@@ -27,7 +27,7 @@ public:
         _bytes[0] = '\0';
     }
 
-    /// Adds `bytes` at the end; NO, and no change, when there is no room.
+    /// Adds `bytes` at the end; false, and no change, if there is no room.
     bool append(std::string_view bytes)
     {
         if (bytes.size() >= sizeof _bytes - _length)
@@ -49,10 +49,18 @@ struct ZEF_EXPORT PathBufferDeleter {
 };
 
 /// A NUL-terminated path in memory of its own, of exactly the size it needs, made with malloc(3);
-/// null when there is none. `release()` hands the bytes to a caller that frees them with free(3).
+/// null if there is none. `release()` hands the bytes to a caller that frees them with free(3).
 using PathBuffer = std::unique_ptr<char, PathBufferDeleter>;
 
 /// A buffer of its own with these bytes.
-ZEF_EXPORT PathBuffer makePathBuffer(std::string_view bytes);
+inline PathBuffer makePathBuffer(std::string_view bytes)
+{
+    PathBuffer buffer(static_cast<char*>(std::malloc(bytes.size() + 1)));
+    if (!buffer)
+        return nullptr;
+    bytes.copy(buffer.get(), bytes.size());
+    buffer.get()[bytes.size()] = '\0';
+    return buffer;
+}
 
 } // namespace zef

@@ -14,8 +14,8 @@ using LogSink = std::function<void(std::string_view line)>;
 
 /// Writes one line of any length to the log: `format` as printf(3) has it, control characters
 /// escaped (`\n`, `\x1b`) so that a file's name can't break the line or drive a terminal. Never
-/// fails and leaves errno alone: a line that the sink throws at goes to the default one. Any
-/// thread; calls the sink with no lock held.
+/// throws and preserves errno. If the sink throws, the line goes to the default sink. Any thread;
+/// calls the sink with no lock held.
 ZEF_EXPORT void log(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 /// Sends every later line to `sink`; an empty sink gives back the default, which writes
@@ -24,7 +24,7 @@ ZEF_EXPORT void log(const char* format, ...) __attribute__((format(printf, 1, 2)
 /// after the return. Any thread.
 ZEF_EXPORT LogSink setLogSink(LogSink sink);
 
-/// `text`, or "(null)" for null: what the log shows for nil.
+/// `text`, or "(null)" for null: what the log shows for a null string.
 ZEF_EXPORT const char* logText(const char* text);
 
 } // namespace zef

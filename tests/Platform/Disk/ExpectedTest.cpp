@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <memory>
 #include <string>
 
@@ -46,6 +47,15 @@ TEST(ExpectedTest, HandsOutAValueThatCanOnlyBeMoved)
     const auto taken = *std::move(number);
 
     EXPECT_EQ(*taken, 7);
+}
+
+TEST(ExpectedTest, TakesErrnoValuesForErrors)
+{
+    const Expected<std::string, int> name(EEXIST);
+
+    EXPECT_FALSE(name);
+    EXPECT_EQ(name.error(), EEXIST);
+    EXPECT_EQ((Expected<std::string, int>("notes.txt").error()), 0);
 }
 
 TEST(ExpectedTest, LetsTheValueBeChanged)
