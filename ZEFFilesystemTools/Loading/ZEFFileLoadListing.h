@@ -30,7 +30,7 @@ private:
     zef::FileError enter(
         zef::Ref<ZEFFileItem> folder, std::ptrdiff_t level, const zef::FileURL& found);
     zef::FileError open(Level& next, const zef::FileURL& found);
-    zef::FileError openIterator(Level& next, const zef::FileURL& found);
+    zef::CatalogIterator::Opened openIterator(const Level& next, const zef::FileURL& found);
     void suspendLevels(std::size_t count);
     void step();
     void readBatch(Level& level);

@@ -101,35 +101,35 @@ zef::FileError ZEFFileLoadOperation::Listing::open(Level& next, const zef::FileU
     next.url = found ? found : folder ? folder->ZEF_locate() : nullptr;
     if (_operation.isCancelled())
         return Result::none;
-    auto result = openIterator(next, found);
-    if (result == Result::tooManyOpenFiles && !_levels.empty()) {
+    auto opened = openIterator(next, found);
+    if (opened.error() == Result::tooManyOpenFiles && !_levels.empty()) {
         suspendLevels(_levels.size());
-        result = openIterator(next, nullptr);
+        opened = openIterator(next, nullptr);
     }
-    if (result != Result::none) {
+    if (opened) {
+        next.iterator = *std::move(opened);
+    } else {
         zef::log("ZEFFileLoadOperation encountered error %d opening iterator to get the directory "
                  "contents at %s",
-            numberOf(result), next.url ? next.url.absoluteString().c_str() : "(null)");
+            numberOf(opened.error()), next.url ? next.url.absoluteString().c_str() : "(null)");
     }
-    return result;
+    return opened.error();
 }
 
-zef::FileError ZEFFileLoadOperation::Listing::openIterator(Level& next, const zef::FileURL& found)
+zef::CatalogIterator::Opened ZEFFileLoadOperation::Listing::openIterator(
+    const Level& next, const zef::FileURL& found)
 {
     if (found) {
         auto& above = *_levels.back();
         const auto& entry = above.batch->entry(above.index);
-        return above.iterator->openSubfolder(entry, next.url, next.iterator);
+        return above.iterator->openSubfolder(entry, next.url);
     }
     // A folder may have got lost since it was opened; then there are no paths for what is in it.
-    if (next.url && _levels.empty() && _operation._openedIterator) {
-        next.iterator = std::move(_operation._openedIterator);
-        return Result::none;
-    }
+    if (next.url && _levels.empty() && _operation._openedIterator)
+        return std::move(_operation._openedIterator);
     zef::FSRef reference;
     const bool hasReference = next.url && next.folder->ZEF_copyReference(reference);
-    return zef::Catalog::shared().openIterator(
-        hasReference ? &reference : nullptr, next.url, next.iterator);
+    return zef::Catalog::shared().openIterator(hasReference ? &reference : nullptr, next.url);
 }
 
 void ZEFFileLoadOperation::Listing::suspendLevels(std::size_t count)

@@ -182,18 +182,16 @@ private:
     // those that are followed by a name in another folder only a listing tells whether they are.
     void lookForNewItems()
     {
-        std::size_t entryCount = 0;
         zef::FSRef reference;
         const auto* given = _folder.ZEF_copyReference(reference) ? &reference : nullptr;
-        std::unique_ptr<zef::CatalogIterator> entries;
-        const auto result = zef::Catalog::shared().countEntriesAndKeep(
-            given, _folder.url(), entryCount, entries);
-        _fullCheckIsDue = isShortageOfResources(result);
-        if (_fullCheckIsDue || (holdsNothingNew(entryCount) && _itemsWithOtherNames.empty()))
+        auto counted = zef::Catalog::shared().countEntriesAndKeep(given, _folder.url());
+        _fullCheckIsDue = isShortageOfResources(counted.error());
+        auto entries = counted ? *std::move(counted) : zef::Catalog::CountedFolder();
+        if (_fullCheckIsDue || (holdsNothingNew(entries.count) && _itemsWithOtherNames.empty()))
             return;
         Listing listing;
         _hookException.guard(
-            [&] { _subscription.listNow(&changes(), listing, std::move(entries)); });
+            [&] { _subscription.listNow(&changes(), listing, std::move(entries.iterator)); });
         _fullCheckIsDue = isShortageOfResources(listing.result);
         if (listing.result == zef::FileError::none)
             reportMissing(std::move(listing.items));

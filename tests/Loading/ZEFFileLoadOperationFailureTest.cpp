@@ -99,10 +99,9 @@ TEST_F(ZEFFileLoadOperationFailureTest, LogsAFolderThatGotLostSinceItWasOpened)
     folder.makeFolder("opened");
     folder.write("opened/file", "");
     const auto opened = item("opened");
-    std::unique_ptr<zef::CatalogIterator> iterator;
-    ASSERT_EQ(zef::Catalog::system().openIterator(opened->fsRef(), opened->url(), iterator),
-        zef::FileError::none);
-    load->setOpenedIterator(std::move(iterator));
+    auto iterator = zef::Catalog::system().openIterator(opened->fsRef(), opened->url());
+    ASSERT_TRUE(iterator);
+    load->setOpenedIterator(*std::move(iterator));
     folder.remove("loaded");
 
     EXPECT_THAT(run(), IsEmpty());

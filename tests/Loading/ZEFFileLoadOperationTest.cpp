@@ -55,13 +55,12 @@ TEST_F(ZEFFileLoadOperationTest, FindsNothingInAnEmptyFolderAndLogsNothing)
 TEST_F(ZEFFileLoadOperationTest, FindsManyFilesEachOnceInTheOrderOfTheCatalog)
 {
     writeFiles(200);
-    std::unique_ptr<zef::CatalogIterator> iterator;
     zef::FSRef ref(stat("loaded"));
-    EXPECT_EQ(
-        zef::Catalog::shared().openIterator(&ref, loaded->url(), iterator), zef::FileError::none);
+    const auto iterator = zef::Catalog::shared().openIterator(&ref, loaded->url());
+    ASSERT_TRUE(iterator);
     std::vector<zef::CatalogEntry> entries(200);
     std::size_t count = 0;
-    EXPECT_EQ(iterator->next(entries, count), zef::FileError::none);
+    EXPECT_EQ((*iterator)->next(entries, count), zef::FileError::none);
     Words expected;
     for (const auto& entry : entries)
         expected.emplace_back(entry.name());

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
-#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 
 #include <gtest/gtest.h>
 
@@ -28,21 +27,20 @@ protected:
             folders.addEntry(folder, "entry " + std::to_string(index));
     }
 
-    zef::FileError open(std::string_view name, std::unique_ptr<zef::CatalogIterator>& iterator)
+    zef::CatalogIterator::Opened open(std::string_view name)
     {
         const zef::FSRef ref(folders.stat(name));
-        return folders.service().openIterator(&ref, folders.url(name), iterator);
+        return folders.service().openIterator(&ref, folders.url(name));
     }
 
     std::unique_ptr<zef::CatalogIterator> opened(std::string_view name)
     {
-        std::unique_ptr<zef::CatalogIterator> iterator;
-        EXPECT_EQ(open(name, iterator), zef::FileError::none);
-        EXPECT_TRUE(iterator);
-        return iterator;
+        auto iterator = open(name);
+        EXPECT_EQ(iterator.error(), zef::FileError::none);
+        return iterator ? *std::move(iterator) : nullptr;
     }
 
-    // One read; NO at the end and on an error, which `listing` then tells.
+    // One read; False at the end and on an error, which `listing` then tells.
     bool read(zef::CatalogIterator& iterator, Listing& listing)
     {
         std::size_t count = 1000;
@@ -64,10 +62,9 @@ protected:
     std::size_t count(std::string_view name)
     {
         const zef::FSRef ref(folders.stat(name));
-        std::size_t result = 77;
-        EXPECT_EQ(
-            folders.service().countEntries(&ref, folders.url(name), result), zef::FileError::none);
-        return result;
+        const auto result = folders.service().countEntries(&ref, folders.url(name));
+        EXPECT_EQ(result.error(), zef::FileError::none);
+        return result ? *result : 0;
     }
 
     zef::CatalogEntry& entryNamed(std::string_view name)

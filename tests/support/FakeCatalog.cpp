@@ -153,51 +153,46 @@ std::size_t FakeCatalog::countingCount() const
     return _countingCount;
 }
 
-zef::FileError FakeCatalog::openIterator(
-    const zef::FSRef* ref, const zef::FileURL&, std::unique_ptr<zef::CatalogIterator>& iterator)
+zef::CatalogIterator::Opened FakeCatalog::openIterator(const zef::FSRef* ref, const zef::FileURL&)
 {
     std::lock_guard lock(_mutex);
     ++_openCount;
-    iterator.reset();
-    std::shared_ptr<Object> folder;
-    auto result = find(ref, folder);
-    if (result == zef::FileError::none)
-        result = folder->openResult;
-    if (result == zef::FileError::none)
-        iterator = std::make_unique<Iterator>(*this, std::move(folder));
-    return result;
+    auto folder = find(ref);
+    if (!folder)
+        return folder.error();
+    return zef::CatalogIterator::Opened(std::make_unique<Iterator>(*this, *std::move(folder)));
 }
 
-zef::FileError FakeCatalog::countEntries(
-    const zef::FSRef* ref, const zef::FileURL&, std::size_t& count)
+zef::Expected<std::size_t> FakeCatalog::countEntries(const zef::FSRef* ref, const zef::FileURL&)
 {
     std::lock_guard lock(_mutex);
     ++_countingCount;
-    count = 0;
-    std::shared_ptr<Object> folder;
-    auto result = find(ref, folder);
-    if (result == zef::FileError::none)
-        result = folder->openResult;
-    if (result == zef::FileError::none)
-        result = folder->countResult != zef::FileError::none ? folder->countResult
-                                                             : folder->readResult;
-    if (result != zef::FileError::none)
-        return result;
-    const auto removed = std::count_if(folder->entries.begin(), folder->entries.end(),
+    const auto found = find(ref);
+    if (!found)
+        return found.error();
+    const auto& folder = **found;
+    for (const auto error : { folder.countResult, folder.readResult }) {
+        if (error != zef::FileError::none)
+            return error;
+    }
+    const auto removed = std::count_if(folder.entries.begin(), folder.entries.end(),
         [](const auto& entry) { return entry.isRemoved; });
-    count = folder->entries.size() - static_cast<std::size_t>(removed);
-    return zef::FileError::none;
+    return folder.entries.size() - static_cast<std::size_t>(removed);
 }
 
-zef::FileError FakeCatalog::find(const zef::FSRef* ref, std::shared_ptr<Object>& object) const
+// The folder; fails as the test said that opening it does.
+zef::Expected<std::shared_ptr<FakeCatalog::Object>> FakeCatalog::find(const zef::FSRef* ref) const
 {
     if (!ref || ref->isEmpty())
         return zef::FileError::badReference;
-    for (const auto& candidate : _objects) {
-        if (candidate->isRemoved || !ref->hasNumbersOf(candidate->stat))
+    for (const auto& object : _objects) {
+        if (object->isRemoved || !ref->hasNumbersOf(object->stat))
             continue;
-        object = candidate;
-        return object->stat.isFolder() ? zef::FileError::none : zef::FileError::notAFolder;
+        if (!object->stat.isFolder())
+            return zef::FileError::notAFolder;
+        if (object->openResult != zef::FileError::none)
+            return object->openResult;
+        return object;
     }
     return zef::FileError::notFound;
 }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
-#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 
 #include <cstddef>
 #include <functional>
@@ -35,7 +34,7 @@ public:
     void move(const zef::FileURL& from, const zef::FileURL& to);
     void remove(const zef::FileURL& folder);
 
-    /// Opening the folder fails with `result` from now on; `noError` ends it.
+    /// Opening the folder fails with `result` from now on; `none` ends it.
     void setOpenResult(const zef::FileURL& folder, zef::FileError result);
     /// Reading the folder fails with `result` once `entries` were delivered.
     void setReadResult(const zef::FileURL& folder, zef::FileError result, std::size_t entries = 0);
@@ -46,16 +45,16 @@ public:
     std::size_t openCount() const;
     std::size_t countingCount() const;
 
-    zef::FileError openIterator(const zef::FSRef* ref, const zef::FileURL& folder,
-        std::unique_ptr<zef::CatalogIterator>& iterator) override;
-    zef::FileError countEntries(
-        const zef::FSRef* ref, const zef::FileURL& folder, std::size_t& count) override;
+    zef::CatalogIterator::Opened openIterator(
+        const zef::FSRef* ref, const zef::FileURL& folder) override;
+    zef::Expected<std::size_t> countEntries(
+        const zef::FSRef* ref, const zef::FileURL& folder) override;
 
 private:
     class Iterator;
     struct Object;
 
-    zef::FileError find(const zef::FSRef* ref, std::shared_ptr<Object>& object) const;
+    zef::Expected<std::shared_ptr<Object>> find(const zef::FSRef* ref) const;
     Object& objectAt(const zef::FileURL& url) const;
     zef::FileError read(Object&, std::size_t& position, std::size_t& delivered, zef::KnownEntries*,
         std::span<zef::CatalogEntry> entries, std::size_t& count);

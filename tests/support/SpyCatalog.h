@@ -2,7 +2,6 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
-#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 
 #include <atomic>
 #include <functional>
@@ -23,7 +22,7 @@ public:
     std::function<void()> beforeCounting;
     std::function<void()> beforeBatch;
 
-    /// What opening and counting answer instead of asking the system; `noError` asks it.
+    /// What opening and counting answer instead of asking the system; `none` asks it.
     std::atomic<zef::FileError> openResult{ zef::FileError::none };
     std::atomic<zef::FileError> countResult{ zef::FileError::none };
 
@@ -31,25 +30,24 @@ public:
     std::atomic<int> openCount{ 0 };
     std::atomic<int> iteratorCount{ 0 };
 
-    zef::FileError openIterator(const zef::FSRef* ref, const zef::FileURL& folder,
-        std::unique_ptr<zef::CatalogIterator>& iterator) override
+    zef::CatalogIterator::Opened openIterator(
+        const zef::FSRef* ref, const zef::FileURL& folder) override
     {
         call(beforeOpening);
         ++openCount;
         if (openResult != zef::FileError::none)
-            return openResult;
-        const auto result = system().openIterator(ref, folder, iterator);
-        if (iterator)
-            iterator = std::make_unique<Iterator>(*this, std::move(iterator));
-        return result;
+            return openResult.load();
+        auto opened = system().openIterator(ref, folder);
+        if (opened)
+            *opened = std::make_unique<Iterator>(*this, *std::move(opened));
+        return opened;
     }
 
-    zef::FileError countEntries(
-        const zef::FSRef* ref, const zef::FileURL& folder, std::size_t& count) override
+    zef::Expected<std::size_t> countEntries(
+        const zef::FSRef* ref, const zef::FileURL& folder) override
     {
         call(beforeCounting);
-        count = 0;
-        return countResult == zef::FileError::none ? system().countEntries(ref, folder, count)
+        return countResult == zef::FileError::none ? system().countEntries(ref, folder)
                                                    : countResult.load();
     }
 

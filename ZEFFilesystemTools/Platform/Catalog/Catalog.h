@@ -2,10 +2,11 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Catalog/CatalogIterator.h"
-#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
+#include "ZEFFilesystemTools/Platform/Disk/Expected.h"
 #include "ZEFFilesystemTools/Platform/Objects/SharedService.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
+#include <cstddef>
 #include <memory>
 
 namespace zef {
@@ -17,20 +18,21 @@ public:
 
     static Catalog& system();
 
-    /// Opens the folder that `ref` (null: none) refers to, last seen at `folder`. Returns
-    /// `noError` and an iterator, or an error and none. A folder that may not be read opens
-    /// without an error; its iterator tells.
-    virtual FileError openIterator(
-        const FSRef* ref, const FileURL& folder, std::unique_ptr<CatalogIterator>& iterator)
-        = 0;
+    /// Opens the folder that `ref` (null: none) refers to, last seen at `folder`. A folder that may
+    /// not be read opens all the same; the first read fails.
+    virtual CatalogIterator::Opened openIterator(const FSRef* ref, const FileURL& folder) = 0;
 
-    /// Sets `count` to the number of entries of the folder, 0 when they can't be counted.
-    virtual FileError countEntries(const FSRef* ref, const FileURL& folder, std::size_t& count) = 0;
+    /// The number of entries of the folder.
+    virtual Expected<std::size_t> countEntries(const FSRef* ref, const FileURL& folder) = 0;
 
-    /// The same, for somebody who may want to see the entries next: `iterator` delivers what was
-    /// counted without reading the folder again. It may stay null also after a success.
-    virtual FileError countEntriesAndKeep(const FSRef* ref, const FileURL& folder,
-        std::size_t& count, std::unique_ptr<CatalogIterator>& iterator);
+    struct CountedFolder {
+        std::size_t count = 0;
+        /// Delivers what was counted without reading the folder again; may be null.
+        std::unique_ptr<CatalogIterator> iterator;
+    };
+
+    /// As `countEntries`, for a caller that may need the entries next.
+    virtual Expected<CountedFolder> countEntriesAndKeep(const FSRef* ref, const FileURL& folder);
 };
 
 } // namespace zef

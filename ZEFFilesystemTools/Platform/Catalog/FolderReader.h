@@ -28,12 +28,13 @@ public:
 
     /// Opens the folder that `ref` refers to, last seen at `url`. 0, or an errno value; EINVAL for
     /// an empty reference. Permission to read is not needed yet.
-    int open(const FSRef& ref, const FileURL& url);
+    [[nodiscard]] int open(const FSRef& ref, const FileURL& url);
 
-    /// The same for the entry `name` of a folder that is open, without a look at the whole path,
-    /// and with one call of the system where it may be read. A parent that is suspended is resumed;
-    /// EBADF when that can't be done.
-    int openIn(FolderReader& parent, const char* name, const FSRef& ref, const FileURL& url);
+    /// The same for the entry `name` of a folder that is open, without looking up the whole path,
+    /// and with one system call if it may be read. A parent that is suspended is resumed;
+    /// EBADF if that can't be done.
+    [[nodiscard]] int openIn(
+        FolderReader& parent, const char* name, const FSRef& ref, const FileURL& url);
 
     /// Reads what is left into memory and returns how many entries that are.
     std::size_t countRest();
@@ -41,9 +42,9 @@ public:
     /// Reads what is left into memory and closes the descriptor.
     void suspend();
 
-    /// Opens the descriptor again if it was closed; NO, with an `error`, when that can't be done.
-    /// Where only descriptors were missing it may be tried again.
-    bool resume();
+    /// Opens the descriptor again if it was closed; false, with an `error`, if that can't be done.
+    /// If only descriptors were missing it may be tried again.
+    [[nodiscard]] bool resume();
 
     /// Takes over the descriptor of a folder in this one, to get back from there, wherever both
     /// were moved meanwhile, when this one is resumed; nothing where this one has a descriptor
@@ -53,10 +54,10 @@ public:
     /// Whether nothing is left, as far as that is known without a read.
     bool isExhausted() const { return _isAtEnd && _offset == _length; }
 
-    /// Reads the next entry, without a descriptor too; NO at the end and on an error.
-    bool next(Entry&);
+    /// Reads the next entry, without a descriptor too; false at the end and on an error.
+    [[nodiscard]] bool next(Entry&);
 
-    /// Why `next` said NO: 0 at the end, or an errno value.
+    /// Why `next` returned false: 0 at the end, or an errno value.
     int error() const { return _error; }
 
     /// The descriptor of the folder, for a look at its entries.

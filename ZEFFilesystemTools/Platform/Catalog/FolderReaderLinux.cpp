@@ -18,6 +18,20 @@
 namespace zef {
 namespace {
 
+// A folder is opened in two steps: first by O_PATH, which needs no permission to read and lets the
+// reader verify that it is the folder that is meant, and at the first read once more for reading.
+// An entry of an open folder (`openIn`) is opened for reading at once, which is one call less.
+//
+// Entries are read in blocks of `readSize` into a buffer of the thread and copied to one of the
+// folder's own that is as large as what was read, because a walk has many folders open and most are
+// small.
+//
+// A walk can't keep a descriptor for every level above the one that it reads. `suspend` reads what
+// is left into memory, so that `next` goes on without a descriptor, and closes the folder. When
+// entries are to be looked at again, `resume` opens it by the shortest sure way: "../" from a
+// folder below that the walk has just left (`resumeFrom`), otherwise the recorded path, otherwise
+// the locator. Each way ends with the same check of identity (`openAt`).
+
 bool isUnchanged(const Stat& stat, const FSRef& ref)
 {
     return ref.hasNumbersOf(stat) && stat.hasBirthTime == ref.hasBirthTime()
@@ -92,7 +106,7 @@ int FolderReader::openAtPath(const FSRef& ref, const FileURL& url)
 }
 
 // ENOENT also when another object is there. `path` leads to it, for the question about its handle;
-// nil to do without, where a changed birth time counts as another object.
+// null to do without, where a changed birth time counts as another object.
 int FolderReader::openAt(int parent, const char* name, int mode, const FSRef& ref, const char* path)
 {
     const int folder = DescriptorReserve::shared().openAt(
@@ -221,7 +235,7 @@ bool FolderReader::fillBuffer()
     return true;
 }
 
-// Only now, so that a folder that may not be read is told from one that is not there.
+// Only now, so that a folder that may not be read is distinguished from one that is not there.
 bool FolderReader::openForReading()
 {
     auto& reserve = DescriptorReserve::shared();

@@ -13,7 +13,7 @@ class ZEF_EXPORT KnownEntries {
 public:
     virtual ~KnownEntries() = default;
 
-    /// Whether the entry needs no look at the disk, and none of its reader's attention.
+    /// Whether the reader knows the entry already; then the disk is not asked about it.
     virtual bool isKnown(std::string_view name, std::uint64_t inode) = 0;
 };
 

@@ -27,12 +27,14 @@ protected:
     }
 
     /// Reads the parent's batch and opens the subfolder by its entry.
-    zef::FileError openSubfolder()
+    void openSubfolder()
     {
         typename CatalogContractFixture<Folders>::Listing listing;
         this->read(*parent, listing);
-        return parent->openSubfolder(
-            this->entryNamed("sub"), this->folders.url("folder/sub"), subfolder);
+        auto opened = parent->openSubfolder(
+            this->entryNamed("sub"), this->folders.url("folder/sub"));
+        ASSERT_TRUE(opened);
+        subfolder = *std::move(opened);
     }
 
     /// How often each name was delivered.
@@ -63,7 +65,7 @@ TYPED_TEST_SUITE(CatalogSubfolderContractTest, BothFolders, FoldersName);
 
 TYPED_TEST(CatalogSubfolderContractTest, OpensTheFolderThatAnEntryStandsFor)
 {
-    ASSERT_EQ(this->openSubfolder(), Result::none);
+    ASSERT_NO_FATAL_FAILURE(this->openSubfolder());
 
     EXPECT_EQ(this->readAll(*this->subfolder).names, Names{ "file" });
 }
@@ -72,19 +74,19 @@ TYPED_TEST(CatalogSubfolderContractTest, OpensAFolderInOneThatWasOpenedSo)
 {
     this->folders.addFolderEntry("folder/sub", "deep");
     this->folders.addEntry("folder/sub/deep", "below");
-    ASSERT_EQ(this->openSubfolder(), Result::none);
+    ASSERT_NO_FATAL_FAILURE(this->openSubfolder());
     this->readAll(*this->subfolder);
-    std::unique_ptr<zef::CatalogIterator> deep;
 
-    ASSERT_EQ(this->subfolder->openSubfolder(
-                  this->entryNamed("deep"), this->folders.url("folder/sub/deep"), deep),
-        Result::none);
-    EXPECT_EQ(this->readAll(*deep).names, Names{ "below" });
+    const auto deep = this->subfolder->openSubfolder(
+        this->entryNamed("deep"), this->folders.url("folder/sub/deep"));
+
+    ASSERT_TRUE(deep);
+    EXPECT_EQ(this->readAll(**deep).names, Names{ "below" });
 }
 
 TYPED_TEST(CatalogSubfolderContractTest, DescribesTheEntriesOfASubfolder)
 {
-    ASSERT_EQ(this->openSubfolder(), Result::none);
+    ASSERT_NO_FATAL_FAILURE(this->openSubfolder());
     this->readAll(*this->subfolder);
     const auto& entry = this->entryNamed("file");
 
@@ -98,10 +100,11 @@ TYPED_TEST(CatalogSubfolderContractTest, OpensASubfolderWhileItsParentIsSuspende
     this->read(*this->parent, listing);
     this->parent->suspend();
 
-    ASSERT_EQ(this->parent->openSubfolder(
-                  this->entryNamed("sub"), this->folders.url("folder/sub"), this->subfolder),
-        Result::none);
-    EXPECT_EQ(this->readAll(*this->subfolder).names, Names{ "file" });
+    const auto subfolder = this->parent->openSubfolder(
+        this->entryNamed("sub"), this->folders.url("folder/sub"));
+
+    ASSERT_TRUE(subfolder);
+    EXPECT_EQ(this->readAll(**subfolder).names, Names{ "file" });
 }
 
 TYPED_TEST(CatalogSubfolderContractTest, OpensNoSubfolderThatIsGone)
@@ -111,9 +114,7 @@ TYPED_TEST(CatalogSubfolderContractTest, OpensNoSubfolderThatIsGone)
     const auto url = this->folders.url("folder/sub");
     this->folders.remove("folder/sub");
 
-    EXPECT_EQ(this->parent->openSubfolder(this->entryNamed("sub"), url, this->subfolder),
-        Result::notFound);
-    EXPECT_FALSE(this->subfolder);
+    EXPECT_EQ(this->parent->openSubfolder(this->entryNamed("sub"), url).error(), Result::notFound);
 }
 
 TYPED_TEST(CatalogSubfolderContractTest, FindsASubfolderThatWasMovedSinceItWasRead)
@@ -123,9 +124,10 @@ TYPED_TEST(CatalogSubfolderContractTest, FindsASubfolderThatWasMovedSinceItWasRe
     const auto url = this->folders.url("folder/sub");
     this->folders.move("folder/sub", "folder/moved");
 
-    ASSERT_EQ(
-        this->parent->openSubfolder(this->entryNamed("sub"), url, this->subfolder), Result::none);
-    EXPECT_EQ(this->readAll(*this->subfolder).names, Names{ "file" });
+    const auto subfolder = this->parent->openSubfolder(this->entryNamed("sub"), url);
+
+    ASSERT_TRUE(subfolder);
+    EXPECT_EQ(this->readAll(**subfolder).names, Names{ "file" });
 }
 
 // --- Suspended

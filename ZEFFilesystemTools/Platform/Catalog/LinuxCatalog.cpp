@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
-
 #include "ZEFFilesystemTools/Platform/Catalog/FolderReader.h"
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Volumes/FileSystemType.h"
@@ -10,18 +9,17 @@
 namespace zef {
 namespace {
 
-FileError resultOfOpening(int error)
+FileError errorOfOpening(int error)
 {
     return error == EINVAL ? FileError::badReference : fileErrorOfErrno(error);
 }
 
-class KernelCatalogIterator final : public CatalogIterator {
+class LinuxCatalogIterator final : public CatalogIterator {
 public:
     FileError open(const FSRef& ref, const FileURL& folder)
     {
-        const int error = _reader.open(ref, folder);
-        if (error)
-            return resultOfOpening(error);
+        if (const int error = _reader.open(ref, folder))
+            return errorOfOpening(error);
         begin(ref, !keepsBirthTimes(fileSystemType(_reader.folder())));
         return FileError::none;
     }
@@ -41,42 +39,38 @@ public:
         return FileError::none;
     }
 
-    FileError openSubfolder(const CatalogEntry& entry, const FileURL& url,
-        std::unique_ptr<CatalogIterator>& iterator) override
+    Opened openSubfolder(const CatalogEntry& entry, const FileURL& url) override
     {
-        auto opened = std::make_unique<KernelCatalogIterator>();
-        if (opened->openIn(*this, entry, url) == 0) {
-            iterator = std::move(opened);
-            return FileError::none;
-        }
-        return CatalogIterator::openSubfolder(entry, url, iterator);
+        auto opened = std::make_unique<LinuxCatalogIterator>();
+        if (opened->openIn(*this, entry, url) == 0)
+            return Opened(std::move(opened));
+        return CatalogIterator::openSubfolder(entry, url);
     }
 
     void suspend() override { _reader.suspend(); }
 
     void resumeFrom(CatalogIterator& subfolder) override
     {
-        if (auto* below = dynamic_cast<KernelCatalogIterator*>(&subfolder))
+        if (auto* below = dynamic_cast<LinuxCatalogIterator*>(&subfolder))
             _reader.resumeFrom(below->_reader);
     }
 
     void setKnownEntries(KnownEntries* known) override { _knownEntries = known; }
 
-    FileError count(std::size_t& count)
+    Expected<std::size_t> count()
     {
-        const auto entryCount = _reader.countRest();
+        const auto count = _reader.countRest();
         if (_reader.error())
             return fileErrorOfErrno(_reader.error());
-        count = entryCount;
-        return FileError::none;
+        return count;
     }
 
 private:
     // What is on one device is of one type.
-    int openIn(KernelCatalogIterator& parent, const CatalogEntry& entry, const FileURL& url)
+    int openIn(LinuxCatalogIterator& parent, const CatalogEntry& entry, const FileURL& url)
     {
-        const int error = _reader.openIn(parent._reader, entry.nameBytes.data(), entry.ref, url);
-        if (error)
+        if (const int error = _reader.openIn(
+                parent._reader, entry.nameBytes.data(), entry.ref, url))
             return error;
         begin(entry.ref,
             entry.ref.device() == parent._device
@@ -100,7 +94,7 @@ private:
         return count ? FileError::none : fileErrorOfErrno(_reader.error());
     }
 
-    // NO for an entry that is gone already.
+    // False for an entry that is gone already.
     bool fill(CatalogEntry& entry, const FolderReader::Entry& raw)
     {
         if (raw.nameLength >= entry.nameBytes.size()
@@ -123,69 +117,64 @@ private:
     bool _needsHandles = false;
 };
 
-class KernelCatalog final : public Catalog {
+class LinuxCatalog final : public Catalog {
 public:
-    FileError openIterator(const FSRef* ref, const FileURL& folder,
-        std::unique_ptr<CatalogIterator>& iterator) override
+    CatalogIterator::Opened openIterator(const FSRef* ref, const FileURL& folder) override
     {
-        iterator.reset();
-        auto opened = std::make_unique<KernelCatalogIterator>();
-        const auto result = opened->open(ref ? *ref : FSRef(), folder);
-        if (result == FileError::none)
-            iterator = std::move(opened);
-        return result;
+        auto opened = std::make_unique<LinuxCatalogIterator>();
+        const auto error = opened->open(ref ? *ref : FSRef(), folder);
+        if (error != FileError::none)
+            return error;
+        return CatalogIterator::Opened(std::move(opened));
     }
 
-    FileError countEntries(const FSRef* ref, const FileURL& folder, std::size_t& count) override
+    Expected<std::size_t> countEntries(const FSRef* ref, const FileURL& folder) override
     {
-        count = 0;
         FolderReader reader;
-        const int error = reader.open(ref ? *ref : FSRef(), folder);
-        if (error)
-            return resultOfOpening(error);
-        std::size_t read = 0;
+        if (const int error = reader.open(ref ? *ref : FSRef(), folder))
+            return errorOfOpening(error);
+        std::size_t count = 0;
         FolderReader::Entry entry;
         while (reader.next(entry))
-            ++read;
+            ++count;
         if (reader.error())
             return fileErrorOfErrno(reader.error());
-        count = read;
-        return FileError::none;
+        return count;
     }
 
-    FileError countEntriesAndKeep(const FSRef* ref, const FileURL& folder, std::size_t& count,
-        std::unique_ptr<CatalogIterator>& iterator) override
+    Expected<CountedFolder> countEntriesAndKeep(const FSRef* ref, const FileURL& folder) override
     {
-        count = 0;
-        iterator.reset();
-        auto opened = std::make_unique<KernelCatalogIterator>();
-        auto result = opened->open(ref ? *ref : FSRef(), folder);
-        if (result == FileError::none)
-            result = opened->count(count);
-        if (result == FileError::none)
-            iterator = std::move(opened);
-        return result;
+        auto opened = std::make_unique<LinuxCatalogIterator>();
+        const auto error = opened->open(ref ? *ref : FSRef(), folder);
+        if (error != FileError::none)
+            return error;
+        const auto count = opened->count();
+        if (!count)
+            return count.error();
+        return CountedFolder{ .count = *count, .iterator = std::move(opened) };
     }
 };
 
 } // namespace
 
-FileError CatalogIterator::openSubfolder(
-    const CatalogEntry& entry, const FileURL& url, std::unique_ptr<CatalogIterator>& iterator)
+CatalogIterator::Opened CatalogIterator::openSubfolder(
+    const CatalogEntry& entry, const FileURL& url)
 {
-    return Catalog::shared().openIterator(&entry.ref, url, iterator);
+    return Catalog::shared().openIterator(&entry.ref, url);
 }
 
-FileError Catalog::countEntriesAndKeep(const FSRef* ref, const FileURL& folder, std::size_t& count,
-    std::unique_ptr<CatalogIterator>& iterator)
+Expected<Catalog::CountedFolder> Catalog::countEntriesAndKeep(
+    const FSRef* ref, const FileURL& folder)
 {
-    iterator.reset();
-    return countEntries(ref, folder, count);
+    const auto count = countEntries(ref, folder);
+    if (!count)
+        return count.error();
+    return CountedFolder{ .count = *count, .iterator = nullptr };
 }
 
 Catalog& Catalog::system()
 {
-    static auto& catalog = *new KernelCatalog; // never destroyed: late threads may still ask
+    static auto& catalog = *new LinuxCatalog; // never destroyed: late threads may still ask
     return catalog;
 }
 
