@@ -32,15 +32,6 @@ bool conforms(const std::string& type, std::string_view other)
     return zef::TypeTable::shared().conforms(type, other);
 }
 
-std::string_view extensionOf(std::string_view name)
-{
-    const auto dot = name.rfind('.');
-    if (dot == std::string_view::npos || dot == 0)
-        return {};
-    const auto extension = name.substr(dot + 1);
-    return extension.find(' ') == std::string_view::npos ? extension : std::string_view();
-}
-
 std::string shown(const zef::FileURL& url)
 {
     return url ? url.absoluteString() : "(null)";
@@ -110,15 +101,14 @@ std::string ZEFBasicInfoFileItem::uti()
 std::string ZEFBasicInfoFileItem::makeType()
 {
     zef::FSRef ref;
-    std::string type;
-    if (ZEF_copyReference(ref)
-        && zef::FileInformation::shared().copyContentType({ ref, url(), isSymlink() }, type)
-            == zef::FileError::none
-        && !type.empty())
-        return type;
+    if (ZEF_copyReference(ref)) {
+        auto type = zef::FileInformation::shared().copyContentType({ ref, url(), isSymlink() });
+        if (type && !type->empty())
+            return *std::move(type);
+    }
     const auto name = fileName();
     return zef::TypeTable::shared().preferredTypeForExtension(
-        name ? extensionOf(*name) : std::string_view(),
+        name ? zef::extensionOfName(*name) : std::string_view(),
         isBasicDirectory() ? zef::type::directory : zef::type::data);
 }
 
@@ -133,14 +123,12 @@ std::string ZEFBasicInfoFileItem::makeResolvedType()
     const auto resolution = isRealFile() ? std::nullopt : target();
     if (!resolution)
         return uti();
-    std::string type;
-    const auto error = zef::FileInformation::shared().copyContentType(
-        { resolution->ref, resolution->url }, type);
-    const bool isKnown = error == zef::FileError::none;
-    if (!isKnown)
-        zef::log(
-            "Error %d getting resolved UTI for file %s", numberOf(error), shown(url()).c_str());
-    return isKnown && !type.empty() ? type : uti();
+    auto type = zef::FileInformation::shared().copyContentType(
+        { resolution->ref, resolution->url });
+    if (!type)
+        zef::log("Error %d getting resolved UTI for file %s", numberOf(type.error()),
+            shown(url()).c_str());
+    return type && !type->empty() ? *std::move(type) : uti();
 }
 
 bool ZEFBasicInfoFileItem::isAlias()
@@ -235,13 +223,11 @@ bool ZEFBasicInfoFileItem::makeInvisibility() const
     auto& information = zef::FileInformation::shared();
     zef::FSRef ref;
     const bool hasReference = ZEF_copyReference(ref);
-    bool isHidden = false;
-    const auto error = hasReference
-        ? information.copyInvisibility({ ref, place, isSymlink() }, isHidden)
-        : information.copyInvisibilityAtURL(place, isHidden);
-    if (error == zef::FileError::none)
-        return isHidden;
-    zef::log("Error %d getting item invisibility for file %s %s ref", numberOf(error),
+    const auto isHidden = hasReference ? information.copyInvisibility({ ref, place, isSymlink() })
+                                       : information.copyInvisibilityAtURL(place);
+    if (isHidden.hasValue())
+        return *isHidden;
+    zef::log("Error %d getting item invisibility for file %s %s ref", numberOf(isHidden.error()),
         shown(place).c_str(), hasReference ? "with" : "without");
     return !hasReference;
 }

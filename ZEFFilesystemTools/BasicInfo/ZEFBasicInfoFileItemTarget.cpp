@@ -41,17 +41,28 @@ ZEFBasicInfoFileItem::Resolution ZEFBasicInfoFileItem::resolveTarget() const
     Resolution result;
     result.url = url();
     result.targetIsFolder = isBasicDirectory();
-    const bool isDangling = isSymlink()
-        && information.copyTargetOfURL(url(), result.ref, result.url) != zef::FileError::none;
-    if (!isSymlink() && !ZEF_copyReference(result.ref))
+    bool isDangling = false;
+    if (isSymlink()) {
+        const auto target = information.copyTargetOfURL(url());
+        isDangling = !target;
+        if (target) {
+            result.ref = target->ref;
+            result.url = target->url;
+        }
+    } else if (!ZEF_copyReference(result.ref)) {
         result.ref = {};
+    }
     // Only a link that leads nowhere is looked into without a reference of its own.
     if (!isDangling && !refValid())
         return result;
-    result.isUsable = information.resolveAliasFile(
-                          result.ref, result.url, result.targetIsFolder, result.wasAliased)
-        == zef::FileError::none;
-    return result;
+    const auto target = information.resolveAliasFile(result.ref, result.url);
+    if (!target)
+        return result;
+    return { .ref = target->ref,
+        .url = target->url,
+        .isUsable = true,
+        .targetIsFolder = target->isFolder,
+        .wasAliased = target->wasAliased };
 }
 
 zef::FileURL ZEFBasicInfoFileItem::resolvedURL()

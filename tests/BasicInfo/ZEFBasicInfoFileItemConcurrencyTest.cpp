@@ -28,20 +28,20 @@ public:
     InterruptedInformation(const InterruptedInformation&) = delete;
     InterruptedInformation& operator=(const InterruptedInformation&) = delete;
 
-    zef::FileError copyContentType(const Object& object, std::string& type) override
+    zef::Expected<std::string> copyContentType(const Object& object) override
     {
-        const auto error = system().copyContentType(object, type);
+        auto type = system().copyContentType(object);
         if (const auto interruption = std::exchange(_interruption, nullptr))
             interruption();
-        return error;
+        return type;
     }
-    zef::FileError copyInvisibility(const Object& object, bool& isInvisible) override
+    zef::Expected<bool> copyInvisibility(const Object& object) override
     {
-        return system().copyInvisibility(object, isInvisible);
+        return system().copyInvisibility(object);
     }
-    zef::FileError copyInvisibilityAtURL(const zef::FileURL& url, bool& isInvisible) override
+    zef::Expected<bool> copyInvisibilityAtURL(const zef::FileURL& url) override
     {
-        return system().copyInvisibilityAtURL(url, isInvisible);
+        return system().copyInvisibilityAtURL(url);
     }
     std::string copyDisplayName(const Object& object) override
     {
@@ -51,15 +51,13 @@ public:
     {
         return system().copyDisplayNameAtPath(path);
     }
-    zef::FileError resolveAliasFile(
-        zef::FSRef& ref, zef::FileURL& url, bool& targetIsFolder, bool& wasAliased) override
+    zef::Expected<Target> resolveAliasFile(const zef::FSRef& ref, const zef::FileURL& url) override
     {
-        return system().resolveAliasFile(ref, url, targetIsFolder, wasAliased);
+        return system().resolveAliasFile(ref, url);
     }
-    zef::FileError copyTargetOfURL(
-        const zef::FileURL& url, zef::FSRef& ref, zef::FileURL& target) override
+    zef::Expected<Target> copyTargetOfURL(const zef::FileURL& url) override
     {
-        return system().copyTargetOfURL(url, ref, target);
+        return system().copyTargetOfURL(url);
     }
 
 private:

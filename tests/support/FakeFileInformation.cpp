@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/FakeFileInformation.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
-#include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
 #include <numeric>
 #include <utility>
 
 namespace {
-
-using Result = zef::FileError;
 
 std::size_t indexOf(FakeFileInformation::Question question)
 {
@@ -47,14 +44,16 @@ void FakeFileInformation::setAliasTarget(
     const zef::FileURL& url, const zef::FSRef& ref, const zef::FileURL& target)
 {
     std::lock_guard lock(_mutex);
-    answers(url).aliasTarget = Target{ ref, target };
+    answers(url).aliasTarget = Target{
+        .ref = ref, .url = target, .isFolder = ref.isFolder(), .wasAliased = true
+    };
 }
 
 void FakeFileInformation::setTarget(
     const zef::FileURL& url, const zef::FSRef& ref, const zef::FileURL& target)
 {
     std::lock_guard lock(_mutex);
-    answers(url).target = Target{ ref, target };
+    answers(url).target = Target{ .ref = ref, .url = target, .isFolder = ref.isFolder() };
 }
 
 void FakeFileInformation::setError(Question question, const zef::FileURL& url, zef::FileError error)
@@ -75,80 +74,62 @@ std::size_t FakeFileInformation::count() const
     return std::accumulate(_counts.begin(), _counts.end(), std::size_t{ 0 });
 }
 
-zef::FileError FakeFileInformation::copyContentType(const Object& object, std::string& type)
+zef::Expected<std::string> FakeFileInformation::copyContentType(const Object& object)
 {
-    auto error = zef::FileError::none;
-    const auto answers = ask(Question::contentType, object.url.path(), error);
-    if (error == zef::FileError::none)
-        type = answers.type.value_or(usualType(object));
-    return error;
+    const auto answers = ask(Question::contentType, object.url.path());
+    if (!answers)
+        return answers.error();
+    return answers->type.value_or(usualType(object));
 }
 
-zef::FileError FakeFileInformation::copyInvisibility(const Object& object, bool& isInvisible)
+zef::Expected<bool> FakeFileInformation::copyInvisibility(const Object& object)
 {
-    auto error = zef::FileError::none;
-    const auto answers = ask(Question::invisibility, object.url.path(), error);
-    if (error == zef::FileError::none)
-        isInvisible = answers.isInvisible;
-    return error;
+    const auto answers = ask(Question::invisibility, object.url.path());
+    if (!answers)
+        return answers.error();
+    return answers->isInvisible;
 }
 
-zef::FileError FakeFileInformation::copyInvisibilityAtURL(
-    const zef::FileURL& url, bool& isInvisible)
+zef::Expected<bool> FakeFileInformation::copyInvisibilityAtURL(const zef::FileURL& url)
 {
-    auto error = zef::FileError::none;
-    const auto answers = ask(Question::invisibilityAtURL, url.path(), error);
-    if (error == zef::FileError::none)
-        isInvisible = answers.isInvisible;
-    return error;
+    const auto answers = ask(Question::invisibilityAtURL, url.path());
+    if (!answers)
+        return answers.error();
+    return answers->isInvisible;
 }
 
 std::string FakeFileInformation::copyDisplayName(const Object& object)
 {
-    auto error = zef::FileError::none;
-    const auto answers = ask(Question::displayName, object.url.path(), error);
-    return error != zef::FileError::none
-        ? ""
-        : answers.displayName.value_or(object.url.lastPathComponent());
+    const auto answers = ask(Question::displayName, object.url.path());
+    return answers ? answers->displayName.value_or(object.url.lastPathComponent()) : "";
 }
 
 std::string FakeFileInformation::copyDisplayNameAtPath(const std::string& path)
 {
     const auto url = zef::FileURL::fromPath(path, zef::URLKind::file);
-    auto error = zef::FileError::none;
-    const auto answers = ask(Question::displayNameAtPath, url.path(), error);
-    return error != zef::FileError::none ? ""
-                                         : answers.displayName.value_or(url.lastPathComponent());
+    const auto answers = ask(Question::displayNameAtPath, url.path());
+    return answers ? answers->displayName.value_or(url.lastPathComponent()) : "";
 }
 
-zef::FileError FakeFileInformation::resolveAliasFile(
-    zef::FSRef& ref, zef::FileURL& url, bool& targetIsFolder, bool& wasAliased)
+zef::Expected<zef::FileInformation::Target> FakeFileInformation::resolveAliasFile(
+    const zef::FSRef& ref, const zef::FileURL& url)
 {
-    auto error = zef::FileError::none;
-    const auto answers = ask(Question::aliasFile, url.path(), error);
-    if (error != zef::FileError::none)
-        return error;
-    wasAliased = answers.aliasTarget.has_value();
-    if (wasAliased) {
-        ref = answers.aliasTarget->ref;
-        url = answers.aliasTarget->url;
-    }
-    targetIsFolder = ref.isFolder();
-    return Result::none;
+    const auto answers = ask(Question::aliasFile, url.path());
+    if (!answers)
+        return answers.error();
+    return answers->aliasTarget.value_or(
+        Target{ .ref = ref, .url = url, .isFolder = ref.isFolder() });
 }
 
-zef::FileError FakeFileInformation::copyTargetOfURL(
-    const zef::FileURL& url, zef::FSRef& ref, zef::FileURL& target)
+zef::Expected<zef::FileInformation::Target> FakeFileInformation::copyTargetOfURL(
+    const zef::FileURL& url)
 {
-    auto error = zef::FileError::none;
-    const auto answers = ask(Question::targetOfURL, url.path(), error);
-    if (error != zef::FileError::none)
-        return error;
-    if (!answers.target)
-        return Result::notFound;
-    ref = answers.target->ref;
-    target = answers.target->url;
-    return Result::none;
+    const auto answers = ask(Question::targetOfURL, url.path());
+    if (!answers)
+        return answers.error();
+    if (!answers->target)
+        return zef::FileError::notFound;
+    return *answers->target;
 }
 
 FakeFileInformation::Answers& FakeFileInformation::answers(const zef::FileURL& url)
@@ -156,13 +137,16 @@ FakeFileInformation::Answers& FakeFileInformation::answers(const zef::FileURL& u
     return _answers[url.path()];
 }
 
-FakeFileInformation::Answers FakeFileInformation::ask(
-    Question question, const std::string& path, zef::FileError& error)
+zef::Expected<FakeFileInformation::Answers> FakeFileInformation::ask(
+    Question question, const std::string& path)
 {
     std::lock_guard lock(_mutex);
     ++_counts.at(indexOf(question));
     const auto found = _answers.find(path);
-    auto answers = found == _answers.end() ? Answers() : found->second;
-    error = answers.errors.at(indexOf(question));
-    return answers;
+    if (found == _answers.end())
+        return Answers();
+    const auto error = found->second.errors.at(indexOf(question));
+    if (error != zef::FileError::none)
+        return error;
+    return found->second;
 }

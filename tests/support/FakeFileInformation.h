@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
 
 #include <array>
@@ -42,10 +41,10 @@ public:
     void setDisplayName(const zef::FileURL&, std::string name);
     /// From now on the file at `url` is an alias file that leads to `target`.
     void setAliasTarget(const zef::FileURL& url, const zef::FSRef&, const zef::FileURL& target);
-    /// From now on `url` leads to `target`, itself where it is no link.
+    /// From now on `url` leads to `target`, itself where it is not a link.
     void setTarget(const zef::FileURL& url, const zef::FSRef&, const zef::FileURL& target);
-    /// From now on the question about this file fails, or has an empty name for an answer; 0 ends
-    /// it.
+    /// From now on the question about this file fails, or has an empty name for an answer;
+    /// `none` ends it.
     void setError(Question, const zef::FileURL&, zef::FileError error);
 
     /// How often the question was asked.
@@ -53,22 +52,16 @@ public:
     /// How often anything was asked.
     std::size_t count() const;
 
-    zef::FileError copyContentType(const Object&, std::string& type) override;
-    zef::FileError copyInvisibility(const Object&, bool& isInvisible) override;
-    zef::FileError copyInvisibilityAtURL(const zef::FileURL&, bool& isInvisible) override;
+    zef::Expected<std::string> copyContentType(const Object&) override;
+    zef::Expected<bool> copyInvisibility(const Object&) override;
+    zef::Expected<bool> copyInvisibilityAtURL(const zef::FileURL&) override;
     std::string copyDisplayName(const Object&) override;
     std::string copyDisplayNameAtPath(const std::string& path) override;
-    zef::FileError resolveAliasFile(
-        zef::FSRef&, zef::FileURL&, bool& targetIsFolder, bool& wasAliased) override;
-    zef::FileError copyTargetOfURL(const zef::FileURL&, zef::FSRef&, zef::FileURL& target) override;
+    zef::Expected<Target> resolveAliasFile(const zef::FSRef&, const zef::FileURL&) override;
+    zef::Expected<Target> copyTargetOfURL(const zef::FileURL&) override;
 
 private:
     static constexpr std::size_t questionCount = 7;
-
-    struct Target {
-        zef::FSRef ref;
-        zef::FileURL url;
-    };
 
     struct Answers {
         std::array<zef::FileError, questionCount> errors{};
@@ -81,7 +74,7 @@ private:
 
     Answers& answers(const zef::FileURL&);
     /// Counts the question, and gives what the test said about the path.
-    Answers ask(Question, const std::string& path, zef::FileError& error);
+    zef::Expected<Answers> ask(Question, const std::string& path);
 
     mutable std::mutex _mutex;
     std::map<std::string, Answers> _answers;

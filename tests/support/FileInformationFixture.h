@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Presentation/LinuxFileInformation.h"
-#include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
 #include "tests/support/EnvironmentVariable.h"
@@ -51,10 +49,8 @@ protected:
 
     std::string typeOf(const Seen& seen)
     {
-        std::string type = "unchanged";
-        const auto result = information.copyContentType(
-            { seen.ref, seen.url, seen.isSymlink }, type);
-        return result == zef::FileError::none ? type : errorText(result, type == "unchanged");
+        const auto type = information.copyContentType({ seen.ref, seen.url, seen.isSymlink });
+        return type ? *type : errorText(type.error());
     }
 
     std::string typeOf(std::string_view name) { return typeOf(track(name)); }
@@ -69,19 +65,14 @@ protected:
     /// "hidden", "visible" or the error.
     std::string visibilityOf(const Seen& seen)
     {
-        bool isInvisible = false;
-        const auto result = information.copyInvisibility(
-            { seen.ref, seen.url, seen.isSymlink }, isInvisible);
-        return visibility(result, isInvisible);
+        return visibility(information.copyInvisibility({ seen.ref, seen.url, seen.isSymlink }));
     }
 
     std::string visibilityOf(std::string_view name) { return visibilityOf(track(name)); }
 
     std::string visibilityAt(const zef::FileURL& url)
     {
-        bool isInvisible = false;
-        const auto result = information.copyInvisibilityAtURL(url, isInvisible);
-        return visibility(result, isInvisible);
+        return visibility(information.copyInvisibilityAtURL(url));
     }
 
     TemporaryFolder folder;
@@ -91,16 +82,15 @@ protected:
     zef::LinuxFileInformation information;
 
 private:
-    static std::string errorText(zef::FileError error, bool isUnchanged)
+    static std::string errorText(zef::FileError error)
     {
-        return "error " + std::to_string(numberOf(error))
-            + (isUnchanged ? "" : " and a changed answer");
+        return "error " + std::to_string(numberOf(error));
     }
 
-    static std::string visibility(zef::FileError result, bool isInvisible)
+    static std::string visibility(const zef::Expected<bool>& isInvisible)
     {
-        if (result != zef::FileError::none)
-            return errorText(result, !isInvisible);
-        return isInvisible ? "hidden" : "visible";
+        if (!isInvisible.hasValue())
+            return errorText(isInvisible.error());
+        return *isInvisible ? "hidden" : "visible";
     }
 };

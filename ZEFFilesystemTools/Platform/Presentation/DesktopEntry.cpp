@@ -29,7 +29,7 @@ std::string_view takeLine(std::string_view& text)
     return trimmed(line);
 }
 
-// The byte that a backslash and `letter` stand for; NUL when they stand for nothing.
+// The byte that a backslash and `letter` stand for; NUL if they stand for nothing.
 char byteOfEscape(char letter)
 {
     switch (letter) {

@@ -9,8 +9,8 @@
 
 namespace zef {
 
-/// What a desktop entry, as freedesktop.org describes them, says of itself so far as it concerns
-/// what a file is, is called, and leads to. It is never acted upon.
+/// What a desktop entry, as freedesktop.org describes them, says about a file: its kind, its name,
+/// and where it leads. It is never acted upon.
 ///
 /// Immutable; any thread.
 class DesktopEntry {
@@ -18,7 +18,7 @@ public:
     enum class Kind {
         application,
         link,
-        /// Anything else, and what is no desktop entry at all.
+        /// Anything else, and what is not a desktop entry at all.
         other,
     };
 
@@ -31,12 +31,12 @@ public:
 
     Kind kind() const { return _kind; }
 
-    /// The name in the language that suits best, ready to be shown; empty when there is none that
+    /// The name in the language that suits best, ready to be shown; empty if there is none that
     /// can be shown. What it claims need not be true: any file can call itself "report.pdf".
     const std::string& name() const { return _name; }
 
     /// The absolute path that a link leads to on this system, from an absolute path or a file URL
-    /// without another host; empty for links to the web and for what is no link.
+    /// without another host; empty for links to the web and for what is not a link.
     const std::string& target() const { return _target; }
 
     bool isAlias() const { return !_target.empty(); }

@@ -24,7 +24,7 @@ public:
     static bool isNameOfEntry(std::string_view name);
 
     /// The entry at `path`, which `stat` was just taken of, in the language of the environment.
-    /// Null when it is no regular file of at most 64 KiB, may not be read, or was replaced
+    /// Null if it is not a regular file of at most 64 KiB, may not be read, or was replaced
     /// meanwhile.
     std::shared_ptr<const DesktopEntry> entry(const char* path, const Stat& stat);
 

@@ -6,8 +6,7 @@
 
 namespace zef {
 
-/// A file name's bytes as people are shown them: as they are, but each byte that is no part of
-/// valid UTF-8 becomes U+FFFD. Any thread.
+/// The file name as valid UTF-8 for display: each invalid byte is replaced by U+FFFD. Any thread.
 std::string displayNameOfBytes(std::string_view bytes);
 
 /// Whether a name that a file gives itself can be shown: valid UTF-8 without control characters,

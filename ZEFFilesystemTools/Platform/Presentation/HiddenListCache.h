@@ -12,8 +12,7 @@
 namespace zef {
 
 /// Knows which files their folders hide: those with a name that begins with a dot, and those that
-/// the folder's ".hidden" lists, so far as that is a regular file of at most 64 KiB that may be
-/// read.
+/// the folder's ".hidden" lists, if that is a regular file of at most 64 KiB that may be read.
 ///
 /// The lists of the last few folders are kept; a question costs one look at the disk, which serves
 /// for all that are asked of the folder within a moment, and for a name with a dot none. Any
@@ -26,7 +25,7 @@ public:
     {
     }
 
-    /// Whether the file at `url` is hidden, which need not be there; the root never is, nor is nil.
+    /// Whether the file at `url`, which need not exist, is hidden; the root and null never are.
     bool hides(const FileURL& url);
 
 private:

@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
+#include "ZEFFilesystemTools/Platform/Disk/Expected.h"
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
 #include "ZEFFilesystemTools/Platform/Presentation/DesktopEntryCache.h"
 #include "ZEFFilesystemTools/Platform/Volumes/AutomountPoints.h"
 
-#include <cstdint>
 #include <string>
 
 namespace zef {
 
-/// Follows links, and alias files if wanted, from one place to the next until there is nothing
+/// Follows links, and alias files if asked to, from one place to the next until there is nothing
 /// more to follow. It only looks: nothing is started or mounted. One thread.
 class LinkFollower {
 public:
@@ -25,19 +24,19 @@ public:
     {
     }
 
-    /// Moves `place`, at which something was found, to the end of the way. A number of
-    /// `FileError`: -43 when something on the way is missing or not mounted, -36 when the way
-    /// has more than 16 steps; `place` is undefined then.
+    /// Moves `place`, at which something was found, to the end of the way.
+    /// `FileError::notFound` if something on the way is missing or not mounted, `FileError::io` if
+    /// the way has more than 16 steps; `place` is undefined then.
     FileError follow(ObjectPlace& place);
 
     /// Whether the last way had any step.
     bool hasFollowed() const { return _steps; }
 
 private:
-    FileError nextPlace(const ObjectPlace& place, FileURL& next) const;
-    FileError targetOfLink(const ObjectPlace& link, FileURL& target) const;
-    FileError targetOfAliasFile(const ObjectPlace& file, FileURL& target) const;
-    FileError enter(std::string path, FileURL& target) const;
+    Expected<FileURL> nextPlace(const ObjectPlace& place) const;
+    Expected<FileURL> targetOfLink(const ObjectPlace& link) const;
+    Expected<FileURL> targetOfAliasFile(const ObjectPlace& file) const;
+    Expected<FileURL> enter(std::string path) const;
 
     DesktopEntryCache& _entries;
     AutomountPoints& _automountPoints;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Presentation/LinkFollower.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
-#include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 #include "ZEFFilesystemTools/Platform/Presentation/PathDots.h"
 
 #include <array>
@@ -24,28 +22,26 @@ constexpr unsigned mostSteps = 16;
 FileError LinkFollower::follow(ObjectPlace& place)
 {
     for (_steps = 0;; ++_steps) {
-        FileURL next;
-        auto result = nextPlace(place, next);
-        if (result != FileError::none || !next)
-            return result;
+        const auto next = nextPlace(place);
+        if (!next || !*next)
+            return next.error();
         if (_steps == mostSteps)
             return FileError::io;
-        result = place.lookAt(next);
-        if (result != FileError::none)
-            return result;
+        const auto error = place.lookAt(*next);
+        if (error != FileError::none)
+            return error;
     }
 }
 
-// Leaves `next` nil at the end of the way.
-FileError LinkFollower::nextPlace(const ObjectPlace& place, FileURL& next) const
+// Null at the end of the way.
+Expected<FileURL> LinkFollower::nextPlace(const ObjectPlace& place) const
 {
     if (place.stat().isSymlink())
-        return targetOfLink(place, next);
-    return _follows == Follows::linksAndAliasFiles ? targetOfAliasFile(place, next)
-                                                   : FileError::none;
+        return targetOfLink(place);
+    return _follows == Follows::linksAndAliasFiles ? targetOfAliasFile(place) : FileURL();
 }
 
-FileError LinkFollower::targetOfLink(const ObjectPlace& link, FileURL& target) const
+Expected<FileURL> LinkFollower::targetOfLink(const ObjectPlace& link) const
 {
     std::array<char, PATH_MAX> bytes;
     const auto length = ::readlink(link.path(), bytes.data(), bytes.size());
@@ -55,25 +51,26 @@ FileError LinkFollower::targetOfLink(const ObjectPlace& link, FileURL& target) c
     std::string path;
     if (!text.starts_with('/'))
         path = link.url().parentFolder().bytes();
-    return enter(std::move(path.append(text)), target);
+    return enter(std::move(path.append(text)));
 }
 
-FileError LinkFollower::targetOfAliasFile(const ObjectPlace& file, FileURL& target) const
+Expected<FileURL> LinkFollower::targetOfAliasFile(const ObjectPlace& file) const
 {
     if (!DesktopEntryCache::isNameOfEntry(file.url().name()))
-        return FileError::none;
+        return FileURL();
     const auto entry = _entries.entry(file.path(), file.stat());
-    return entry && entry->isAlias() ? enter(entry->target(), target) : FileError::none;
+    return entry && entry->isAlias() ? enter(entry->target()) : FileURL();
 }
 
-FileError LinkFollower::enter(std::string path, FileURL& target) const
+Expected<FileURL> LinkFollower::enter(std::string path) const
 {
     // Asked before ".." is taken out as well, because that looks at folders.
     if (_automountPoints.areAbove(path))
         return FileError::notFound;
-    target = FileURL::fromPath(pathWithoutDots(std::move(path)), URLKind::file);
-    const bool isThere = target && !_automountPoints.areAbove(target.path());
-    return isThere ? FileError::none : FileError::notFound;
+    auto target = FileURL::fromPath(pathWithoutDots(std::move(path)), URLKind::file);
+    if (!target || _automountPoints.areAbove(target.path()))
+        return FileError::notFound;
+    return target;
 }
 
 } // namespace zef

@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Presentation/LinuxFileInformation.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
 #include "ZEFFilesystemTools/Platform/Presentation/DisplayName.h"
-#include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
 #include "ZEFFilesystemTools/Platform/Presentation/LinkFollower.h"
-#include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
 #include <utility>
@@ -58,14 +55,20 @@ URLKind kindOf(const Stat& stat)
     return stat.isFolder() ? URLKind::folder : URLKind::file;
 }
 
-// The reference to what is at `place`, and where that is; neither changes on a failure.
-FileError copyPlace(const ObjectPlace& place, FSRef& ref, FileURL& url)
+FileURL urlOf(const ObjectPlace& place)
 {
-    auto found = place.url().withKind(kindOf(place.stat()));
-    if (!Locator::shared().makeRef(found, place.stat(), ref))
+    return place.url().withKind(kindOf(place.stat()));
+}
+
+Expected<FileInformation::Target> targetAt(const ObjectPlace& place, bool wasAliased)
+{
+    FileInformation::Target target{ .ref = {},
+        .url = urlOf(place),
+        .isFolder = place.stat().isFolder(),
+        .wasAliased = wasAliased };
+    if (!Locator::shared().makeRef(target.url, place.stat(), target.ref))
         return FileError::badReference;
-    url = std::move(found);
-    return FileError::none;
+    return target;
 }
 
 } // namespace
@@ -76,18 +79,15 @@ FileInformation& FileInformation::system()
     return information;
 }
 
-FileError LinuxFileInformation::copyContentType(const Object& object, std::string& type)
+Expected<std::string> LinuxFileInformation::copyContentType(const Object& object)
 {
     if (object.ref.isEmpty())
         return FileError::badReference;
-    if (object.isSymlink) {
-        type = type::symlink;
-        return FileError::none;
-    }
+    if (object.isSymlink)
+        return std::string(type::symlink);
     if (mayBeAliasFile(object))
-        return copyTypeOfEntry(object, type);
-    type = typeByName(object.ref, object.url.name());
-    return FileError::none;
+        return copyTypeOfEntry(object);
+    return typeByName(object.ref, object.url.name());
 }
 
 bool LinuxFileInformation::mayBeAliasFile(const Object& object)
@@ -96,39 +96,35 @@ bool LinuxFileInformation::mayBeAliasFile(const Object& object)
 }
 
 // Also of an object whose name isn't known yet.
-FileError LinuxFileInformation::copyTypeOfEntry(const Object& object, std::string& type)
+Expected<std::string> LinuxFileInformation::copyTypeOfEntry(const Object& object)
 {
     ObjectPlace place;
-    const auto result = place.find(object.ref, object.url);
-    if (result != FileError::none)
-        return result;
+    const auto error = place.find(object.ref, object.url);
+    if (error != FileError::none)
+        return error;
     if (mayBeEntry(object, place.url().name()))
-        type = typeOfEntry(_entries.entry(place.path(), place.stat()).get());
-    else
-        type = typeByName(object.ref, place.url().name());
-    return result;
+        return std::string(typeOfEntry(_entries.entry(place.path(), place.stat()).get()));
+    return typeByName(object.ref, place.url().name());
 }
 
-FileError LinuxFileInformation::copyInvisibility(const Object& object, bool& isInvisible)
+Expected<bool> LinuxFileInformation::copyInvisibility(const Object& object)
 {
-    if (ObjectPlace::isJustFound(object.ref, object.url)) {
-        isInvisible = _hiddenLists.hides(object.url);
-        return FileError::none;
-    }
+    if (ObjectPlace::isJustFound(object.ref, object.url))
+        return _hiddenLists.hides(object.url);
     ObjectPlace place;
-    const auto result = place.find(object.ref, object.url);
-    if (result == FileError::none)
-        isInvisible = _hiddenLists.hides(place.url());
-    return result;
+    const auto error = place.find(object.ref, object.url);
+    if (error != FileError::none)
+        return error;
+    return _hiddenLists.hides(place.url());
 }
 
-FileError LinuxFileInformation::copyInvisibilityAtURL(const FileURL& url, bool& isInvisible)
+Expected<bool> LinuxFileInformation::copyInvisibilityAtURL(const FileURL& url)
 {
     ObjectPlace place;
-    const auto result = place.lookAt(url);
-    if (result == FileError::none)
-        isInvisible = _hiddenLists.hides(url);
-    return result;
+    const auto error = place.lookAt(url);
+    if (error != FileError::none)
+        return error;
+    return _hiddenLists.hides(url);
 }
 
 std::string LinuxFileInformation::copyDisplayName(const Object& object)
@@ -161,37 +157,34 @@ std::string LinuxFileInformation::nameToShow(
     return entry && !entry->name().empty() ? entry->name() : displayNameOfBytes(name);
 }
 
-FileError LinuxFileInformation::resolveAliasFile(
-    FSRef& ref, FileURL& url, bool& targetIsFolder, bool& wasAliased)
+Expected<FileInformation::Target> LinuxFileInformation::resolveAliasFile(
+    const FSRef& ref, const FileURL& url)
 {
     ObjectPlace place;
-    auto result = place.find(ref, url);
-    if (result != FileError::none)
-        return result;
-    LinkFollower resolution(_entries, _automountPoints, LinkFollower::Follows::linksAndAliasFiles);
-    result = resolution.follow(place);
-    if (result != FileError::none)
-        return result;
+    auto error = place.find(ref, url);
+    if (error != FileError::none)
+        return error;
+    LinkFollower follower(_entries, _automountPoints, LinkFollower::Follows::linksAndAliasFiles);
+    error = follower.follow(place);
+    if (error != FileError::none)
+        return error;
+    if (follower.hasFollowed())
+        return targetAt(place, true);
     // The reference of an object that is its own target knows more than a new one would.
-    if (resolution.hasFollowed())
-        result = copyPlace(place, ref, url);
-    else
-        url = place.url().withKind(kindOf(place.stat()));
-    if (result != FileError::none)
-        return result;
-    targetIsFolder = place.stat().isFolder();
-    wasAliased = resolution.hasFollowed();
-    return result;
+    return Target{ .ref = ref, .url = urlOf(place), .isFolder = place.stat().isFolder() };
 }
 
-FileError LinuxFileInformation::copyTargetOfURL(const FileURL& url, FSRef& ref, FileURL& target)
+Expected<FileInformation::Target> LinuxFileInformation::copyTargetOfURL(const FileURL& url)
 {
     ObjectPlace place;
-    auto result = place.lookAt(url);
-    if (result == FileError::none)
-        result = LinkFollower(_entries, _automountPoints, LinkFollower::Follows::links)
-                     .follow(place);
-    return result == FileError::none ? copyPlace(place, ref, target) : result;
+    auto error = place.lookAt(url);
+    if (error != FileError::none)
+        return error;
+    LinkFollower follower(_entries, _automountPoints, LinkFollower::Follows::links);
+    error = follower.follow(place);
+    if (error != FileError::none)
+        return error;
+    return targetAt(place, follower.hasFollowed());
 }
 
 } // namespace zef

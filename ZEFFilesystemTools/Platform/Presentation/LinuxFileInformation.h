@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Presentation/DesktopEntryCache.h"
 #include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
 #include "ZEFFilesystemTools/Platform/Presentation/HiddenListCache.h"
@@ -12,8 +11,8 @@
 
 namespace zef {
 
-/// What Linux desktops have agreed upon: names and content of desktop entries, ".hidden" lists,
-/// symbolic links. Any thread.
+/// Follows what Linux desktops have agreed upon: names and content of desktop entries, ".hidden"
+/// lists, symbolic links. Any thread.
 class LinuxFileInformation final : public FileInformation {
 public:
     explicit LinuxFileInformation(AutomountPoints::MountReader reader = readMounts)
@@ -21,18 +20,17 @@ public:
     {
     }
 
-    FileError copyContentType(const Object&, std::string& type) override;
+    Expected<std::string> copyContentType(const Object&) override;
     bool mayBeAliasFile(const Object&) override;
-    FileError copyInvisibility(const Object&, bool& isInvisible) override;
-    FileError copyInvisibilityAtURL(const FileURL& url, bool& isInvisible) override;
+    Expected<bool> copyInvisibility(const Object&) override;
+    Expected<bool> copyInvisibilityAtURL(const FileURL& url) override;
     std::string copyDisplayName(const Object&) override;
     std::string copyDisplayNameAtPath(const std::string& path) override;
-    FileError resolveAliasFile(
-        FSRef& ref, FileURL& url, bool& targetIsFolder, bool& wasAliased) override;
-    FileError copyTargetOfURL(const FileURL& url, FSRef& ref, FileURL& target) override;
+    Expected<Target> resolveAliasFile(const FSRef& ref, const FileURL& url) override;
+    Expected<Target> copyTargetOfURL(const FileURL& url) override;
 
 private:
-    FileError copyTypeOfEntry(const Object&, std::string& type);
+    Expected<std::string> copyTypeOfEntry(const Object&);
     std::string nameToShow(std::string_view name, const char* path, const Stat& stat);
 
     AutomountPoints _automountPoints;

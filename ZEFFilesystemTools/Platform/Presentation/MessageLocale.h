@@ -13,7 +13,7 @@ namespace zef {
 /// Immutable; any thread.
 class MessageLocale {
 public:
-    /// The locale that `text` names, as in "de_AT.UTF-8@euro"; the encoding is of no account.
+    /// The locale that `text` names, as in "de_AT.UTF-8@euro"; the encoding is ignored.
     /// Empty, "C" and "POSIX" name none.
     explicit MessageLocale(std::string_view text);
 
@@ -24,7 +24,7 @@ public:
     const std::string& text() const { return _text; }
 
     /// How far from the best a translation for `tag` is: lang_COUNTRY@MODIFIER is 0, then come
-    /// lang_COUNTRY, lang@MODIFIER, lang, so far as the locale has them. `unsuited` for a tag that
+    /// lang_COUNTRY, lang@MODIFIER, lang, as far as the locale has them. `unsuited` for a tag that
     /// is none of these.
     std::size_t distance(std::string_view tag) const;
 

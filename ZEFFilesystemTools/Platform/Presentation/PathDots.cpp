@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <optional>
 #include <string_view>
 
 namespace zef {
@@ -26,42 +27,45 @@ bool hasDots(std::string_view path)
     return path.find("/.") != std::string_view::npos;
 }
 
-// What the path would be if there were no links. Sets `climbed` to how much of it, and `behind` to
-// where the rest of `path` begins, after the last "..".
-std::string folded(std::string_view path, std::size_t& climbed, std::size_t& behind)
+// What a path would be if there were no links.
+struct FoldedPath {
+    std::string text;
+    /// After the last "..": how much of `text` there was, and where the rest of the path begins.
+    std::size_t climbed = 0;
+    std::size_t behind = 0;
+};
+
+FoldedPath folded(std::string_view path)
 {
-    std::string result;
-    climbed = behind = 0;
+    FoldedPath result;
     for (auto rest = path; !rest.empty();) {
         const auto component = takeComponent(rest);
         if (component == "..") {
-            result.resize(result.empty() ? 0 : result.rfind('/'));
-            climbed = result.size();
-            behind = path.size() - rest.size();
+            result.text.resize(result.text.empty() ? 0 : result.text.rfind('/'));
+            result.climbed = result.text.size();
+            result.behind = path.size() - rest.size();
         } else if (!component.empty() && component != ".") {
-            result.append("/").append(component);
+            result.text.append("/").append(component);
         }
     }
     return result;
 }
 
 // With a slash at the end, so that a link is followed.
-bool findFolder(std::string_view path, ObjectNumbers& numbers)
+std::optional<ObjectNumbers> findFolder(std::string_view path)
 {
     PathBytes bytes;
     Stat stat;
     if (!bytes.append(path) || !bytes.append("/")
         || FileSystem::shared().statLink(bytes.text(), stat) != 0)
-        return false;
-    numbers = ObjectNumbers::of(stat);
-    return true;
+        return std::nullopt;
+    return ObjectNumbers::of(stat);
 }
 
 bool areSameFolder(std::string_view one, std::string_view other)
 {
-    ObjectNumbers numbers;
-    ObjectNumbers otherNumbers;
-    return findFolder(one, numbers) && findFolder(other, otherNumbers) && numbers == otherNumbers;
+    const auto numbers = findFolder(one);
+    return numbers && numbers == findFolder(other);
 }
 
 std::string withoutLinks(const std::string& path)
@@ -78,9 +82,7 @@ std::string pathWithoutDots(std::string path)
 {
     if (!hasDots(path))
         return path;
-    std::size_t climbed = 0;
-    std::size_t behind = 0;
-    auto result = folded(path, climbed, behind);
+    auto [result, climbed, behind] = folded(path);
     if (behind && !areSameFolder(path.substr(0, behind), result.substr(0, climbed))) {
         const auto real = withoutLinks(path.substr(0, behind));
         if (real.empty())
