@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 
-#include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
 #include "tests/support/LogRecorder.h"
 #include "tests/support/TemporaryFolder.h"

@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 #include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
-#include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
 #include "tests/support/FakeFileInformation.h"
 #include "tests/support/FakeFileItemFixture.h"

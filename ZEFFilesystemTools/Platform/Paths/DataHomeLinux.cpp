@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstdlib>
-#include <string_view>
 
 #include <pwd.h>
 #include <unistd.h>
@@ -11,35 +10,34 @@
 namespace zef {
 namespace {
 
-std::string absolutePathIn(const char* variable)
+std::optional<std::string> absolutePathIn(const char* variable)
 {
     const auto* value = std::getenv(variable);
-    return value && *value == '/' ? value : "";
+    return value && *value == '/' ? std::optional<std::string>(value) : std::nullopt;
 }
 
-// The folder that the user database tells; empty when it doesn't.
-std::string homeOfUser()
+// As the user database has it.
+std::optional<std::string> homeOfUser()
 {
     std::array<char, 16384> buffer;
     passwd entry{};
     passwd* found = nullptr;
     if (getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || !found
-        || !found->pw_dir)
-        return {};
+        || !found->pw_dir || !*found->pw_dir)
+        return std::nullopt;
     return found->pw_dir;
 }
 
 } // namespace
 
-std::string dataHome()
+std::optional<std::string> dataHome()
 {
-    auto folder = absolutePathIn("XDG_DATA_HOME");
-    if (!folder.empty())
+    if (auto folder = absolutePathIn("XDG_DATA_HOME"))
         return folder;
     auto home = absolutePathIn("HOME");
-    if (home.empty())
+    if (!home)
         home = homeOfUser();
-    return home.empty() ? home : home + "/.local/share";
+    return home ? std::optional(*home + "/.local/share") : std::nullopt;
 }
 
 } // namespace zef

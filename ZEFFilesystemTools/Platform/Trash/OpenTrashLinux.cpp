@@ -2,7 +2,6 @@
 #include "ZEFFilesystemTools/Platform/Trash/OpenTrash.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
-#include "ZEFFilesystemTools/Platform/Trash/TrashInfo.h"
 
 #include <cerrno>
 #include <utility>
@@ -13,6 +12,16 @@
 
 namespace zef {
 namespace {
+
+// A trash is a folder with two folders in it, `files` and `info`. It is used only if nobody else
+// can have made it what it is: each of the three is a real folder, the trash belongs to this user,
+// and all lie on the volume of the files, in the same mount, so that a file goes there by a mere
+// rename. Everything is opened relative to what was opened and examined before, so that a path that
+// changes meanwhile leads nowhere else.
+//
+// The home trash is made with the folders above it. A volume has two places: `.Trash/UID`, if an
+// administrator made a `.Trash` that is sticky, and `.Trash-UID`, which is made on demand. Whatever
+// is wrong with the first, the second one is tried.
 
 constexpr mode_t ownersAlone = 0700;
 constexpr const char* nameOfShared = ".Trash";
@@ -27,7 +36,7 @@ std::string nameOfOwn()
     return nameOfShared + ("-" + userNumber());
 }
 
-// Null with errno where there is no folder; a link is none.
+// Null with errno where there is no folder; a link is not a folder.
 Ref<ObjectDescriptor> openFolder(int parent, const char* name, int flags)
 {
     const int descriptor = DescriptorReserve::shared().openAt(
@@ -93,40 +102,43 @@ OpenTrash::OpenTrash(Ref<ObjectDescriptor> files, Ref<ObjectDescriptor> infos, s
 {
 }
 
-TrashProblem OpenTrash::openHome(const std::string& path, std::unique_ptr<OpenTrash>& place)
+OpenTrash::Opened OpenTrash::openHome(const std::string& path)
 {
     makeFolders(path);
     const int descriptor = DescriptorReserve::shared().openAt(
         AT_FDCWD, path.c_str(), O_PATH | O_DIRECTORY);
     if (descriptor < 0)
         return unusable(errno);
-    return open(makeRef<ObjectDescriptor>(descriptor), {}, place);
+    return open(makeRef<ObjectDescriptor>(descriptor), {});
 }
 
-TrashProblem OpenTrash::openOnVolume(const ObjectDescriptor& top, std::unique_ptr<OpenTrash>& place)
+OpenTrash::Opened OpenTrash::openOnVolume(const ObjectDescriptor& top)
 {
     PathBytes path;
     if (!top.currentPath(path))
-        return { .error = ENAMETOOLONG };
+        return TrashProblem{ .error = ENAMETOOLONG };
     const auto shared = openFolder(top.descriptor(), nameOfShared, O_PATH);
     if (shared && isSticky(*shared) && areOnOneVolume(top, *shared)) {
         const auto trash = openOrMake(shared->descriptor(), userNumber().c_str(), O_PATH);
-        if (trash && !open(trash, std::string(path.view()), place))
-            return {};
+        if (trash) {
+            auto opened = open(trash, std::string(path.view()));
+            if (opened)
+                return opened;
+        }
     }
     const auto trash = openOrMake(top.descriptor(), nameOfOwn().c_str(), O_PATH);
     if (!trash)
         return unusable(errno);
     if (!areOnOneVolume(top, *trash))
-        return { .error = EXDEV };
-    return open(trash, std::string(path.view()), place);
+        return TrashProblem{ .error = EXDEV };
+    return open(trash, std::string(path.view()));
 }
 
-TrashProblem OpenTrash::open(
-    const Ref<ObjectDescriptor>& trash, std::string top, std::unique_ptr<OpenTrash>& place)
+OpenTrash::Opened OpenTrash::open(const Ref<ObjectDescriptor>& trash, std::string top)
 {
     if (!isOwn(*trash))
-        return { .error = EPERM, .text = "the trash of its volume belongs to another user" };
+        return TrashProblem{ .error = EPERM,
+            .text = "the trash of its volume belongs to another user" };
     auto files = openOrMake(trash->descriptor(), "files", O_PATH);
     if (!files)
         return unusable(errno);
@@ -135,17 +147,16 @@ TrashProblem OpenTrash::open(
         return unusable(errno);
     for (const auto* folder : { files.get(), infos.get() }) {
         if (!areOnOneVolume(*trash, *folder))
-            return { .error = EXDEV };
+            return TrashProblem{ .error = EXDEV };
         if (::faccessat(folder->descriptor(), ".", W_OK | X_OK, AT_EACCESS) != 0)
             return unusable(errno);
     }
     std::unique_ptr<OpenTrash> opened(
         new OpenTrash(std::move(files), std::move(infos), std::move(top)));
     if (const int error = opened->_ascent.climb(trash))
-        return { .error = error };
+        return TrashProblem{ .error = error };
     opened->_ascent.closeTop();
-    place = std::move(opened);
-    return {};
+    return opened;
 }
 
 bool OpenTrash::isNameOfTrash(std::string_view name)
@@ -153,18 +164,20 @@ bool OpenTrash::isNameOfTrash(std::string_view name)
     return name == nameOfShared || name == nameOfOwn();
 }
 
-int OpenTrash::writeInfo(
-    const std::string& path, const std::string& name, Date date, std::string& chosen)
+Expected<std::string, int> OpenTrash::writeInfo(
+    const std::string& path, const std::string& name, Date date)
 {
     const TrashName names(name);
     const auto text = trashInfoText(recordedPath(path), date);
     auto& number = _lastNumbers[name];
-    int error = 0;
-    do {
-        chosen = names.numbered(++number);
-        error = _infos.write(chosen, text);
-    } while (error == EEXIST);
-    return error;
+    for (;;) {
+        auto chosen = names.numbered(++number);
+        const int error = _infos.write(chosen, text);
+        if (!error)
+            return chosen;
+        if (error != EEXIST)
+            return error;
+    }
 }
 
 std::string_view OpenTrash::recordedPath(std::string_view path) const

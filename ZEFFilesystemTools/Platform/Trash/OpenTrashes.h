@@ -19,7 +19,7 @@ public:
 
     /// The trash for files in `folder`, which is open and examined: a file goes there by a mere
     /// change of its path. Borrowed.
-    TrashProblem find(const SourceFolder& folder, OpenTrash*& place);
+    Expected<OpenTrash*, TrashProblem> find(const SourceFolder& folder);
 
     /// Whether the way up leads through one of these trashes.
     bool isInTrash(const FolderAscent& ascent) const;
@@ -28,21 +28,22 @@ public:
     bool contains(const ObjectNumbers& folder) const;
 
     /// As `TrashInfoFolder::synchronise`, for all of them.
-    int synchronise();
+    [[nodiscard]] int synchronise();
 
 private:
     using Volume = std::pair<std::uint64_t, std::uint32_t>; // mount and device
 
     void lookForHome();
+    OpenTrash::Opened open(const SourceFolder& folder) const;
     bool isOnVolumeOfHome(const SourceFolder& folder) const;
 
-    /// Empty when the user has no home.
+    /// Empty if the user has no home folder.
     std::string _homePath;
     /// The way up from the home trash or, where there is none yet, from what is there of its path.
     FolderAscent _homeAscent;
     Volume _homeVolume;
     bool _hasHomeTrash = false;
-    std::map<Volume, std::unique_ptr<OpenTrash>> _places;
+    std::map<Volume, std::unique_ptr<OpenTrash>> _trashes;
 };
 
 } // namespace zef

@@ -32,9 +32,9 @@ Ref<ObjectDescriptor> openNearest(std::string& path)
 OpenTrashes::OpenTrashes()
 {
     const auto folder = dataHome();
-    if (folder.empty())
+    if (!folder)
         return;
-    _homePath = folder + "/Trash";
+    _homePath = *folder + "/Trash";
     lookForHome();
 }
 
@@ -51,18 +51,25 @@ void OpenTrashes::lookForHome()
     _hasHomeTrash = path == _homePath;
 }
 
-TrashProblem OpenTrashes::find(const SourceFolder& folder, OpenTrash*& place)
+Expected<OpenTrash*, TrashProblem> OpenTrashes::find(const SourceFolder& folder)
 {
-    auto& found = _places[{ folder.mountID(), folder.numbers().device }];
-    TrashProblem problem;
-    if (!found && isOnVolumeOfHome(folder))
-        problem = OpenTrash::openHome(_homePath, found);
-    else if (!found && folder.ascent().isInNestedVolume())
-        problem = { .error = EXDEV, .text = "its volume has no trash" };
-    else if (!found)
-        problem = OpenTrash::openOnVolume(*folder.ascent().top(), found);
-    place = found.get();
-    return problem;
+    auto& known = _trashes[{ folder.mountID(), folder.numbers().device }];
+    if (!known) {
+        auto opened = open(folder);
+        if (!opened)
+            return opened.error();
+        known = *std::move(opened);
+    }
+    return known.get();
+}
+
+OpenTrash::Opened OpenTrashes::open(const SourceFolder& folder) const
+{
+    if (isOnVolumeOfHome(folder))
+        return OpenTrash::openHome(_homePath);
+    if (folder.ascent().isInNestedVolume())
+        return TrashProblem{ .error = EXDEV, .text = "its volume has no trash" };
+    return OpenTrash::openOnVolume(*folder.ascent().top());
 }
 
 bool OpenTrashes::isOnVolumeOfHome(const SourceFolder& folder) const
@@ -74,7 +81,7 @@ bool OpenTrashes::isInTrash(const FolderAscent& ascent) const
 {
     if (_hasHomeTrash && ascent.contains(_homeAscent.folders().front()))
         return true;
-    return std::any_of(_places.begin(), _places.end(), [&](const auto& entry) {
+    return std::any_of(_trashes.begin(), _trashes.end(), [&](const auto& entry) {
         return entry.second && ascent.contains(entry.second->ascent().folders().front());
     });
 }
@@ -82,15 +89,15 @@ bool OpenTrashes::isInTrash(const FolderAscent& ascent) const
 bool OpenTrashes::contains(const ObjectNumbers& folder) const
 {
     return _homeAscent.contains(folder)
-        || std::any_of(_places.begin(), _places.end(), [&](const auto& entry) {
+        || std::any_of(_trashes.begin(), _trashes.end(), [&](const auto& entry) {
                return entry.second && entry.second->ascent().contains(folder);
            });
 }
 
 int OpenTrashes::synchronise()
 {
-    for (auto& [volume, place] : _places) {
-        if (const int error = place ? place->infos().synchronise() : 0)
+    for (auto& [volume, trash] : _trashes) {
+        if (const int error = trash ? trash->infos().synchronise() : 0)
             return error;
     }
     return 0;

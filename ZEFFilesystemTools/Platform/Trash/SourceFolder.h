@@ -17,7 +17,7 @@ public:
 
     /// Opens the folder, for the first time or anew: then it has to be the same one. Once open it
     /// stays so until `close`. 0 or an errno value.
-    int open();
+    [[nodiscard]] int open();
     void close();
     /// While it is open.
     int descriptor() const { return _folder->descriptor(); }
@@ -30,7 +30,7 @@ public:
     bool isOthersStickyFolder() const;
 
     const ObjectNumbers& numbers() const { return _numbers; }
-    /// 0 when it isn't known.
+    /// 0 if it isn't known.
     std::uint64_t mountID() const { return _mountID; }
     const FolderAscent& ascent() const { return _ascent; }
 

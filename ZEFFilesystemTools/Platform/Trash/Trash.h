@@ -1,15 +1,23 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
 #include "ZEFFilesystemTools/Platform/Objects/SharedService.h"
-#include "ZEFFilesystemTools/Platform/Trash/TrashEntry.h"
+#include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 #include "ZEFFilesystemTools/Platform/Trash/TrashRefusal.h"
 
 #include <span>
 
 namespace zef {
 
-enum class TrashOutcome {
+/// One object that is to go to the trash.
+struct TrashEntry {
+    FSRef ref;
+    /// Where it was last seen; it is found by its reference if it is no longer there.
+    FileURL lastKnown;
+};
+
+enum class [[nodiscard]] TrashOutcome{
     /// Everything is in the trash.
     moved,
     /// A look at the files showed that it can't be done. Nothing was touched.

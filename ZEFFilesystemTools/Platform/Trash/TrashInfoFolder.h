@@ -2,12 +2,17 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Disk/ObjectDescriptor.h"
+#include "ZEFFilesystemTools/Platform/Time/Date.h"
 
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace zef {
+
+/// The record of a file in the trash: where it was, `path`, whose bytes are percent-encoded, and
+/// when it went, in the system's local time. Any thread.
+std::string trashInfoText(std::string_view path, Date date);
 
 /// The folder of a trash with the records of its files. One thread at a time.
 class TrashInfoFolder {
@@ -16,12 +21,12 @@ public:
     explicit TrashInfoFolder(Ref<ObjectDescriptor> folder);
 
     /// Writes the record of the file that is to have this name in the trash, which takes the name:
-    /// EEXIST when it is taken. 0 or an errno value, and then there is nothing left of it.
-    int write(const std::string& name, std::string_view text);
+    /// EEXIST if it is taken. 0 or an errno value, and then there is nothing left of it.
+    [[nodiscard]] int write(const std::string& name, std::string_view text);
 
     /// Waits until all that was written since the last time is safe from a power cut. 0 or an errno
     /// value.
-    int synchronise();
+    [[nodiscard]] int synchronise();
 
     void remove(const std::string& name);
 

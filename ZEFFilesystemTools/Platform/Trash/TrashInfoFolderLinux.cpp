@@ -2,9 +2,13 @@
 #include "ZEFFilesystemTools/Platform/Trash/TrashInfoFolder.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/Text/PercentEncoding.h"
 #include "ZEFFilesystemTools/Platform/Trash/TrashName.h"
 
+#include <array>
 #include <cerrno>
+#include <cmath>
+#include <ctime>
 #include <utility>
 
 #include <fcntl.h>
@@ -16,6 +20,16 @@ namespace {
 // With more records than this it takes less time to write out the whole volume once: every fsync(2)
 // waits for the disk.
 constexpr std::size_t mostFilesOneByOne = 4;
+
+std::string localTime(Date date)
+{
+    const auto seconds = static_cast<std::time_t>(std::floor(date.secondsSince1970()));
+    std::tm parts{};
+    std::array<char, 32> text{};
+    if (!::localtime_r(&seconds, &parts))
+        return {};
+    return { text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &parts) };
+}
 
 std::string fileOf(const std::string& name)
 {
@@ -34,6 +48,13 @@ int writeAll(int descriptor, std::string_view text)
 }
 
 } // namespace
+
+std::string trashInfoText(std::string_view path, Date date)
+{
+    std::string text = "[Trash Info]\nPath=";
+    appendPercentEncoded(text, path, [](char byte) { return byte == '/' || isUnreserved(byte); });
+    return text.append("\nDeletionDate=").append(localTime(date)).append("\n");
+}
 
 TrashInfoFolder::TrashInfoFolder(Ref<ObjectDescriptor> folder)
     : _folder(std::move(folder))
@@ -56,7 +77,7 @@ int TrashInfoFolder::writeNew(const std::string& file, std::string_view text)
     if (descriptor < 0)
         return errno;
     int error = writeAll(descriptor, text);
-    // Some file systems tell only now that there is no room.
+    // Some file systems report only now that there is no room.
     if (::close(descriptor) != 0 && !error)
         error = errno;
     if (error)

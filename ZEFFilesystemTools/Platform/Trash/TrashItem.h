@@ -16,9 +16,9 @@ namespace zef {
 class TrashItem {
 public:
     /// The entry `name` of `folder`, which `stat` describes; `index` is its place in the request.
-    /// `folder` and `place` are borrowed.
+    /// `folder` and `trash` are borrowed.
     TrashItem(std::size_t index, SourceFolder& folder, std::string name, const Stat& stat,
-        OpenTrash& place);
+        OpenTrash& trash);
 
     std::size_t index() const { return _index; }
     SourceFolder& folder() const { return *_folder; }
@@ -26,15 +26,15 @@ public:
     bool isFolder() const { return _stat.isFolder(); }
 
     /// Writes its record, which reserves a name in the trash.
-    int writeInfo(Date date);
+    [[nodiscard]] int writeInfo(Date date);
 
-    /// Moves it, when it is still the described file. Its folder has to be open.
-    int move(Date date);
+    /// Moves it, if it is still the described file. Its folder has to be open.
+    [[nodiscard]] int move(Date date);
 
     /// Takes everything back that was done, as far as it was done; its folder has to be open if it
-    /// was moved. When there is something else in its former place it stays in the trash with its
+    /// was moved. If there is something else in its former place it stays in the trash with its
     /// record.
-    int undo();
+    [[nodiscard]] int undo();
     bool isMoved() const { return _isMoved; }
 
 private:
@@ -44,7 +44,7 @@ private:
 
     std::size_t _index;
     SourceFolder* _folder;
-    OpenTrash* _place;
+    OpenTrash* _trash;
     std::string _name;
     Stat _stat;
     /// Empty while it has no record.

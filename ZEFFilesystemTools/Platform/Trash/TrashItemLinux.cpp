@@ -37,10 +37,10 @@ bool areSame(const Stat& one, const Stat& other)
 } // namespace
 
 TrashItem::TrashItem(
-    std::size_t index, SourceFolder& folder, std::string name, const Stat& stat, OpenTrash& place)
+    std::size_t index, SourceFolder& folder, std::string name, const Stat& stat, OpenTrash& trash)
     : _index(index)
     , _folder(&folder)
-    , _place(&place)
+    , _trash(&trash)
     , _name(std::move(name))
     , _stat(stat)
 {
@@ -48,11 +48,10 @@ TrashItem::TrashItem(
 
 int TrashItem::writeInfo(Date date)
 {
-    std::string chosen;
-    const int error = _place->writeInfo(_folder->pathOfEntry(_name), _name, date, chosen);
-    if (!error)
-        _nameInTrash = std::move(chosen);
-    return error;
+    auto chosen = _trash->writeInfo(_folder->pathOfEntry(_name), _name, date);
+    if (chosen)
+        _nameInTrash = *std::move(chosen);
+    return chosen.error();
 }
 
 int TrashItem::move(Date date)
@@ -76,7 +75,7 @@ int TrashItem::rename(Date date)
 {
     for (;;) {
         const int error = renameToFreeName(
-            _folder->descriptor(), _name, _place->files(), _nameInTrash);
+            _folder->descriptor(), _name, _trash->files(), _nameInTrash);
         if (error != EEXIST) {
             _isMoved = !error;
             return error;
@@ -85,7 +84,7 @@ int TrashItem::rename(Date date)
         removeInfo();
         if (const int infoError = writeInfo(date))
             return infoError;
-        if (const int infoError = _place->infos().synchronise())
+        if (const int infoError = _trash->infos().synchronise())
             return infoError;
     }
 }
@@ -96,7 +95,7 @@ int TrashItem::verify(const ObjectDescriptor& object)
 {
     Stat moved;
     Stat stat;
-    if (const int error = statAt(_place->files(), _nameInTrash.c_str(), moved))
+    if (const int error = statAt(_trash->files(), _nameInTrash.c_str(), moved))
         return error;
     if (const int error = object.stat(stat))
         return error;
@@ -107,7 +106,7 @@ int TrashItem::undo()
 {
     if (_isMoved) {
         const int error = renameToFreeName(
-            _place->files(), _nameInTrash, _folder->descriptor(), _name);
+            _trash->files(), _nameInTrash, _folder->descriptor(), _name);
         if (error)
             return error;
         _isMoved = false;
@@ -119,7 +118,7 @@ int TrashItem::undo()
 void TrashItem::removeInfo()
 {
     if (!_nameInTrash.empty())
-        _place->infos().remove(std::exchange(_nameInTrash, {}));
+        _trash->infos().remove(std::exchange(_nameInTrash, {}));
 }
 
 } // namespace zef

@@ -24,7 +24,7 @@ bool continuesCharacter(char byte)
     return (static_cast<unsigned char>(byte) & 0xC0u) == 0x80u;
 }
 
-// At most `length` bytes, without a torn character at the end. Bytes that are no UTF-8 are cut
+// At most `length` bytes, without a torn character at the end. Bytes that are not UTF-8 are cut
 // where they have to be.
 std::string_view beginning(std::string_view text, std::size_t length)
 {

@@ -2,9 +2,8 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Trash/OpenTrashes.h"
-#include "ZEFFilesystemTools/Platform/Trash/TrashEntry.h"
+#include "ZEFFilesystemTools/Platform/Trash/Trash.h"
 #include "ZEFFilesystemTools/Platform/Trash/TrashItem.h"
-#include "ZEFFilesystemTools/Platform/Trash/TrashRefusal.h"
 #include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
 
 #include <memory>
@@ -23,20 +22,20 @@ public:
     /// `refusal` (borrowed) gets what stands in the way.
     explicit TrashRequest(TrashRefusal& refusal);
 
-    /// Looks at every file; NO when one can't be moved. Moves nothing; may make an empty trash.
-    bool validate(std::span<const TrashEntry> entries);
+    /// Looks at every file; false if one can't be moved. Moves nothing; may make an empty trash.
+    [[nodiscard]] bool validate(std::span<const TrashEntry> entries);
 
-    /// Moves one file after the other; NO when that fails, and then takes everything back.
-    bool perform();
+    /// Moves one file after the other; false if that fails, and then takes everything back.
+    [[nodiscard]] bool perform();
 
 private:
     using Items = std::span<TrashItem>;
 
     TrashProblem add(const TrashEntry& entry, std::size_t index);
     TrashProblem addAt(const FileURL& url, const TrashEntry& entry, std::size_t index);
-    TrashProblem open(const FileURL& url, SourceFolder*& folder);
-    TrashProblem check(SourceFolder& folder, const std::string& name, const Stat& stat,
-        std::uint64_t mountID, OpenTrash*& place);
+    Expected<SourceFolder*, TrashProblem> open(const FileURL& url);
+    Expected<OpenTrash*, TrashProblem> check(
+        SourceFolder& folder, const std::string& name, const Stat& stat, std::uint64_t mountID);
     TrashProblem checkFolder(const SourceFolder& folder, const std::string& name, const Stat& stat);
     bool isMountedBelow(const std::string& path);
     void dropCovered();
@@ -47,7 +46,7 @@ private:
     bool refuse(std::size_t index, TrashProblem problem);
 
     TrashRefusal& _refusal;
-    OpenTrashes _places;
+    OpenTrashes _trashes;
     /// By the path in the item's URL; only the last one that was used is open.
     std::unordered_map<std::string, std::unique_ptr<SourceFolder>> _folders;
     SourceFolder* _openFolder = nullptr;

@@ -19,6 +19,17 @@
 namespace zef {
 namespace {
 
+// A request is all or nothing, in two passes.
+//
+// `validate` looks at every file without touching it: it opens the file's folder, checks that the
+// entry is the very object of the reference (looking for it elsewhere once if it isn't), asks for
+// every permission that a rename needs, and finds the trash of its volume. One problem refuses the
+// request. Duplicates and what lies in a folder of the request are dropped.
+//
+// `perform` moves in batches: first the records of a batch, which reserve the names in the trash,
+// then one wait for the disk, then the files. An error takes back in reverse order what was done.
+// Only one source folder is open at a time, so that a request needs few descriptors.
+
 // So many records are written before the first of their files is moved: they share one wait for the
 // disk, and after a power cut no more than this are without a file.
 constexpr std::size_t batchSize = 1024;
@@ -85,32 +96,32 @@ TrashProblem TrashRequest::add(const TrashEntry& entry, std::size_t index)
     return addAt(found, entry, index);
 }
 
-// ESTALE when the object isn't there.
+// ESTALE if the object isn't there.
 TrashProblem TrashRequest::addAt(const FileURL& url, const TrashEntry& entry, std::size_t index)
 {
-    SourceFolder* folder = nullptr;
-    const std::string name(url.name());
     if (!url)
         return { .error = ESTALE };
-    if (const auto problem = open(url, folder))
-        return problem;
+    const auto opened = open(url);
+    if (!opened)
+        return opened.error();
+    auto& folder = **opened;
+    const std::string name(url.name());
     Stat stat;
     std::uint64_t mountID = 0;
     // The root is the one without a name.
-    const int error = statAt(
-        folder->descriptor(), name.empty() ? "." : name.c_str(), stat, mountID);
-    if (error == ENOENT || (!error && !isObject(entry.ref, stat, folder->descriptor(), name)))
+    const int error = statAt(folder.descriptor(), name.empty() ? "." : name.c_str(), stat, mountID);
+    if (error == ENOENT || (!error && !isObject(entry.ref, stat, folder.descriptor(), name)))
         return { .error = ESTALE };
     if (error)
         return { .error = error };
-    OpenTrash* place = nullptr;
-    if (const auto problem = check(*folder, name, stat, mountID, place))
-        return problem;
-    _items.emplace_back(index, *folder, name, stat, *place);
+    const auto trash = check(folder, name, stat, mountID);
+    if (!trash)
+        return trash.error();
+    _items.emplace_back(index, folder, name, stat, **trash);
     return {};
 }
 
-TrashProblem TrashRequest::open(const FileURL& url, SourceFolder*& folder)
+Expected<SourceFolder*, TrashProblem> TrashRequest::open(const FileURL& url)
 {
     auto path = url.deletingLastPathComponent().path();
     auto& known = _folders[path];
@@ -119,33 +130,35 @@ TrashProblem TrashRequest::open(const FileURL& url, SourceFolder*& folder)
     if (_openFolder && _openFolder != known.get())
         _openFolder->close();
     _openFolder = known.get();
-    folder = known.get();
-    const int error = folder->open();
-    return { .error = error == ENOENT || error == ENOTDIR ? ESTALE : error };
+    if (const int error = known->open())
+        return TrashProblem{ .error = error == ENOENT || error == ENOTDIR ? ESTALE : error };
+    return known.get();
 }
 
-TrashProblem TrashRequest::check(SourceFolder& folder, const std::string& name, const Stat& stat,
-    std::uint64_t mountID, OpenTrash*& place)
+Expected<OpenTrash*, TrashProblem> TrashRequest::check(
+    SourceFolder& folder, const std::string& name, const Stat& stat, std::uint64_t mountID)
 {
     if (name.empty())
-        return { .error = EBUSY, .text = "it is the root of all files" };
+        return TrashProblem{ .error = EBUSY, .text = "it is the root of all files" };
     if (isMountPoint(folder, stat, mountID))
-        return { .error = EBUSY, .text = "a volume is mounted there" };
+        return TrashProblem{ .error = EBUSY, .text = "a volume is mounted there" };
     if (const auto problem = folder.examine())
         return problem;
     if (folder.isOthersStickyFolder() && !isOwn(folder.descriptor(), name) && !mayActForOwners())
-        return { .error = EPERM };
-    if (const auto problem = _places.find(folder, place))
-        return problem;
-    if (_places.isInTrash(folder.ascent()))
-        return { .error = EEXIST, .text = "it is in the trash already" };
-    return stat.isFolder() ? checkFolder(folder, name, stat) : TrashProblem();
+        return TrashProblem{ .error = EPERM };
+    const auto trash = _trashes.find(folder);
+    if (!trash)
+        return trash;
+    if (_trashes.isInTrash(folder.ascent()))
+        return TrashProblem{ .error = EEXIST, .text = "it is in the trash already" };
+    const auto problem = stat.isFolder() ? checkFolder(folder, name, stat) : TrashProblem();
+    return problem ? problem : trash;
 }
 
 TrashProblem TrashRequest::checkFolder(
     const SourceFolder& folder, const std::string& name, const Stat& stat)
 {
-    if (_places.contains(ObjectNumbers::of(stat))
+    if (_trashes.contains(ObjectNumbers::of(stat))
         || (folder.ascent().startsAtTop() && OpenTrash::isNameOfTrash(name)))
         return { .error = EBUSY, .text = "the trash is in it" };
     // Its "..", too, gets another value.
@@ -206,7 +219,7 @@ int TrashRequest::performBatch(Items items)
         if (const int error = item.writeInfo(_date))
             return error;
     }
-    if (const int error = _places.synchronise())
+    if (const int error = _trashes.synchronise())
         return error;
     for (auto& item : items) {
         _current = item.index();

@@ -8,7 +8,7 @@ namespace zef {
 namespace {
 
 // Folders and what depends on a file's content have no extensions here.
-constexpr auto rows = std::to_array<OwnType>({
+constexpr auto rows = std::to_array<BuiltInType>({
     { "public.item", "" },
     { "public.data", "public.item", "", "application/octet-stream" },
     { "public.directory", "public.item", "", "inode/directory" },
@@ -86,7 +86,7 @@ constexpr auto rows = std::to_array<OwnType>({
 
 } // namespace
 
-std::span<const OwnType> ownTypes()
+std::span<const BuiltInType> builtInTypes()
 {
     return rows;
 }

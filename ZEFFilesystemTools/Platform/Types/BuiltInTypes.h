@@ -7,7 +7,7 @@
 namespace zef {
 
 /// One type that the library knows without any database. The lists are divided by blanks.
-struct OwnType {
+struct BuiltInType {
     std::string_view identifier;
     /// The types that it is a kind of; they come earlier in the table.
     std::string_view parents;
@@ -17,8 +17,8 @@ struct OwnType {
     std::string_view mimeTypes = {};
 };
 
-/// The own table.
-std::span<const OwnType> ownTypes();
+/// The built-in table.
+std::span<const BuiltInType> builtInTypes();
 
 /// Takes the first word off a list that is divided by blanks; empty at its end.
 std::string_view takeListedWord(std::string_view& list);

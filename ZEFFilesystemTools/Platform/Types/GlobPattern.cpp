@@ -16,7 +16,7 @@ bool isBetween(char character, char low, char high)
     return static_cast<unsigned char>(low) <= byte && byte <= static_cast<unsigned char>(high);
 }
 
-// The index behind the set that begins at `begin`; 0 when nothing ends it. A ']' that comes first
+// The index behind the set that begins at `begin`; 0 if nothing ends it. A ']' that comes first
 // is one of the set.
 std::size_t endOfSet(std::string_view glob, std::size_t begin)
 {

@@ -20,7 +20,7 @@ public:
         ++_count;
     }
 
-    /// Calls `visit(value)` for each number inserted with `hash` until one call returns YES;
+    /// Calls `visit(value)` for each number inserted with `hash` until one call returns true;
     /// whether one did.
     template <typename Visitor> bool find(std::uint32_t hash, const Visitor& visit) const
     {

@@ -2,11 +2,14 @@
 #include "ZEFFilesystemTools/Platform/Types/MimeDatabase.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/BoundedFile.h"
+#include "ZEFFilesystemTools/Platform/Paths/DataHome.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/Types/MimeGlobs.h"
 
 #include <algorithm>
 #include <charconv>
+#include <cstdlib>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -57,40 +60,39 @@ bool isType(std::string_view text)
         && std::all_of(text.begin(), text.end(), isGraphic);
 }
 
-bool parseWeight(std::string_view text, unsigned& weight)
+std::optional<unsigned> parseWeight(std::string_view text)
 {
+    unsigned weight = 0;
     const auto* end = text.data() + text.size();
     const auto result = std::from_chars(text.data(), end, weight);
-    return result.ec == std::errc() && result.ptr == end && weight <= greatestWeight;
+    const bool isWeight = result.ec == std::errc() && result.ptr == end && weight <= greatestWeight;
+    return isWeight ? std::optional(weight) : std::nullopt;
 }
 
-bool parseGlob(std::string_view line, MimeDatabase::Glob& glob)
+std::optional<MimeDatabase::Glob> parseGlob(std::string_view line)
 {
-    if (!parseWeight(take(line, ':'), glob.weight))
-        return false;
+    const auto weight = parseWeight(take(line, ':'));
+    if (!weight)
+        return std::nullopt;
+    MimeDatabase::Glob glob;
+    glob.weight = *weight;
     glob.type = take(line, ':');
     glob.glob = take(line, ':');
     auto flags = take(line, ':');
     while (!flags.empty())
         glob.heedsCase |= take(flags, ',') == "cs";
-    return isType(glob.type) && !glob.glob.empty() && glob.glob.size() <= MimeGlobs::longestGlob
-        && glob.glob.find('\0') == std::string::npos;
-}
-
-bool parsePair(std::string_view line, MimeDatabase::Pair& pair)
-{
-    pair.first = take(line, ' ');
-    pair.second = line;
-    return isType(pair.first) && isType(pair.second);
+    const bool isGlob = isType(glob.type) && !glob.glob.empty()
+        && glob.glob.size() <= MimeGlobs::longestGlob && glob.glob.find('\0') == std::string::npos;
+    return isGlob ? std::optional(std::move(glob)) : std::nullopt;
 }
 
 std::size_t parsePairs(std::string_view text, std::vector<MimeDatabase::Pair>& pairs)
 {
     return parseLines(text, [&](std::string_view line) {
-        MimeDatabase::Pair pair;
-        if (!parsePair(line, pair))
+        const auto first = take(line, ' ');
+        if (!isType(first) || !isType(line))
             return false;
-        pairs.push_back(std::move(pair));
+        pairs.emplace_back(first, line);
         return true;
     });
 }
@@ -119,18 +121,27 @@ bool isMissing(FileError error)
         || error == FileError::accessDenied;
 }
 
+void addFolder(std::vector<std::string>& folders, std::string_view dataFolder)
+{
+    while (dataFolder.ends_with('/'))
+        dataFolder.remove_suffix(1);
+    auto folder = std::string(dataFolder) + "/mime";
+    if (std::find(folders.begin(), folders.end(), folder) == folders.end())
+        folders.push_back(std::move(folder));
+}
+
 } // namespace
 
 void MimeDatabase::parseGlobs(std::string_view text)
 {
     brokenLines += parseLines(text, [&](std::string_view line) {
-        Glob glob;
-        if (!parseGlob(line, glob))
+        auto glob = parseGlob(line);
+        if (!glob)
             return false;
-        if (glob.glob == noGlobs)
-            typesWithoutOtherGlobs.push_back(std::move(glob.type));
+        if (glob->glob == noGlobs)
+            typesWithoutOtherGlobs.push_back(std::move(glob->type));
         else
-            globs.push_back(std::move(glob));
+            globs.push_back(std::move(*glob));
         return true;
     });
     dropRepeatedGlobs(globs);
@@ -144,6 +155,21 @@ void MimeDatabase::parseSubclasses(std::string_view text)
 void MimeDatabase::parseAliases(std::string_view text)
 {
     brokenLines += parsePairs(text, aliases);
+}
+
+std::vector<std::string> MimeDatabase::folders()
+{
+    std::vector<std::string> folders;
+    if (const auto ownData = dataHome())
+        addFolder(folders, *ownData);
+    const auto* value = std::getenv("XDG_DATA_DIRS");
+    std::string_view list = value && *value ? value : "/usr/local/share:/usr/share";
+    while (!list.empty()) {
+        const auto folder = take(list, ':');
+        if (folder.starts_with('/'))
+            addFolder(folders, folder);
+    }
+    return folders;
 }
 
 MimeDatabase MimeDatabase::inFolder(const std::string& folder)

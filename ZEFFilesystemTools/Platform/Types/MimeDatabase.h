@@ -36,8 +36,13 @@ struct MimeDatabase {
     void parseSubclasses(std::string_view text);
     void parseAliases(std::string_view text);
 
-    /// Reads the database in `folder`, without waiting for anything; an empty one when there is
-    /// none. Writes one line to the log when something in it can't be used.
+    /// The folders in which this process's environment and user have MIME databases, the most
+    /// important one first: `mime` in the user's data folder, then in each of XDG_DATA_DIRS or
+    /// /usr/local/share and /usr/share. Only absolute ones, none twice, whether they exist or not.
+    static std::vector<std::string> folders();
+
+    /// Reads the database in `folder`, without waiting for anything; an empty one if there is none.
+    /// Writes one line to the log if something in it can't be used.
     static MimeDatabase inFolder(const std::string& folder);
 };
 

@@ -9,9 +9,18 @@
 namespace zef {
 namespace {
 
+// A glob is one of three kinds. Whole names and endings ("*.txt"), nearly all of a database, are
+// kept in hash indexes; one pass from the end of a name to its front hashes all its endings. Globs
+// with wildcards elsewhere are few and are tried one by one, the best first; each knows the bytes
+// that a matching name begins and ends with, which rules out most of them.
+//
+// The texts of all globs stand in one string: a record is 12 bytes, and nothing is allocated to
+// find a type. Of two globs with the same key the better one stays (`Rank`), or the first one if it
+// is protected.
+
 constexpr std::string_view wildcards = "*?[]";
 
-// What every matching name must have in this place; 0 when that may be anything.
+// What every matching name must have in this place; 0 if that may be anything.
 char requiredByte(char character)
 {
     return wildcards.find(character) == wildcards.npos ? foldedCase(character) : '\0';

@@ -36,7 +36,7 @@ public:
 
     void complete();
 
-    /// The type for a file name; `TypeGraph::none` when no glob matches. The '.' that a name begins
+    /// The type for a file name; `TypeGraph::none` if no glob matches. The '.' that a name begins
     /// with begins no ending.
     Type typeOfName(std::string_view name) const;
 
@@ -59,7 +59,7 @@ private:
         std::uint32_t offset;
         Type type;
         Rank rank;
-        char firstByte; // folded; 0 when it begins, or ends, with a wildcard
+        char firstByte; // folded; 0 if it begins, or ends, with a wildcard
         char lastByte;
     };
 

@@ -23,7 +23,7 @@ public:
     static constexpr std::size_t longestIdentifier = 255;
 
     /// The type that `identifier` or another spelling in capitals and small letters names, made
-    /// when it is new; `none` for a name that is empty or too long, and when there are too many.
+    /// if it is new; `none` for a name that is empty or too long, and if there are too many.
     Type add(std::string_view identifier);
 
     /// Makes `identifier` another name of `type`. A name that is known already stays what it is.
@@ -36,7 +36,7 @@ public:
     /// first: a database can't make this slow or large.
     void complete();
 
-    /// The type with this name, whatever its case; `none` when there is none.
+    /// The type with this name, whatever its case; `none` if there is none.
     Type find(std::string_view identifier) const;
 
     /// The identifier as it was added.

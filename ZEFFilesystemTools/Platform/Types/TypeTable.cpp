@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
+#include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
+#include "ZEFFilesystemTools/Platform/Text/PercentEncoding.h"
 #include "ZEFFilesystemTools/Platform/Types/AsciiCase.h"
-#include "ZEFFilesystemTools/Platform/Types/MimeFolders.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeTableStorage.h"
 
 #include <algorithm>
@@ -21,7 +22,7 @@ template <typename List> bool holds(const List& extensions, std::string_view ext
         [&](auto one) { return equalsFolded(one, extension); });
 }
 
-// The type of a folder by its extension; empty when it is an ordinary one.
+// The type of a folder by its extension; empty for an ordinary one.
 std::string_view packageType(std::string_view extension)
 {
     if (holds(applicationExtensions, extension))
@@ -29,25 +30,14 @@ std::string_view packageType(std::string_view extension)
     return holds(packageExtensions, extension) ? type::package : std::string_view();
 }
 
-// What URLs of files call the extension, see FileURL::pathExtension.
-std::string_view extensionOf(std::string_view name)
-{
-    const auto dot = name.rfind('.');
-    return dot == name.npos || dot == 0 ? std::string_view() : name.substr(dot + 1);
-}
-
 // Small letters and only graphic characters, so that identifiers can be shown and written anywhere.
 std::string dynamicType(std::string_view prefix, std::string_view extension)
 {
-    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string folded(extension);
+    std::transform(folded.begin(), folded.end(), folded.begin(), foldedCase);
     std::string identifier(prefix);
-    for (const auto character : extension) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (byte > ' ' && byte < 0x7f && byte != '%')
-            identifier += foldedCase(character);
-        else
-            (identifier += '%').append({ digits[byte / 16], digits[byte % 16] });
-    }
+    appendPercentEncoded(
+        identifier, folded, [](char byte) { return byte > ' ' && byte < 0x7f && byte != '%'; });
     return identifier;
 }
 
@@ -62,18 +52,8 @@ std::vector<MimeDatabase> databasesIn(const std::vector<std::string>& folders)
 
 } // namespace
 
-class ZEF_INTERNAL TypeTable::Storage {
-public:
-    explicit Storage(const std::vector<std::string>& mimeFolders)
-        : types(databasesIn(mimeFolders))
-    {
-    }
-
-    const TypeTableStorage types;
-};
-
 TypeTable::TypeTable(const std::vector<std::string>& mimeFolders)
-    : _storage(std::make_unique<const Storage>(mimeFolders))
+    : _storage(std::make_unique<const TypeTableStorage>(databasesIn(mimeFolders)))
 {
 }
 
@@ -81,31 +61,31 @@ TypeTable::~TypeTable() = default;
 
 const TypeTable& TypeTable::shared()
 {
-    static const auto& table = *new TypeTable(
-        mimeFolders()); // never destroyed: threads may be late
+    // Never destroyed: late threads may still ask.
+    static const auto& table = *new TypeTable(MimeDatabase::folders());
     return table;
 }
 
 bool TypeTable::conforms(std::string_view type, std::string_view other) const
 {
-    return _storage->types.conforms(type, other);
+    return _storage->conforms(type, other);
 }
 
 std::vector<std::string> TypeTable::conformances(std::string_view type) const
 {
-    const auto found = _storage->types.conformances(type);
+    const auto found = _storage->conformances(type);
     return { found.begin(), found.end() };
 }
 
 std::string TypeTable::typeOfFileNamed(std::string_view name) const
 {
-    const auto known = _storage->types.typeOfName(name);
+    const auto known = _storage->typeOfName(name);
     return std::string(known.empty() ? type::data : known);
 }
 
 std::string TypeTable::typeOfFolderNamed(std::string_view name) const
 {
-    const auto known = packageType(extensionOf(name));
+    const auto known = packageType(extensionOfName(name));
     return std::string(known.empty() ? type::folder : known);
 }
 
@@ -115,8 +95,7 @@ std::string TypeTable::preferredTypeForExtension(
     if (extension.empty())
         return std::string(conforming);
     const bool isForFolders = conforms(conforming, type::directory);
-    const auto known = isForFolders ? packageType(extension)
-                                    : _storage->types.typeOfExtension(extension);
+    const auto known = isForFolders ? packageType(extension) : _storage->typeOfExtension(extension);
     if (!known.empty())
         return std::string(known);
     return dynamicType(isForFolders ? "dyn.directory." : "dyn.data.", extension);

@@ -2,16 +2,33 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Objects/Export.h"
-#include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
 
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+/// The type identifiers that the library itself asks for; `TypeTable` knows more.
+namespace zef::type {
+
+inline constexpr std::string_view item = "public.item";
+inline constexpr std::string_view data = "public.data";
+inline constexpr std::string_view directory = "public.directory";
+inline constexpr std::string_view folder = "public.folder";
+inline constexpr std::string_view symlink = "public.symlink";
+inline constexpr std::string_view package = "org.freedesktop.package";
+inline constexpr std::string_view application = "org.freedesktop.application";
+inline constexpr std::string_view applicationEntry = "org.freedesktop.application-entry";
+inline constexpr std::string_view aliasFile = "org.freedesktop.alias-file";
+inline constexpr std::string_view desktopEntry = "org.freedesktop.desktop-entry";
+
+} // namespace zef::type
+
 namespace zef {
 
-/// The types of files, by their names, and which of them is a kind of which other: an own small
+class TypeTableStorage;
+
+/// The types of files, by their names, and which of them is a kind of which other: a small built-in
 /// table, completed from the system's shared MIME database where that is installed.
 ///
 /// Identifiers are compared without case. Immutable once made; any thread.
@@ -22,7 +39,7 @@ public:
     static const TypeTable& shared();
 
     /// A table completed from the MIME databases in `mimeFolders`, the most important one first;
-    /// with none it is the own table alone.
+    /// with none it is the built-in table alone.
     explicit TypeTable(const std::vector<std::string>& mimeFolders);
     ~TypeTable();
     TypeTable(const TypeTable&) = delete;
@@ -46,9 +63,7 @@ public:
         std::string_view extension, std::string_view conforming) const;
 
 private:
-    class Storage;
-
-    std::unique_ptr<const Storage> _storage;
+    std::unique_ptr<const TypeTableStorage> _storage;
 };
 
 } // namespace zef

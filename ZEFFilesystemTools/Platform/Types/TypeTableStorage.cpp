@@ -3,7 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/Types/AsciiCase.h"
 #include "ZEFFilesystemTools/Platform/Types/BuiltInTypes.h"
-#include "ZEFFilesystemTools/Platform/Types/TypeIdentifiers.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
 #include <algorithm>
 #include <array>
@@ -12,6 +12,17 @@
 
 namespace zef {
 namespace {
+
+// A table is made in one pass, in an order that decides who wins. The built-in types come first, so
+// that they have the lowest numbers, stand behind their own parents, and keep their extensions
+// (`protect`). Aliases come before everything else of the databases, because their lines
+// may use any of a type's names. Then come the subclasses, then the types that only globs mention;
+// `complete` computes what each type conforms to, and only now the globs can be added, because a
+// glob counts for kinds of data alone. Of several databases the most important one is read first,
+// and what it says stays.
+//
+// A type of a database is `mime:` and its name, unless that name is one of a built-in type. What a
+// type is a kind of by its name alone (`families`) holds for types that no table knows as well.
 
 constexpr unsigned usualWeight = 50;
 constexpr std::string_view mimePrefix = "mime:";
@@ -22,7 +33,7 @@ struct Family {
     std::string_view parent;
 };
 
-// What an identifier tells by its first part, the longer parts first. That every text is plain text
+// What an identifier says by its first part, the longer parts first. That every text is plain text
 // and all else that isn't an inode is data is a rule of the MIME database itself.
 constexpr auto families = std::to_array<Family>({
     { inodePrefix, type::item },
@@ -98,13 +109,13 @@ TypeTableStorage::TypeTableStorage(const std::vector<MimeDatabase>& databases)
 
 void TypeTableStorage::addBuiltInTypes()
 {
-    for (const auto& own : ownTypes()) {
-        const auto type = _graph.add(own.identifier);
-        for (auto list = own.parents; !list.empty();)
+    for (const auto& row : builtInTypes()) {
+        const auto type = _graph.add(row.identifier);
+        for (auto list = row.parents; !list.empty();)
             _graph.addParent(type, _graph.find(takeListedWord(list)));
-        for (auto list = own.mimeTypes; !list.empty();)
+        for (auto list = row.mimeTypes; !list.empty();)
             _graph.addName(identifierOf(takeListedWord(list)), type);
-        for (auto list = own.extensions; !list.empty();) {
+        for (auto list = row.extensions; !list.empty();) {
             const auto word = takeListedWord(list);
             const bool heedsCase = word.starts_with('=');
             _globs.add("*." + std::string(word.substr(heedsCase ? 1 : 0)), type, usualWeight,
@@ -112,7 +123,7 @@ void TypeTableStorage::addBuiltInTypes()
         }
     }
     _globs.protect();
-    _ownCount = static_cast<Type>(_graph.size());
+    _builtInCount = static_cast<Type>(_graph.size());
 }
 
 void TypeTableStorage::addAliases(const std::vector<MimeDatabase>& databases)
@@ -122,7 +133,7 @@ void TypeTableStorage::addAliases(const std::vector<MimeDatabase>& databases)
         for (const auto& [alias, type] : database.aliases)
             aliases.emplace(alias, type);
     }
-    // A newer database may have made an alias of the name by which the own table knows a type.
+    // A newer database may have made an alias of the name by which we know a built-in type.
     for (const auto& [alias, type] : aliases) {
         const auto known = _graph.find(identifierOf(alias));
         _graph.addName(identifierOf(endOfAliases(aliases, type)), known);
@@ -151,7 +162,7 @@ void TypeTableStorage::addSubclasses(const MimeDatabase& database)
 {
     for (const auto& [name, parent] : database.subclasses) {
         const auto type = addMimeType(name);
-        if (type >= _ownCount)
+        if (type >= _builtInCount)
             _graph.addParent(type, addMimeType(parent));
     }
 }
@@ -190,15 +201,15 @@ bool TypeTableStorage::conforms(std::string_view type, std::string_view other) c
     return known != TypeGraph::none && _graph.conforms(known, otherType);
 }
 
-// A database's types come first, for nothing of our own is a kind of them; an own type stands
+// A database's types come first, because no built-in type is a kind of them; a built-in type stands
 // behind its parents in the table.
 std::vector<TypeTableStorage::Type> TypeTableStorage::nearestFirst(
     std::span<const Type> found) const
 {
     std::vector<Type> types(found.begin(), found.end());
-    const auto own = std::stable_partition(
-        types.begin(), types.end(), [this](Type type) { return type >= _ownCount; });
-    std::sort(own, types.end(), std::greater<>());
+    const auto firstBuiltIn = std::stable_partition(
+        types.begin(), types.end(), [this](Type type) { return type >= _builtInCount; });
+    std::sort(firstBuiltIn, types.end(), std::greater<>());
     return types;
 }
 

@@ -11,9 +11,11 @@
 
 namespace zef {
 
-/// The own types and those of some MIME databases. A type `a/b` of a database is `mime:a/b` here,
-/// or another name of the own type that it stands for; what the own table says of its types and
-/// extensions holds whatever a database says. Immutable; any thread.
+/// What a `TypeTable` knows: the built-in types and those of some MIME databases.
+///
+/// A type `a/b` of a database is `mime:a/b` here, or another name of the built-in type that it
+/// stands for; what the built-in table says of its types and extensions holds whatever a database
+/// says. Immutable; any thread.
 class TypeTableStorage {
 public:
     /// Takes in the databases, the most important one first.
@@ -27,7 +29,7 @@ public:
     /// type itself and what its first part says. Borrowed, the type itself from the caller.
     std::vector<std::string_view> conformances(std::string_view type) const;
 
-    /// The type for a file's name, or for names with this extension; empty when none is known.
+    /// The type for a file's name, or for names with this extension; empty if none is known.
     std::string_view typeOfName(std::string_view name) const;
     std::string_view typeOfExtension(std::string_view extension) const;
 
@@ -43,7 +45,7 @@ private:
 
     TypeGraph _graph;
     MimeGlobs _globs;
-    Type _ownCount = 0;
+    Type _builtInCount = 0;
 };
 
 } // namespace zef

@@ -17,18 +17,18 @@ class TrashItemTest : public TrashFixture {
 protected:
     void SetUp() override
     {
-        zef::OpenTrash* place = nullptr;
         zef::Stat stat;
         folder.write("files/a", "a");
         ASSERT_EQ(from.open(), 0);
         ASSERT_FALSE(from.examine());
-        ASSERT_FALSE(places.find(from, place));
+        const auto trash = trashes.find(from);
+        ASSERT_TRUE(trash);
         ASSERT_EQ(zef::FileSystem::system().statLink(folder.path("files/a").c_str(), stat), 0);
-        item = std::make_unique<zef::TrashItem>(0, from, "a", stat, *place);
+        item = std::make_unique<zef::TrashItem>(0, from, "a", stat, **trash);
     }
 
     const zef::Date date{ 0 };
-    zef::OpenTrashes places;
+    zef::OpenTrashes trashes;
     zef::SourceFolder from{ folder.path("files") };
     std::unique_ptr<zef::TrashItem> item;
 };

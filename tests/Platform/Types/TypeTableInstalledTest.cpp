@@ -132,8 +132,8 @@ TEST_F(TypeTableInstalledTest, BuiltInTypesAreTheSameKindsAsWithoutADatabase)
 {
     const zef::TypeTable alone({});
 
-    for (const auto& own : zef::ownTypes()) {
-        for (const auto& other : zef::ownTypes())
+    for (const auto& own : zef::builtInTypes()) {
+        for (const auto& other : zef::builtInTypes())
             EXPECT_EQ(table.conforms(own.identifier, other.identifier),
                 alone.conforms(own.identifier, other.identifier))
                 << own.identifier << " " << other.identifier;
@@ -144,7 +144,7 @@ TEST_F(TypeTableInstalledTest, OwnExtensionsHaveTheSameTypesAsWithoutADatabase)
 {
     const zef::TypeTable alone({});
 
-    for (const auto& own : zef::ownTypes()) {
+    for (const auto& own : zef::builtInTypes()) {
         for (auto list = own.extensions; !list.empty();) {
             auto extension = zef::takeListedWord(list);
             extension.remove_prefix(extension.starts_with('=') ? 1 : 0);

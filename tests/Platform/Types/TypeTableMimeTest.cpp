@@ -261,7 +261,7 @@ TEST_F(TypeTableMimeTest, AnAliasIsTheTypeThatItStandsFor)
     EXPECT_TRUE(types.conforms("public.pdf", "mime:application/acrobat"));
 }
 
-TEST_F(TypeTableMimeTest, AnOwnTypeIsKnownByTheNameThatItsOwnNameBecameAnAliasOf)
+TEST_F(TypeTableMimeTest, ABuiltInTypeIsKnownByTheNameThatItsOwnNameBecameAnAliasOf)
 {
     folder.write("system/aliases", "image/png image/x-newer-png\n");
     folder.write("system/globs2", "50:image/x-newer-png:*.apng2\n");

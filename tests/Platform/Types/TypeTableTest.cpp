@@ -44,7 +44,7 @@ TEST_F(TypeTableTest, ListsWhatATypeIsAKindOfTheNearestFirst)
     EXPECT_EQ(table.conformances(""), Types{ "" });
 }
 
-TEST_F(TypeTableTest, KnowsWhatEachOwnTypeIsAKindOf)
+TEST_F(TypeTableTest, KnowsWhatEachBuiltInTypeIsAKindOf)
 {
     const Rows kinds{
         { "public.data", "public.item" },
@@ -99,9 +99,9 @@ TEST_F(TypeTableTest, KeepsFoldersDataAndLinksApart)
         EXPECT_FALSE(table.conforms(type, other)) << type << " " << other;
 }
 
-TEST_F(TypeTableTest, EveryOwnTypeIsAnItemAndAKindOfItself)
+TEST_F(TypeTableTest, EveryBuiltInTypeIsAnItemAndAKindOfItself)
 {
-    for (const auto& own : zef::ownTypes()) {
+    for (const auto& own : zef::builtInTypes()) {
         EXPECT_TRUE(table.conforms(own.identifier, own.identifier)) << own.identifier;
         EXPECT_TRUE(table.conforms(own.identifier, "public.item")) << own.identifier;
     }
@@ -109,7 +109,7 @@ TEST_F(TypeTableTest, EveryOwnTypeIsAnItemAndAKindOfItself)
 
 TEST_F(TypeTableTest, EveryOwnExtensionNamesItsType)
 {
-    for (const auto& own : zef::ownTypes()) {
+    for (const auto& own : zef::builtInTypes()) {
         for (auto list = own.extensions; !list.empty();) {
             auto extension = zef::takeListedWord(list);
             extension.remove_prefix(extension.starts_with('=') ? 1 : 0);
@@ -121,9 +121,9 @@ TEST_F(TypeTableTest, EveryOwnExtensionNamesItsType)
     }
 }
 
-TEST_F(TypeTableTest, EveryMimeTypeOfAnOwnTypeIsAnotherNameOfIt)
+TEST_F(TypeTableTest, EveryMimeTypeOfABuiltInTypeIsAnotherNameOfIt)
 {
-    for (const auto& own : zef::ownTypes()) {
+    for (const auto& own : zef::builtInTypes()) {
         for (auto list = own.mimeTypes; !list.empty();) {
             const auto mime = "mime:" + std::string(zef::takeListedWord(list));
             EXPECT_TRUE(table.conforms(mime, own.identifier)) << mime;
@@ -134,7 +134,7 @@ TEST_F(TypeTableTest, EveryMimeTypeOfAnOwnTypeIsAnotherNameOfIt)
 
 TEST_F(TypeTableTest, EveryListedParentIsKnown)
 {
-    for (const auto& own : zef::ownTypes()) {
+    for (const auto& own : zef::builtInTypes()) {
         for (auto list = own.parents; !list.empty();) {
             const auto parent = zef::takeListedWord(list);
             EXPECT_TRUE(table.conforms(own.identifier, parent)) << own.identifier << " " << parent;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Types/MimeFolders.h"
+#include "ZEFFilesystemTools/Platform/Types/MimeDatabase.h"
 
 #include <gtest/gtest.h>
 
@@ -16,9 +16,9 @@ namespace {
 using Folders = std::vector<std::string>;
 
 /// Runs with an environment of its own, without any of the variables at first.
-class MimeFoldersTest : public testing::Test {
+class MimeDatabaseFoldersTest : public testing::Test {
 protected:
-    MimeFoldersTest()
+    MimeDatabaseFoldersTest()
     {
         for (auto& variable : _variables) {
             if (const auto* value = ::getenv(variable.name))
@@ -27,7 +27,7 @@ protected:
         }
     }
 
-    ~MimeFoldersTest() override
+    ~MimeDatabaseFoldersTest() override
     {
         for (const auto& variable : _variables) {
             ::unsetenv(variable.name);
@@ -46,40 +46,43 @@ private:
         { "XDG_DATA_DIRS", {} } };
 };
 
-TEST_F(MimeFoldersTest, TakesTheUsersFolderFirstAndThenTheSystems)
+TEST_F(MimeDatabaseFoldersTest, TakesTheUsersFolderFirstAndThenTheSystems)
 {
     ::setenv("XDG_DATA_HOME", "/user/", 1);
     ::setenv("XDG_DATA_DIRS", "/one:/two//:/", 1);
 
-    EXPECT_EQ(zef::mimeFolders(), (Folders{ "/user/mime", "/one/mime", "/two/mime", "/mime" }));
+    EXPECT_EQ(
+        zef::MimeDatabase::folders(), (Folders{ "/user/mime", "/one/mime", "/two/mime", "/mime" }));
 }
 
-TEST_F(MimeFoldersTest, HasTheUsualFoldersWhereNothingIsSet)
+TEST_F(MimeDatabaseFoldersTest, HasTheUsualFoldersWhereNothingIsSet)
 {
     ::setenv("HOME", "/home/somebody", 1);
     ::setenv("XDG_DATA_DIRS", "", 1);
 
-    EXPECT_EQ(zef::mimeFolders(),
+    EXPECT_EQ(zef::MimeDatabase::folders(),
         (Folders{
             "/home/somebody/.local/share/mime", "/usr/local/share/mime", "/usr/share/mime" }));
 }
 
-TEST_F(MimeFoldersTest, LeavesOutRelativeAndRepeatedFolders)
+TEST_F(MimeDatabaseFoldersTest, LeavesOutRelativeAndRepeatedFolders)
 {
     ::setenv("HOME", "/home/somebody", 1);
     ::setenv("XDG_DATA_HOME", "relative", 1);
     ::setenv("XDG_DATA_DIRS", "one::/two:../three:/two/", 1);
 
-    EXPECT_EQ(zef::mimeFolders(), (Folders{ "/home/somebody/.local/share/mime", "/two/mime" }));
+    EXPECT_EQ(
+        zef::MimeDatabase::folders(), (Folders{ "/home/somebody/.local/share/mime", "/two/mime" }));
 }
 
-TEST_F(MimeFoldersTest, AsksTheUserDatabaseForAHomeThatIsNotSet)
+TEST_F(MimeDatabaseFoldersTest, AsksTheUserDatabaseForAHomeThatIsNotSet)
 {
     const auto* user = ::getpwuid(::geteuid());
     if (!user || user->pw_dir[0] != '/')
         GTEST_SKIP() << "the user database has no home for this user";
 
-    EXPECT_EQ(zef::mimeFolders().front(), std::string(user->pw_dir) + "/.local/share/mime");
+    EXPECT_EQ(
+        zef::MimeDatabase::folders().front(), std::string(user->pw_dir) + "/.local/share/mime");
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Trash/TrashInfo.h"
+#include "ZEFFilesystemTools/Platform/Trash/TrashInfoFolder.h"
 
 #include "tests/support/EnvironmentVariable.h"
 
@@ -9,10 +9,10 @@
 
 namespace {
 
-class TrashInfoTest : public testing::Test {
+class TrashInfoFolderTest : public testing::Test {
 protected:
-    TrashInfoTest() { ::tzset(); }
-    ~TrashInfoTest() override
+    TrashInfoFolderTest() { ::tzset(); }
+    ~TrashInfoFolderTest() override
     {
         zone.unset();
         ::tzset();
@@ -22,13 +22,13 @@ protected:
     zef::Date date = zef::Date::withSecondsSince1970(86400 - 1800.25);
 };
 
-TEST_F(TrashInfoTest, TellsPathAndLocalTime)
+TEST_F(TrashInfoFolderTest, TellsPathAndLocalTime)
 {
     EXPECT_EQ(zef::trashInfoText("/home/a/b.txt", date),
         "[Trash Info]\nPath=/home/a/b.txt\nDeletionDate=1970-01-02T04:59:59\n");
 }
 
-TEST_F(TrashInfoTest, EncodesWhatCouldBeTakenForSomethingElse)
+TEST_F(TrashInfoFolderTest, EncodesWhatCouldBeTakenForSomethingElse)
 {
     const auto text = zef::trashInfoText("a b%\n=\xff\u00e4~", date);
 

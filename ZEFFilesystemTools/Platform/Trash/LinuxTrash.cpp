@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Trash/Trash.h"
-
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
+#include "ZEFFilesystemTools/Platform/Trash/Trash.h"
 #include "ZEFFilesystemTools/Platform/Trash/TrashRequest.h"
 
 namespace zef {
 namespace {
 
-class DesktopTrash final : public Trash {
+class LinuxTrash final : public Trash {
 public:
     TrashOutcome moveToTrash(std::span<const TrashEntry> entries, TrashRefusal& refusal) override
     {
@@ -30,7 +29,7 @@ private:
 
 Trash& Trash::system()
 {
-    static auto& trash = *new DesktopTrash; // never destroyed: late threads may still ask
+    static auto& trash = *new LinuxTrash; // never destroyed: late threads may still ask
     return trash;
 }
 
