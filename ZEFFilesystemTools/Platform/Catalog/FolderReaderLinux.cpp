@@ -15,9 +15,6 @@
 #include <dirent.h>
 #include <fcntl.h>
 
-namespace zef {
-namespace {
-
 // A folder is opened in two steps: first by O_PATH, which needs no permission to read and lets the
 // reader verify that it is the folder that is meant, and at the first read once more for reading.
 // An entry of an open folder (`openIn`) is opened for reading at once, which is one call less.
@@ -31,6 +28,9 @@ namespace {
 // entries are to be looked at again, `resume` opens it by the shortest sure way: "../" from a
 // folder below that the walk has just left (`resumeFrom`), otherwise the recorded path, otherwise
 // the locator. Each way ends with the same check of identity (`openAt`).
+
+namespace zef {
+namespace {
 
 bool isUnchanged(const Stat& stat, const FSRef& ref)
 {

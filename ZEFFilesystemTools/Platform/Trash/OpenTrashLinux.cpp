@@ -10,9 +10,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace zef {
-namespace {
-
 // A trash is a folder with two folders in it, `files` and `info`. It is used only if nobody else
 // can have made it what it is: each of the three is a real folder, the trash belongs to this user,
 // and all lie on the volume of the files, in the same mount, so that a file goes there by a mere
@@ -22,6 +19,9 @@ namespace {
 // The home trash is made with the folders above it. A volume has two places: `.Trash/UID`, if an
 // administrator made a `.Trash` that is sticky, and `.Trash-UID`, which is made on demand. Whatever
 // is wrong with the first, the second one is tried.
+
+namespace zef {
+namespace {
 
 constexpr mode_t ownersAlone = 0700;
 constexpr const char* nameOfShared = ".Trash";

@@ -16,9 +16,6 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-namespace zef {
-namespace {
-
 // A request is all or nothing, in two passes.
 //
 // `validate` looks at every file without touching it: it opens the file's folder, checks that the
@@ -29,6 +26,9 @@ namespace {
 // `perform` moves in batches: first the records of a batch, which reserve the names in the trash,
 // then one wait for the disk, then the files. An error takes back in reverse order what was done.
 // Only one source folder is open at a time, so that a request needs few descriptors.
+
+namespace zef {
+namespace {
 
 // So many records are written before the first of their files is moved: they share one wait for the
 // disk, and after a power cut no more than this are without a file.

@@ -6,9 +6,6 @@
 
 #include <algorithm>
 
-namespace zef {
-namespace {
-
 // A glob is one of three kinds. Whole names and endings ("*.txt"), nearly all of a database, are
 // kept in hash indexes; one pass from the end of a name to its front hashes all its endings. Globs
 // with wildcards elsewhere are few and are tried one by one, the best first; each knows the bytes
@@ -17,6 +14,9 @@ namespace {
 // The texts of all globs stand in one string: a record is 12 bytes, and nothing is allocated to
 // find a type. Of two globs with the same key the better one stays (`Rank`), or the first one if it
 // is protected.
+
+namespace zef {
+namespace {
 
 constexpr std::string_view wildcards = "*?[]";
 

@@ -10,19 +10,19 @@
 #include <functional>
 #include <map>
 
-namespace zef {
-namespace {
-
 // A table is made in one pass, in an order that decides who wins. The built-in types come first, so
 // that they have the lowest numbers, stand behind their own parents, and keep their extensions
-// (`protect`). Aliases come before everything else of the databases, because their lines
-// may use any of a type's names. Then come the subclasses, then the types that only globs mention;
-// `complete` computes what each type conforms to, and only now the globs can be added, because a
-// glob counts for kinds of data alone. Of several databases the most important one is read first,
-// and what it says stays.
+// (`protect`). Aliases come before everything else of the databases, because other lines may use
+// any of a type's names. Then come the subclasses, then the types that only globs mention.
+// `complete` computes what each type conforms to; only now can the globs be added, because globs
+// count only for kinds of data. Of several databases the most important one is read first, and what
+// it says stays.
 //
 // A type of a database is `mime:` and its name, unless that name is one of a built-in type. What a
 // type is a kind of by its name alone (`families`) holds for types that no table knows as well.
+
+namespace zef {
+namespace {
 
 constexpr unsigned usualWeight = 50;
 constexpr std::string_view mimePrefix = "mime:";
