@@ -7,8 +7,8 @@
 
 namespace zef {
 
-/// A lock of one byte, for objects of which there are very many; for short holds without a system
-/// call. Not recursive; any thread; works with std::lock_guard.
+/// A lock of one byte for objects of which there are very many; for a few objects take std::mutex.
+/// For short holds without a system call. Not recursive; any thread; works with std::lock_guard.
 class ZEF_EXPORT ByteLock {
 public:
     void lock()

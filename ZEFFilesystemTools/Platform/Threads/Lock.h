@@ -7,7 +7,8 @@
 
 namespace zef {
 
-/// A lock that several parties hold a reference to. Not recursive; any thread.
+/// A lock that several parties hold a reference to; where one owner has it, take std::mutex. Not
+/// recursive; any thread.
 class ZEF_EXPORT Lock final : public ZEFObject {
 public:
     /// Waits for the lock and takes it.
@@ -15,7 +16,7 @@ public:
     /// Gives the lock up.
     void unlock() { _mutex.unlock(); }
 
-    /// Takes the lock if nobody has it; never waits. NO when it is taken.
+    /// Takes the lock if nobody has it; never waits. False if it is taken.
     bool tryLock() { return _mutex.try_lock(); }
 
 private:

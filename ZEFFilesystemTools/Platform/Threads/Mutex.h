@@ -3,7 +3,8 @@
 
 namespace zef {
 
-/// A lock whose failures are told rather than thrown (pthread_mutex_lock(3p)).
+/// A mutex that returns errors instead of throwing them (pthread_mutex_lock(3p)); take it only
+/// where a failure must be handled or logged, otherwise std::mutex.
 class Mutex {
 public:
     virtual ~Mutex() = default;
@@ -13,7 +14,7 @@ public:
     /// Gives the lock up; 0 or an errno value.
     virtual int unlock() = 0;
 
-    /// A new lock of the system's; never freed, for locks that live as long as the process.
+    /// A new mutex of the system; never freed, for one that lives as long as the process.
     static Mutex& makeImmortal();
 };
 

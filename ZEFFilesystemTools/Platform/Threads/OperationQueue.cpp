@@ -114,7 +114,7 @@ void OperationQueue::Implementation::work()
     --_idleThreadCount;
 }
 
-// NO when the thread should leave.
+// False if the thread should leave.
 bool OperationQueue::Implementation::waitForWork(Lock& lock)
 {
     _workCondition.wait_for(lock, _idleTime, [this] { return _closed || mayBegin(); });

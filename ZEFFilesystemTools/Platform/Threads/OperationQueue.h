@@ -13,7 +13,7 @@ namespace zef {
 ///
 /// Among waiting operations the highest priority goes first, then the one added first. A queue that
 /// is let go still runs what waits; if it is suspended, what waits is cancelled and finished
-/// without having run. Threads that are still busy when the process exits are no harm. Nothing
+/// without having run. Threads that are still busy when the process exits do no harm. Nothing
 /// survives fork(2): a child must not use its parent's queues. Any thread.
 class ZEF_EXPORT OperationQueue final : public ZEFObject {
 public:
@@ -25,7 +25,7 @@ public:
     explicit OperationQueue(double secondsIdleThreadsStay = 5);
 
     /// Queues an operation that is neither started nor on a queue yet, and retains it until it is
-    /// finished. Nil does nothing. When the system refuses even the first thread, the operation
+    /// finished. Null does nothing. When the system refuses even the first thread, the operation
     /// runs on the calling thread instead, before this or `setSuspended` returns.
     void addOperation(Ref<Operation>);
 
