@@ -233,55 +233,61 @@ RunLoop::RunLoop(Clock& clock)
 {
 }
 
+RunLoop::Implementation& RunLoop::implementation() const
+{
+    assert(_implementation->threadChecker.isOnItsThread());
+    return *_implementation;
+}
+
 RunLoop::~RunLoop()
 {
-    _implementation->close();
+    implementation().close();
 }
 
 int RunLoop::descriptor() const
 {
-    return _implementation->descriptor();
+    return implementation().descriptor();
 }
 
 double RunLoop::secondsUntilNextTimer() const
 {
-    const auto delay = _implementation->untilNextTimer();
+    const auto delay = implementation().untilNextTimer();
     return delay == nanoseconds::max() ? std::numeric_limits<double>::infinity() : toSeconds(delay);
 }
 
 void RunLoop::perform()
 {
-    _implementation->perform();
+    implementation().perform();
 }
 
 void RunLoop::run(RunLoopMode mode, double seconds)
 {
-    _implementation->run(mode, Implementation::toNanoseconds(seconds));
+    implementation().run(mode, Implementation::toNanoseconds(seconds));
 }
 
 void RunLoop::stop()
 {
-    _implementation->stop();
+    implementation().stop();
 }
 
 RunLoopMode RunLoop::mode() const
 {
-    return _implementation->mode();
+    return implementation().mode();
 }
 
 void RunLoop::pushMode(RunLoopMode mode)
 {
-    _implementation->pushMode(mode);
+    implementation().pushMode(mode);
 }
 
 void RunLoop::popMode()
 {
-    _implementation->popMode();
+    implementation().popMode();
 }
 
 void RunLoop::addTimer(Ref<Timer> timer, TimerModes modes)
 {
-    _implementation->addTimer(std::move(timer), modes);
+    implementation().addTimer(std::move(timer), modes);
 }
 
 Ref<Timer> RunLoop::scheduleTimer(double interval, Repeats repeats, Timer::Action action)
@@ -298,7 +304,7 @@ void RunLoop::post(std::function<void()> action)
 
 void RunLoop::removeTimer(Timer& timer)
 {
-    _implementation->removeTimer(timer);
+    implementation().removeTimer(timer);
 }
 
 } // namespace zef

@@ -18,10 +18,11 @@ enum class TimerModes { defaultMode, common };
 /// The timers of one thread, driven by `run` or by any foreign main loop that watches one
 /// descriptor: whenever `descriptor()` is readable, call `perform()`.
 ///
-/// Everything but `post` belongs to the loop's thread. Callbacks may add and invalidate timers,
-/// change the mode and call `perform` or `run` again, but not end the loop's life. An exception
-/// that a callback lets out passes through `perform` and `run`; what was left of the pass is done
-/// in the next one. Nothing survives fork(2): a child must not use its parent's loops.
+/// Everything but `post` belongs to the loop's thread, which is the one that uses it first; debug
+/// builds assert it. Callbacks may add and invalidate timers, change the mode and call `perform` or
+/// `run` again, but not end the loop's life. An exception that a callback lets out passes through
+/// `perform` and `run`; what was left of the pass is done in the next one. Nothing survives
+/// fork(2): a child must not use its parent's loops.
 class ZEF_EXPORT RunLoop {
 public:
     /// The calling thread's loop, made at the first call; lives until the thread ends, after the
@@ -69,7 +70,7 @@ public:
     /// Back to the mode before the latest `pushMode`.
     void popMode();
 
-    /// Adds a valid timer and keeps it alive until it is invalidated. Nil and an invalid timer do
+    /// Adds a valid timer and keeps it alive until it is invalidated. Null and an invalid timer do
     /// nothing; a timer belongs to one loop, once.
     void addTimer(Ref<Timer>, TimerModes = TimerModes::defaultMode);
 
@@ -85,6 +86,9 @@ private:
     void removeTimer(Timer&);
 
     class Implementation;
+    /// What is inside; asserts that the caller is on the loop's thread.
+    Implementation& implementation() const;
+
     std::unique_ptr<Implementation> _implementation;
 };
 

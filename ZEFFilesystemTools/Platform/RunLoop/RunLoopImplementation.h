@@ -4,6 +4,7 @@
 #include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
 #include "ZEFFilesystemTools/Platform/RunLoop/TimerQueue.h"
 #include "ZEFFilesystemTools/Platform/RunLoop/WakeUpDescriptor.h"
+#include "ZEFFilesystemTools/Platform/Threads/ThreadChecker.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -15,8 +16,8 @@
 
 namespace zef {
 
-/// What is inside a run loop; part of it, and of no interest to anybody else. Times are whole
-/// nanoseconds of the loop's clock, so that a timer's grid never drifts.
+/// The private state of a run loop. Times are whole nanoseconds of the loop's clock, so that a
+/// timer's grid never drifts.
 class ZEF_INTERNAL RunLoop::Implementation {
 public:
     Implementation(RunLoop&, Clock&);
@@ -44,6 +45,8 @@ public:
     /// Seconds as the loop counts them: 0 for what is not positive, more than a century for never;
     /// two such spans still add up without overflow.
     static std::chrono::nanoseconds toNanoseconds(double seconds);
+
+    [[no_unique_address]] ThreadChecker threadChecker;
 
 private:
     class Firing;

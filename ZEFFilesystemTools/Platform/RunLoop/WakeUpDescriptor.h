@@ -16,8 +16,8 @@ public:
     WakeUpDescriptor(const WakeUpDescriptor&) = delete;
     WakeUpDescriptor& operator=(const WakeUpDescriptor&) = delete;
 
-    /// Makes the descriptors unless they are there. NO when the system gives none (EMFILE, ENFILE);
-    /// until a later call succeeds every other function does nothing.
+    /// Makes the descriptors unless they are there. False if the system gives none (EMFILE,
+    /// ENFILE); until a later call succeeds every other function does nothing.
     bool open();
     bool isOpen() const { return _epoll >= 0; }
 
