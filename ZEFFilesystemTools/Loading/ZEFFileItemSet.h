@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileItemHash.h"
 
 #include <unordered_set>
 
@@ -18,16 +18,5 @@ public:
     bool contains(const zef::Ref<ZEFFileItem>& item) const { return _items.contains(item); }
 
 private:
-    struct Hash {
-        std::size_t operator()(const zef::Ref<ZEFFileItem>& item) const { return item->hash(); }
-    };
-
-    struct Equal {
-        bool operator()(const zef::Ref<ZEFFileItem>& left, const zef::Ref<ZEFFileItem>& right) const
-        {
-            return left->isEqual(right.get());
-        }
-    };
-
-    std::unordered_set<zef::Ref<ZEFFileItem>, Hash, Equal> _items;
+    std::unordered_set<zef::Ref<ZEFFileItem>, ZEFFileItemHash, ZEFFileItemEqual> _items;
 };
