@@ -81,7 +81,7 @@ bool ZEFFileManager::setFileClass(const ZEFFileItemClass* fileClass)
 
 zef::OperationQueue* ZEFFileManager::operationQueue() const
 {
-    return ZEFLoadQueue::queue();
+    return ZEFLoadQueue::queue().get();
 }
 
 void ZEFFileManager::shutdown()

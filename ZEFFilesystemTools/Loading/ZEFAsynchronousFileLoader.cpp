@@ -69,7 +69,7 @@ void ZEFAsynchronousFileLoader::start()
     zef::letOutlive(_loadingArray.get(), "what was found outlives every loader that was started");
     _loadingArrayLock = _fileLoadOperation->loadingArrayLock();
     _loadingArray = _fileLoadOperation->loadingArray();
-    if (auto* queue = ZEFLoadQueue::queue()) {
+    if (const auto queue = ZEFLoadQueue::queue()) {
         queue->addOperation(_fileLoadOperation);
     } else {
         // After the shutdown, as what was on the queue then: it ends without having begun.

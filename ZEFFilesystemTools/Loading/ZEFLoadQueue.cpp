@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Loading/ZEFLoadQueue.h"
 
-#include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
-
 #include <mutex>
 
 namespace {
@@ -29,10 +27,10 @@ Holder& holder()
 
 } // namespace
 
-zef::OperationQueue* ZEFLoadQueue::queue()
+zef::Ref<zef::OperationQueue> ZEFLoadQueue::queue()
 {
     std::lock_guard lock(holder().mutex);
-    return holder().queue.get();
+    return holder().queue;
 }
 
 void ZEFLoadQueue::begin()
@@ -44,11 +42,10 @@ void ZEFLoadQueue::begin()
 
 void ZEFLoadQueue::end()
 {
-    auto* ending = queue();
+    const auto ending = queue();
     if (!ending)
         return;
     ending->waitUntilAllOperationsAreFinished();
-    std::unique_lock lock(holder().mutex);
-    const auto ended = std::move(holder().queue);
-    lock.unlock();
+    std::lock_guard lock(holder().mutex);
+    holder().queue = nullptr;
 }

@@ -1,19 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Objects/Export.h"
-
-namespace zef {
-class OperationQueue;
-}
+#include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
 /// The one queue that every background load of the process runs on, at most 64 at once.
 ///
-/// The file manager hands it out and ends it. Any thread, but `end` only on the manager's.
-class ZEF_INTERNAL ZEFLoadQueue {
+/// The file manager hands it out, and ends it when it is shut down. Any thread.
+class ZEFLoadQueue {
 public:
-    /// Borrowed; made at the first call, null between `end` and `begin`.
-    static zef::OperationQueue* queue();
+    /// Made at the first call; null between `end` and `begin`.
+    static zef::Ref<zef::OperationQueue> queue();
     /// For tests: makes a new queue after the last one was ended.
     static void begin();
     /// Waits for the loads that run; those that have not begun never will if the queue is

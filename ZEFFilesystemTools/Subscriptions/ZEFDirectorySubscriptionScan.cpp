@@ -142,7 +142,7 @@ void ZEFDirectorySubscription::loadInBackground()
             [this](zef::Timer& timer) { ZEFAsynchronousLoadingTimerCallback(&timer, this); });
         zef::RunLoop::current().addTimer(_asyncLoadingCheckTimer, zef::TimerModes::common);
     }
-    if (auto* queue = ZEFLoadQueue::queue())
+    if (const auto queue = ZEFLoadQueue::queue())
         queue->addOperation(std::move(operation));
 }
 
