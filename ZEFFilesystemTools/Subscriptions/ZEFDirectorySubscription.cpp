@@ -1,16 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
-#include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
-#include "ZEFFilesystemTools/Platform/Objects/LetOutlive.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
+#include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscriptionState.h"
 
-namespace {
-
-constexpr std::size_t knownItemsCapacity = 200;
-constexpr std::size_t knownFoldersCapacity = 100;
-
-} // namespace
+#include <cassert>
 
 const zef::Class ZEFDirectorySubscription::classObject{ "ZEFDirectorySubscription",
     &ZEFObject::classObject };
@@ -27,7 +21,7 @@ zef::Ref<ZEFDirectorySubscription> ZEFDirectorySubscription::initForSubscriber(
     }
     auto subscription = zef::Ref<ZEFDirectorySubscription>::adopt(
         new ZEFDirectorySubscription(subscriber, *file, fileClass, asynchronous));
-    subscription->ZEF_scanDirectoryForUpdatedFiles(nullptr, subscription->_asynchronous);
+    subscription->ZEF_scanDirectoryForUpdatedFiles(nullptr, asynchronous);
     return subscription;
 }
 
@@ -45,12 +39,7 @@ zef::Ref<ZEFDirectorySubscription> ZEFDirectorySubscription::initForSubscriber(
 
 ZEFDirectorySubscription::ZEFDirectorySubscription(
     ZEFObject* subscriber, ZEFFileItem& file, const ZEFFileItemClass* fileClass, bool asynchronous)
-    : _lastKnownURL(file.url())
-    , _directoryFile(&file)
-    , _directoryInfo(knownItemsCapacity)
-    , _directoryInfoDirectoriesOnly(knownFoldersCapacity)
-    , _fileClass(fileClass)
-    , _asynchronous(asynchronous)
+    : _state(std::make_unique<State>(*this, file, fileClass, asynchronous))
 {
     file.initKQueue();
     // A subscription that died left its record with the item; one at the same address must not take
@@ -64,42 +53,49 @@ ZEFDirectorySubscription::ZEFDirectorySubscription(
 
 ZEFDirectorySubscription::~ZEFDirectorySubscription()
 {
-    _lastKnownURL = nullptr;
-    for (std::size_t index = 0; index < _directoryInfo.endIndex(); ++index) {
-        if (auto* item = _directoryInfo.objectAtIndex(index))
-            item->removeFileObserver(this);
-    }
-    if (_asyncLoadingCheckTimer)
-        _asyncLoadingCheckTimer->invalidate();
-    if (_referenceTimer)
-        _referenceTimer->invalidate();
-    zef::letOutlive(_currentLoadOperation.get(),
-        "a load that runs is neither cancelled nor released with its subscription");
+    assert(_state->threadChecker.isOnItsThread());
+}
+
+ZEFDirectorySubscription::State::State(ZEFDirectorySubscription& owner, ZEFFileItem& directory,
+    const ZEFFileItemClass* classOfFiles, bool isAsynchronous)
+    : subscription(owner)
+    , folder{ &directory, directory.url() }
+    , fileClass(classOfFiles)
+    , asynchronous(isAsynchronous)
+    , knownFiles(owner)
+{
+}
+
+ZEFDirectorySubscription::State& ZEFDirectorySubscription::state() const
+{
+    assert(_state->threadChecker.isOnItsThread());
+    return *_state;
 }
 
 void ZEFDirectorySubscription::subscribe(ZEFObject* subscriber)
 {
-    _subscribers.add(subscriber);
+    state().subscribers.add(subscriber);
 }
 
 std::int32_t ZEFDirectorySubscription::unsubscribe(ZEFObject* subscriber)
 {
-    _subscribers.remove(subscriber);
+    state().subscribers.remove(subscriber);
     return numberOfSubscribers();
 }
 
 std::int32_t ZEFDirectorySubscription::numberOfSubscribers() const
 {
-    return static_cast<std::int32_t>(_subscribers.count());
+    return static_cast<std::int32_t>(state().subscribers.count());
 }
 
 void ZEFDirectorySubscription::notifySubscribers(ZEFChangeArray* changes)
 {
     const zef::Ref<ZEFDirectorySubscription> protectedThis(this);
     const zef::Ref<ZEFChangeArray> protectedChanges(changes);
+    const auto& subscribers = state().subscribers;
     zef::FirstException exception;
-    for (const auto& entry : _subscribers.snapshot()) {
-        if (_subscribers.containsIdentical(entry.object))
+    for (const auto& entry : subscribers.snapshot()) {
+        if (subscribers.containsIdentical(entry.object))
             exception.guard(
                 [&] { entry.subscriber->directorySubscriptionFoundChanges(this, changes); });
     }
@@ -108,9 +104,10 @@ void ZEFDirectorySubscription::notifySubscribers(ZEFChangeArray* changes)
 
 zef::Ref<ZEFFileItemArray> ZEFDirectorySubscription::files() const
 {
-    auto files = zef::makeRef<ZEFFileItemArray>(_directoryInfo.count());
-    for (std::size_t index = 0; index < _directoryInfo.endIndex(); ++index) {
-        if (auto* item = _directoryInfo.objectAtIndex(index))
+    const auto& known = state().knownFiles.all();
+    auto files = zef::makeRef<ZEFFileItemArray>(known.count());
+    for (std::size_t index = 0; index < known.endIndex(); ++index) {
+        if (auto* item = known.objectAtIndex(index))
             files->addObject(item);
     }
     return files;
@@ -118,28 +115,44 @@ zef::Ref<ZEFFileItemArray> ZEFDirectorySubscription::files() const
 
 const std::string* ZEFDirectorySubscription::path() const
 {
-    return _directoryFile->path();
+    return state().folder.directoryFile->path();
+}
+
+zef::FileURL ZEFDirectorySubscription::url() const
+{
+    return state().folder.lastKnownURL;
+}
+
+bool ZEFDirectorySubscription::isValid() const
+{
+    return state().folder.shouldCheck;
+}
+
+bool ZEFDirectorySubscription::isLoading() const
+{
+    return state().load.operation();
 }
 
 ZEFFileItem* ZEFDirectorySubscription::directoryFile() const
 {
-    return _directoryFile->isValid() ? _directoryFile.get() : nullptr;
+    auto* directory = state().folder.directoryFile.get();
+    return directory->isValid() ? directory : nullptr;
 }
 
 std::string ZEFDirectorySubscription::description() const
 {
-    return ZEFObject::description() + ", "
-        + (_lastKnownURL ? _lastKnownURL.absoluteString() : "(null)");
+    const auto url = this->url();
+    return ZEFObject::description() + ", " + (url ? url.absoluteString() : "(null)");
 }
 
 void ZEFDirectorySubscription::ZEF_setURL(const zef::FileURL& url)
 {
-    _lastKnownURL = url;
+    state().folder.lastKnownURL = url;
 }
 
 void ZEFDirectorySubscription::checkDirectory()
 {
-    if (_currentLoadOperation)
+    if (isLoading())
         return;
     const zef::Ref<ZEFDirectorySubscription> protectedThis(this);
     zef::Ref<ZEFChangeArray> changes;
@@ -152,10 +165,10 @@ void ZEFDirectorySubscription::checkDirectory()
 
 void ZEFDirectorySubscription::loadImmediately()
 {
-    if (!_currentLoadOperation)
+    if (!isLoading())
         return;
     const zef::Ref<ZEFDirectorySubscription> protectedThis(this);
-    _stopLoading = true;
+    state().load.stopAtNextLook();
     ZEF_checkAsyncLoadingQueue();
     notifyOfCheck();
 }

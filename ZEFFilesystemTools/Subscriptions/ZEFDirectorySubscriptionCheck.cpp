@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: MIT
+
+// A check compares the folder with what its subscription knows of it, the cheap looks first. It
+// asks the folder's own item. As long as that is unchanged it asks only the subfolders; otherwise,
+// or when a full check is due, every known file. Files that are gone from here are forgotten. Then,
+// if the folder has changed and a count of its entries doesn't rule out new ones, it is listed. The
+// records stand in the order of these steps.
+
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
@@ -7,6 +14,7 @@
 #include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
+#include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscriptionState.h"
 
 #include <algorithm>
 #include <optional>
@@ -23,32 +31,34 @@ bool isShortageOfResources(zef::FileError result)
 
 } // namespace
 
-// One comparison of the folder and its known items with their state at the last look. Item hooks
+// One comparison of the folder and its known files with their state at the last look. Item hooks
 // are called on the way and may do anything, so every walk goes by index over a set that keeps its
 // indexes.
 class ZEF_INTERNAL ZEFDirectorySubscription::Check {
 public:
     explicit Check(ZEFDirectorySubscription& subscription)
         : _subscription(subscription)
-        , _folder(*subscription._directoryFile)
+        , _folder(subscription.state().folder)
+        , _directory(*_folder.directoryFile)
+        , _knownFiles(subscription.state().knownFiles)
     {
     }
 
-    // Sets `found` to nil or to at least one record, also when a hook has thrown.
+    // Sets `found` to null or to at least one record, also when a hook has thrown.
     void run(zef::Ref<ZEFChangeArray>& found)
     {
         lookAtFolder();
-        if (_subscription._shouldCheck) {
-            if (_folderChanged || _subscription._checkDirContents)
+        if (_folder.shouldCheck) {
+            if (_folderChanged || _folder.checkDirContents)
                 lookAtAllItems();
             else
                 lookAtSubfolders();
         }
         forgetItems();
-        if ((_folderChanged || _subscription._checkDirContents) && _subscription._shouldCheck)
+        if ((_folderChanged || _folder.checkDirContents) && _folder.shouldCheck)
             lookForNewItems();
         // What could not be listed for want of a descriptor or memory is listed by the next check.
-        _subscription._checkDirContents = _fullCheckIsDue;
+        _folder.checkDirContents = _fullCheckIsDue;
         found = _changes && !_changes->isEmpty() ? std::move(_changes) : nullptr;
         _hookException.rethrow();
     }
@@ -79,29 +89,29 @@ private:
 
     void lookAtFolder()
     {
-        const auto flags = _folder.changesForObserver(&_subscription);
+        const auto flags = _directory.changesForObserver(&_subscription);
         _folderChanged = flags.pathChanged || flags.modified;
         if (!flags.pathChanged) {
             if (flags.modified)
-                addAndTell(ZEFFileEvent::updated, _folder);
+                addAndTell(ZEFFileEvent::updated, _directory);
             return;
         }
         if (!flags.exists) {
-            add(ZEFFileEvent::removed, _folder);
-            _subscription._shouldCheck = false;
+            add(ZEFFileEvent::removed, _directory);
+            _folder.shouldCheck = false;
             return;
         }
         _folderMoved = true;
-        const auto url = _folder.url();
-        const bool sameParent = &url.parentFolder() == &_subscription._lastKnownURL.parentFolder();
-        addAndTell(sameParent ? ZEFFileEvent::renamed : ZEFFileEvent::moved, _folder);
+        const auto url = _directory.url();
+        const bool sameParent = &url.parentFolder() == &_folder.lastKnownURL.parentFolder();
+        addAndTell(sameParent ? ZEFFileEvent::renamed : ZEFFileEvent::moved, _directory);
         _subscription.ZEF_setURL(url);
     }
 
     // The economy of the poll: plain files are not asked as long as their folder is unchanged.
     void lookAtSubfolders()
     {
-        const auto& folders = _subscription._directoryInfoDirectoriesOnly;
+        const auto& folders = _knownFiles.folders();
         for (std::size_t index = 0; index < folders.endIndex(); ++index) {
             auto* item = folders.objectAtIndex(index);
             if (!item)
@@ -117,11 +127,11 @@ private:
 
     void lookAtAllItems()
     {
-        const auto& items = _subscription._directoryInfo;
+        const auto& items = _knownFiles.all();
         zef::FSRef reference;
         std::optional<zef::PinnedFolder> view;
-        if (items.count() >= manyItems && _folder.ZEF_copyReference(reference))
-            view.emplace(reference, _folder.url());
+        if (items.count() >= manyItems && _directory.ZEF_copyReference(reference))
+            view.emplace(reference, _directory.url());
         for (std::size_t index = 0; index < items.endIndex(); ++index) {
             if (const zef::Ref<ZEFFileItem> item = items.objectAtIndex(index))
                 lookAtItem(*item);
@@ -139,7 +149,7 @@ private:
             lookAtLostItem(item);
             return;
         }
-        if (!item.url().isDirectlyIn(_subscription._lastKnownURL))
+        if (!item.url().isDirectlyIn(_folder.lastKnownURL))
             _itemsWithOtherNames.emplace_back(&item);
         if (flags.modified)
             addAndTell(ZEFFileEvent::updated, item);
@@ -160,7 +170,7 @@ private:
             _removals.emplace_back(&item);
             return;
         }
-        if (!item.url().isDirectlyIn(_subscription._lastKnownURL)) {
+        if (!item.url().isDirectlyIn(_folder.lastKnownURL)) {
             addAndTell(ZEFFileEvent::moved, item);
             _removals.emplace_back(&item);
             return;
@@ -171,10 +181,8 @@ private:
     void forgetItems()
     {
         for (const auto& item : _removals)
-            _subscription.forgetItem(*item);
-        _subscription._directoryInfoDirectoriesOnly.compact();
-        if (_subscription._directoryInfo.compact())
-            _subscription._referencesKept = 0;
+            _knownFiles.forget(*item);
+        _knownFiles.compact();
     }
 
     // A listing costs more than a count, and only removals can explain that a folder has become
@@ -183,24 +191,23 @@ private:
     void lookForNewItems()
     {
         zef::FSRef reference;
-        const auto* given = _folder.ZEF_copyReference(reference) ? &reference : nullptr;
-        auto counted = zef::Catalog::shared().countEntriesAndKeep(given, _folder.url());
+        const auto* given = _directory.ZEF_copyReference(reference) ? &reference : nullptr;
+        auto counted = zef::Catalog::shared().countEntriesAndKeep(given, _directory.url());
         _fullCheckIsDue = isShortageOfResources(counted.error());
         auto entries = counted ? *std::move(counted) : zef::Catalog::CountedFolder();
         if (_fullCheckIsDue || (holdsNothingNew(entries.count) && _itemsWithOtherNames.empty()))
             return;
-        Listing listing;
-        _hookException.guard(
-            [&] { _subscription.listNow(&changes(), listing, std::move(entries.iterator)); });
-        _fullCheckIsDue = isShortageOfResources(listing.result);
-        if (listing.result == zef::FileError::none)
+        auto listing = _subscription.state().list(&changes(), std::move(entries.iterator));
+        _hookException.guard([&] { listing.hookException.rethrow(); });
+        _fullCheckIsDue = isShortageOfResources(listing.error);
+        if (listing.error == zef::FileError::none)
             reportMissing(std::move(listing.items));
     }
 
     // Whether the folder, with this many entries, can't hold any that aren't known.
     bool holdsNothingNew(std::size_t entryCount) const
     {
-        const auto knownCount = _subscription._directoryInfo.count();
+        const auto knownCount = _knownFiles.all().count();
         return entryCount + _lostItems < knownCount
             && entryCount + _lostItems + unregisteredItems() < knownCount;
     }
@@ -209,7 +216,7 @@ private:
     // twin, so that the two of them stand for one entry.
     std::size_t unregisteredItems() const
     {
-        const auto& items = _subscription._directoryInfo;
+        const auto& items = _knownFiles.all();
         std::size_t count = 0;
         for (std::size_t index = 0; index < items.endIndex(); ++index) {
             const auto* item = items.objectAtIndex(index);
@@ -231,12 +238,14 @@ private:
             if (std::binary_search(listed.begin(), listed.end(), item, byAddress))
                 continue;
             addAndTell(ZEFFileEvent::moved, *item);
-            _subscription.forgetItem(*item);
+            _knownFiles.forget(*item);
         }
     }
 
     ZEFDirectorySubscription& _subscription;
-    ZEFFileItem& _folder;
+    State::Folder& _folder;
+    ZEFFileItem& _directory;
+    ZEFKnownFiles& _knownFiles;
     zef::Ref<ZEFChangeArray> _changes;
     std::vector<zef::Ref<ZEFFileItem>> _removals;
     // Known items that are followed by a hard link's name in another folder.
@@ -251,17 +260,10 @@ private:
 void ZEFDirectorySubscription::checkDirectory(zef::Ref<ZEFChangeArray>& changes)
 {
     changes = nullptr;
-    if (_currentLoadOperation || !_directoryFile->isValid() || !_shouldCheck)
+    const auto& folder = state().folder;
+    if (isLoading() || !folder.directoryFile->isValid() || !folder.shouldCheck)
         return;
     const zef::Ref<ZEFDirectorySubscription> protectedThis(this);
     const zef::ChangeNotifier::Round round;
     Check(*this).run(changes);
-}
-
-void ZEFDirectorySubscription::forgetItem(ZEFFileItem& item)
-{
-    item.removeFileObserver(this);
-    if (item.isBasicDirectory())
-        _directoryInfoDirectoriesOnly.remove(&item);
-    _directoryInfo.remove(&item);
 }

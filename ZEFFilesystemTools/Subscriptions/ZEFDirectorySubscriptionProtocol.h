@@ -7,8 +7,8 @@
 
 class ZEFDirectorySubscription;
 
-/// What a subscriber answers to. It is a `ZEFObject` that also inherits from this protocol, and it
-/// is never retained: unsubscribe it before it dies.
+/// The protocol of subscribers. A subscriber is a `ZEFObject` that also inherits from this class;
+/// it is never retained: unsubscribe it before it dies.
 class ZEF_EXPORT ZEFDirectorySubscriptionProtocol {
 public:
     /// `changes` were found in the folder of `subscription`; both are borrowed. Called on the

@@ -1,57 +1,46 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
+
+// New files come in by two ways. A listing on this thread runs a load operation here and now,
+// leaves out the entries that a check has just looked at, and adds its records to those of the
+// check. A background load runs the same operation on the load queue; a timer drains what it has
+// found, in batches that the subscribers get at once, and when the load has ended a full check
+// makes up for what happened meanwhile.
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
-#include "ZEFFilesystemTools/Loading/ZEFLoadQueue.h"
-#include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
-#include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
-#include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
-#include "ZEFFilesystemTools/Platform/Time/Clock.h"
-
-#include <algorithm>
+#include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscriptionState.h"
 
 namespace {
 
-constexpr double firstDrainDelay = 0.1;
-constexpr double drainInterval = 0.5;
-
-// How many new items keep references to their files at once; the rest follow in slices.
-constexpr std::size_t referencesKeptAtOnce = 512;
-constexpr double referenceSlice = 0.002;
-constexpr double referenceInterval = 0.01;
-
-} // namespace
-
 // Knows the entries that the check has just looked at one by one, so that listing the folder again
-// needs no second look at them. The listing mostly has the order in which they became known, so
-// the walk's next item is tried before the whole set.
-class ZEF_INTERNAL ZEFDirectorySubscription::KnownItems final : public zef::KnownEntries {
+// needs no second look at them. The listing usually has the order in which they became known, so
+// the walk's next file is tried before the whole set.
+class CheckedEntries final : public zef::KnownEntries {
 public:
-    explicit KnownItems(const ZEFDirectorySubscription& subscription)
-        : _items(subscription._directoryInfo)
-        , _directoryFile(*subscription._directoryFile)
-        , _folder(_directoryFile.url())
+    CheckedEntries(const ZEFKnownFiles::Items& files, const ZEFFileItem& directory)
+        : _files(files)
+        , _directory(directory)
+        , _folder(directory.url())
     {
     }
 
     bool isKnown(std::string_view name, std::uint64_t inode) override
     {
-        if (nextItemHasNumber(inode))
-            return isEntry(*_items.objectAtIndex(_next++), name);
-        const auto registered = ZEFFileRegistry::item(_directoryFile.fileDeviceNumber(), inode);
-        const auto index = _items.indexOf(registered.get());
-        if (index == _items.endIndex())
+        if (nextFileHasNumber(inode))
+            return isEntry(*_files.objectAtIndex(_next++), name);
+        const auto registered = ZEFFileRegistry::item(_directory.fileDeviceNumber(), inode);
+        const auto index = _files.indexOf(registered.get());
+        if (index == _files.endIndex())
             return false;
         _next = index + 1;
         return isEntry(*registered, name);
     }
 
 private:
-    bool nextItemHasNumber(std::uint64_t inode)
+    bool nextFileHasNumber(std::uint64_t inode)
     {
-        while (_next < _items.endIndex() && !_items.objectAtIndex(_next))
+        while (_next < _files.endIndex() && !_files.objectAtIndex(_next))
             ++_next;
-        return _next < _items.endIndex() && _items.objectAtIndex(_next)->fileiNode() == inode;
+        return _next < _files.endIndex() && _files.objectAtIndex(_next)->fileiNode() == inode;
     }
 
     bool isEntry(const ZEFFileItem& item, std::string_view name) const
@@ -60,11 +49,37 @@ private:
         return item.isValid() && url.name() == name && url.isDirectlyIn(_folder);
     }
 
-    const zef::OrderedSet<ZEFFileItem>& _items;
-    const ZEFFileItem& _directoryFile;
+    const ZEFKnownFiles::Items& _files;
+    const ZEFFileItem& _directory;
     zef::FileURL _folder;
     std::size_t _next = 0;
 };
+
+// An item may come into the folder before anybody has asked it where it is.
+void noteSightings(const std::vector<ZEFFileLoadOperation::Sighting>& sightings)
+{
+    for (const auto& sighting : sightings)
+        sighting.item->ZEF_seenAtURL(sighting.url);
+}
+
+void reportAppeared(ZEFFileItem& item, ZEFChangeArray& changes)
+{
+    auto record = zef::makeRef<ZEFChangeRecord>(ZEFFileEvent::appeared, &item);
+    changes.addObject(record);
+    item.eventOccurred(record.get());
+}
+
+void takeInListed(ZEFFileItem& item, ZEFKnownFiles& knownFiles, ZEFChangeArray* changes)
+{
+    if (!knownFiles.insert(item))
+        return;
+    if (item.isBasicDirectory() && !item.usingKQueue())
+        item.initKQueue();
+    if (changes)
+        reportAppeared(item, *changes);
+}
+
+} // namespace
 
 void ZEFAsynchronousLoadingTimerCallback(zef::Timer*, ZEFDirectorySubscription* subscription)
 {
@@ -74,163 +89,83 @@ void ZEFAsynchronousLoadingTimerCallback(zef::Timer*, ZEFDirectorySubscription* 
 void ZEFDirectorySubscription::ZEF_scanDirectoryForUpdatedFiles(
     ZEFChangeArray* changes, bool asynchronously)
 {
-    if (asynchronously) {
-        loadInBackground();
+    if (!asynchronously) {
+        state().list(changes).hookException.rethrow();
         return;
     }
-    Listing listing;
-    listNow(changes, listing, nullptr);
+    state().load.begin(state().folder.directoryFile,
+        [this](zef::Timer& timer) { ZEFAsynchronousLoadingTimerCallback(&timer, this); });
 }
 
-void ZEFDirectorySubscription::listNow(
-    ZEFChangeArray* changes, Listing& listing, std::unique_ptr<zef::CatalogIterator> entries)
+ZEFDirectorySubscription::State::Listing ZEFDirectorySubscription::State::list(
+    ZEFChangeArray* changes, std::unique_ptr<zef::CatalogIterator> entries)
 {
     auto operation = zef::makeRef<ZEFFileLoadOperation>();
-    operation->setLoadingDirectory(_directoryFile);
+    operation->setLoadingDirectory(folder.directoryFile);
     operation->setOpenedIterator(std::move(entries));
-    KnownItems known(*this);
-    operation->setKnownEntries(changes ? &known : nullptr);
+    CheckedEntries checkedEntries(knownFiles.all(), *folder.directoryFile);
+    operation->setKnownEntries(changes ? &checkedEntries : nullptr);
     operation->start();
-    listing.result = operation->listingResult();
-    listing.items = operation->loadingArray()->takeAllObjects();
-    takeIn(operation->takeSightings());
-    zef::FirstException hookException;
+    Listing listing{ operation->listingResult(), operation->loadingArray()->takeAllObjects(), {} };
+    noteSightings(operation->takeSightings());
     for (const auto& item : listing.items)
-        hookException.guard([&] { takeInListed(*item, changes); });
+        listing.hookException.guard([&] { takeInListed(*item, knownFiles, changes); });
     keepReferencesSoon();
-    hookException.rethrow();
+    return listing;
 }
 
-// An item may come into the folder before anybody has asked it where it is.
-void ZEFDirectorySubscription::takeIn(const std::vector<ZEFFileLoadOperation::Sighting>& sightings)
+void ZEFDirectorySubscription::State::keepReferencesSoon()
 {
-    for (const auto& sighting : sightings)
-        sighting.item->ZEF_seenAtURL(sighting.url);
+    if (subscribers.count())
+        knownFiles.keepReferencesSoon();
 }
 
-void ZEFDirectorySubscription::takeInListed(ZEFFileItem& item, ZEFChangeArray* changes)
+void ZEFDirectorySubscription::State::closeLoad()
 {
-    if (!_directoryInfo.insert(&item))
-        return;
-    if (item.isBasicDirectory()) {
-        if (!item.usingKQueue())
-            item.initKQueue();
-        _directoryInfoDirectoriesOnly.insert(&item);
-    }
-    if (changes)
-        reportAppeared(item, *changes);
-}
-
-void ZEFDirectorySubscription::reportAppeared(ZEFFileItem& item, ZEFChangeArray& changes)
-{
-    auto record = zef::makeRef<ZEFChangeRecord>(ZEFFileEvent::appeared, &item);
-    changes.addObject(record);
-    item.eventOccurred(record.get());
-}
-
-void ZEFDirectorySubscription::loadInBackground()
-{
-    auto operation = zef::makeRef<ZEFFileLoadOperation>();
-    operation->setLoadingDirectory(_directoryFile);
-    _asyncLoadingLock = operation->loadingArrayLock();
-    _asyncLoadingQueue = operation->loadingArray();
-    _currentLoadOperation = operation;
-    operation->setQueuePriority(zef::QueuePriority::high);
-    if (!_asyncLoadingCheckTimer) {
-        _asyncLoadingCheckTimer = zef::makeRef<zef::Timer>(firstDrainDelay, drainInterval,
-            zef::Repeats::yes,
-            [this](zef::Timer& timer) { ZEFAsynchronousLoadingTimerCallback(&timer, this); });
-        zef::RunLoop::current().addTimer(_asyncLoadingCheckTimer, zef::TimerModes::common);
-    }
-    if (const auto queue = ZEFLoadQueue::queue())
-        queue->addOperation(std::move(operation));
+    load.close();
+    folder.checkDirContents = true;
 }
 
 void ZEFDirectorySubscription::ZEF_checkAsyncLoadingQueue()
 {
     const zef::Ref<ZEFDirectorySubscription> protectedThis(this);
-    const auto operation = _currentLoadOperation;
+    auto& load = state().load;
+    const zef::Ref operation(load.operation());
     if (!operation)
         return;
-    if (_stopLoading) {
+    if (load.isToStop()) {
         operation->cancel();
-        closeLoad();
+        state().closeLoad();
         return;
     }
-    // Never waits for the loader; the timer comes again.
-    if (!_asyncLoadingLock->tryLock())
+    const auto findings = load.tryTake();
+    // The timer comes again.
+    if (!findings)
         return;
-    const auto items = _asyncLoadingQueue->takeAllObjects();
-    const auto sightings = operation->takeSightings();
-    _asyncLoadingLock->unlock();
-    takeIn(sightings);
-    takeIn(items);
+    state().takeIn(*findings);
     // A subscriber may have ended the load meanwhile.
-    if (_currentLoadOperation != operation || !operation->isFinished())
+    if (load.operation() != operation || !operation->isFinished())
         return;
     // Nobody else writes to the queue any more, so its rest needs no lock.
-    takeIn(operation->takeSightings());
-    takeIn(_asyncLoadingQueue->takeAllObjects());
-    if (_currentLoadOperation != operation)
+    state().takeIn(load.takeRest());
+    if (load.operation() != operation)
         return;
-    closeLoad();
+    state().closeLoad();
     notifyOfCheck();
 }
 
-void ZEFDirectorySubscription::takeIn(const std::vector<zef::Ref<ZEFFileItem>>& items)
+void ZEFDirectorySubscription::State::takeIn(const ZEFBackgroundLoad::Findings& findings)
 {
-    if (items.empty())
+    noteSightings(findings.sightings);
+    if (findings.items.empty())
         return;
-    auto batch = zef::makeRef<ZEFChangeArray>(items.size());
+    auto batch = zef::makeRef<ZEFChangeArray>(findings.items.size());
     zef::FirstException hookException;
-    for (const auto& item : items) {
-        _directoryInfo.insert(item.get());
-        if (item->isBasicDirectory())
-            _directoryInfoDirectoriesOnly.insert(item.get());
+    for (const auto& item : findings.items) {
+        knownFiles.insert(*item);
         hookException.guard([&] { reportAppeared(*item, *batch); });
     }
     keepReferencesSoon();
-    hookException.guard([&] { notifySubscribers(batch.get()); });
+    hookException.guard([&] { subscription.notifySubscribers(batch.get()); });
     hookException.rethrow();
-}
-
-void ZEFDirectorySubscription::closeLoad()
-{
-    _asyncLoadingCheckTimer->invalidate();
-    _asyncLoadingCheckTimer = nullptr;
-    _asyncLoadingQueue = nullptr;
-    _asyncLoadingLock = nullptr;
-    _currentLoadOperation = nullptr;
-    _checkDirContents = true;
-}
-
-void ZEFDirectorySubscription::keepReferencesSoon()
-{
-    // A listing that nobody subscribed to is thrown away again.
-    if (!_subscribers.count())
-        return;
-    const auto end = std::min(_referencesKept + referencesKeptAtOnce, _directoryInfo.endIndex());
-    for (; _referencesKept < end; ++_referencesKept) {
-        if (auto* item = _directoryInfo.objectAtIndex(_referencesKept))
-            item->ZEF_keepReference();
-    }
-    if (_referencesKept >= _directoryInfo.endIndex() || _referenceTimer)
-        return;
-    _referenceTimer = zef::makeRef<zef::Timer>(
-        0, referenceInterval, zef::Repeats::yes, [this](zef::Timer&) { keepSomeReferences(); });
-    zef::RunLoop::current().addTimer(_referenceTimer, zef::TimerModes::common);
-}
-
-void ZEFDirectorySubscription::keepSomeReferences()
-{
-    auto& clock = zef::Clock::shared();
-    const double end = clock.monotonicSeconds() + referenceSlice;
-    while (_referencesKept < _directoryInfo.endIndex()) {
-        if (auto* item = _directoryInfo.objectAtIndex(_referencesKept++))
-            item->ZEF_keepReference();
-        if (clock.monotonicSeconds() >= end)
-            return;
-    }
-    _referenceTimer->invalidate();
-    _referenceTimer = nullptr;
 }

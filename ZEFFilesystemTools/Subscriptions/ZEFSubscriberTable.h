@@ -10,7 +10,7 @@ class ZEFDirectorySubscriptionProtocol;
 
 /// The subscribers of one folder: not retained, told apart by their own equality, in the order in
 /// which they subscribed. One thread.
-class ZEF_EXPORT ZEFSubscriberTable {
+class ZEFSubscriberTable {
 public:
     struct Entry {
         ZEFObject* object;
@@ -23,12 +23,12 @@ public:
     ZEFSubscriberTable& operator=(const ZEFSubscriberTable&) = delete;
 
     /// Enters `object` unless an equal one is there, or it doesn't conform to the protocol, or is
-    /// nil.
+    /// null.
     void add(ZEFObject* object);
     void remove(const ZEFObject* object);
 
     bool contains(const ZEFObject* object) const;
-    /// Asks nothing of `object`, which may have died meanwhile.
+    /// By address; doesn't touch `object`, which may have died meanwhile.
     bool containsIdentical(const ZEFObject* object) const;
     std::size_t count() const { return _entries.size(); }
     std::vector<Entry> snapshot() const { return _entries; }
