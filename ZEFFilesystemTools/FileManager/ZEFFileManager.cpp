@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 
-#include "ZEFFilesystemTools/FileManager/ZEFFileManagerDirectories.h"
+#include "ZEFFilesystemTools/FileManager/ZEFFileManagerState.h"
 #include "ZEFFilesystemTools/Loading/ZEFLoadQueue.h"
-#include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
 #include <atomic>
+#include <cassert>
 #include <mutex>
 #include <utility>
 
@@ -54,28 +54,52 @@ ZEFFileManager* ZEFFileManager::init()
     return _defaultFilesystem;
 }
 
-ZEFFileManager::ZEFFileManager()
-    : _utilityQueue(zef::makeRef<zef::OperationQueue>())
-    , _directories(std::make_unique<Directories>())
-    , _removedDirectoriesReleaseTimers(zef::makeRef<zef::Array<zef::Timer>>(releaseTimersHint))
+ZEFFileManager::State::State()
+    : removedDirectoriesReleaseTimers(zef::makeRef<zef::Array<zef::Timer>>(releaseTimersHint))
 {
-    _utilityQueue->setMaxConcurrentOperationCount(
+    utilityQueue->setMaxConcurrentOperationCount(
         utilitiesPerProcessor * zef::onlineProcessorCount());
+}
+
+zef::Ref<ZEFFileItem> ZEFFileManager::State::newFileItemForPath(std::string_view path) const
+{
+    return fileClass ? fileClass->newFileItemForPath(path) : nullptr;
+}
+
+zef::Ref<ZEFFileItem> ZEFFileManager::State::newFileItemForURL(const zef::FileURL& url) const
+{
+    return fileClass ? fileClass->newFileItemForURL(url) : nullptr;
+}
+
+ZEFFileManager::ZEFFileManager()
+    : _state(std::make_unique<State>())
+{
     makeImmortal();
 }
 
 ZEFFileManager::~ZEFFileManager() = default;
+
+ZEFFileManager::State& ZEFFileManager::state() const
+{
+    assert(_state->threadChecker.isOnItsThread());
+    return *_state;
+}
 
 zef::Ref<ZEFObject> ZEFFileManager::copy()
 {
     return this;
 }
 
+const ZEFFileItemClass* ZEFFileManager::fileClass() const
+{
+    return state().fileClass;
+}
+
 bool ZEFFileManager::setFileClass(const ZEFFileItemClass* fileClass)
 {
-    if (_madeFiles)
+    if (state().madeFiles)
         return false;
-    _fileClass = fileClass;
+    state().fileClass = fileClass;
     return true;
 }
 
@@ -84,21 +108,27 @@ zef::OperationQueue* ZEFFileManager::operationQueue() const
     return ZEFLoadQueue::queue().get();
 }
 
+zef::OperationQueue* ZEFFileManager::utilityQueue() const
+{
+    return _state->utilityQueue.get();
+}
+
 void ZEFFileManager::shutdown()
 {
-    if (std::exchange(_isShutDown, true))
+    auto& ending = state();
+    if (std::exchange(ending.isShutDown, true))
         return;
     operationQueue()->setSuspended(true);
-    _utilityQueue->setSuspended(true);
-    if (_timer)
-        _timer->invalidate();
-    _directories = std::make_unique<Directories>();
-    for (const auto& timer : *_removedDirectoriesReleaseTimers)
+    ending.utilityQueue->setSuspended(true);
+    if (ending.timer)
+        ending.timer->invalidate();
+    ending.subscriptions = std::make_unique<ZEFKeptSubscriptions>();
+    for (const auto& timer : *ending.removedDirectoriesReleaseTimers)
         timer->invalidate();
-    _removedDirectoriesReleaseTimers->removeAllObjects();
+    ending.removedDirectoriesReleaseTimers->removeAllObjects();
     ZEFLoadQueue::end();
-    _utilityQueue->waitUntilAllOperationsAreFinished();
-    _utilityQueue = nullptr;
+    ending.utilityQueue->waitUntilAllOperationsAreFinished();
+    ending.utilityQueue = nullptr;
 }
 
 void ZEFFileManager::forgetInstance()

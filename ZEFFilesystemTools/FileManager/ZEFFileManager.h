@@ -3,7 +3,6 @@
 
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 #include "ZEFFilesystemTools/Platform/Objects/Array.h"
-#include "ZEFFilesystemTools/Platform/RunLoop/Timer.h"
 #include "ZEFFilesystemTools/Platform/Trash/TrashRefusal.h"
 
 #include <memory>
@@ -12,14 +11,15 @@ class ZEFDirectorySubscription;
 
 namespace zef {
 class OperationQueue;
-}
+class Timer;
+} // namespace zef
 
 /// The one object of the process that keeps a subscription for each watched folder, polls them all
 /// on a timer and owns the queues for background work.
 ///
-/// It can't be copied or freed. Use it on one thread: the one whose run loop carries its timers,
-/// which is the thread that first subscribes, ends a pause or changes the interval. Subscribers are
-/// called on that thread. After `shutdown` it watches nothing and has no queues.
+/// It can't be copied or freed. Use it on one thread, whose run loop carries its timers; debug
+/// builds assert that this is the thread that first used it, where nothing else is said.
+/// Subscribers are called on that thread. After `shutdown` it watches nothing and has no queues.
 class ZEF_EXPORT ZEFFileManager final : public ZEFObject {
 public:
     static const zef::Class classObject;
@@ -27,30 +27,31 @@ public:
 
     /// The one file manager, borrowed; made at the first call. Any thread.
     static ZEFFileManager* defaultFileManager();
-    /// Makes the one file manager if there is none yet; nil at every later call. Any thread.
+    /// Makes the one file manager if there is none yet; null at every later call. Any thread.
     static ZEFFileManager* alloc();
-    /// The one file manager.
+    /// The one file manager. Any thread.
     ZEFFileManager* init();
-    /// The manager itself.
+    /// The manager itself. Any thread.
     zef::Ref<ZEFObject> copy() override;
 
     /// Stops polling, waits for the work that runs on the queues (work that has not begun never
     /// will), and lets go of every subscription. A second call does nothing.
     void shutdown();
 
-    /// The class that makes items from paths and URLs; `ZEFFileItem` at first. May be nil.
-    const ZEFFileItemClass* fileClass() const { return _fileClass; }
-    /// NO, and no change, once somebody has subscribed or unsubscribed.
+    /// The class that makes items from paths and URLs; `ZEFFileItem` at first. May be null.
+    const ZEFFileItemClass* fileClass() const;
+    /// False, and no change, once somebody has subscribed or unsubscribed.
     bool setFileClass(const ZEFFileItemClass*);
 
-    /// For loads; at most 64 at once. Borrowed.
+    /// For loads; at most 64 at once. Borrowed. Any thread until `shutdown`.
     zef::OperationQueue* operationQueue() const;
-    /// For the host's own work; at most four operations for each processor at once. Borrowed.
-    zef::OperationQueue* utilityQueue() const { return _utilityQueue.get(); }
+    /// For the host's own work; at most four operations for each processor at once. Borrowed. Any
+    /// thread until `shutdown`.
+    zef::OperationQueue* utilityQueue() const;
 
     // File tracking. Subscribers are never retained. Results are borrowed.
 
-    /// The subscription of the folder, shared by all its subscribers; nil when there can be none,
+    /// The subscription of the folder, shared by all its subscribers; null if there can't be one,
     /// as for a link to a folder.
     ZEFDirectorySubscription* subscribeForFile(ZEFObject* subscriber, ZEFFileItem* file);
     ZEFDirectorySubscription* subscribeForPath(ZEFObject* subscriber, std::string_view path);
@@ -65,25 +66,25 @@ public:
     /// From every kept subscription.
     void unsubscribe(ZEFObject* subscriber);
 
-    /// The kept subscription of the folder, or nil.
+    /// The kept subscription of the folder, or null.
     ZEFDirectorySubscription* subscriptionForFile(const ZEFFileItem* file) const;
     /// Every kept subscription in the order of creation, borrowed; a new array.
     std::vector<ZEFDirectorySubscription*> subscriptions() const;
 
-    /// NO, and no change, once somebody has subscribed.
+    /// False, and no change, once somebody has subscribed.
     bool setAsynchronous(bool);
-    /// Whether new subscriptions load their folders in the background; NO at first.
-    bool asynchronous() const { return _asynchronous; }
+    /// Whether new subscriptions load their folders in the background; false at first.
+    bool asynchronous() const;
 
     /// Seconds between two polls, the next of which is that far away then; kept as a 32-bit float.
     void setPollingInterval(double seconds);
     /// 3.0 at first.
-    float pollingInterval() const { return _pollingInterval; }
+    float pollingInterval() const;
 
     /// While paused the timer doesn't poll.
     void setPaused(bool);
-    /// Whether the timer is kept from polling; NO at first.
-    bool isPaused() const { return _paused; }
+    /// Whether the timer is kept from polling; false at first.
+    bool isPaused() const;
     void pause() { setPaused(true); }
     void unPause() { setPaused(false); }
 
@@ -95,15 +96,15 @@ public:
     // File operations, on the calling thread.
 
     /// Moves the files to the trash, all or none, then waits 0.3 seconds and polls once, also while
-    /// paused. NO, and nothing of that, when it can't be done; `lastTrashRefusal` says why. Nil and
-    /// an empty array are fine.
+    /// paused. False, and nothing of that, if it can't be done; `lastTrashRefusal` says why. Null
+    /// and an empty array are fine.
     bool moveFilesToTrash(const zef::Array<ZEFFileItem>* files);
-    /// What stood in the way of the last request; empty when nothing did.
-    const zef::TrashRefusal& lastTrashRefusal() const { return _trashRefusal; }
+    /// What stood in the way of the last request; empty if nothing did.
+    const zef::TrashRefusal& lastTrashRefusal() const;
 
     /// The contents of the folder, listed before it returns; a new array. Of a watched folder those
-    /// that its subscription knows, whose subscribers hear of it when that was still loading. Nil,
-    /// and one line in the log, when `directory` is nil, lost or no folder.
+    /// that its subscription knows, whose subscribers hear of it if that was still loading. Null,
+    /// and one line in the log, if `directory` is null, lost or not a folder.
     zef::Ref<zef::Array<ZEFFileItem>> filesInDirectory(ZEFFileItem* directory);
 
     // For the library.
@@ -116,7 +117,7 @@ public:
 
 private:
     friend class ZEFFileManagerTestAccess;
-    class Directories;
+    struct State;
 
     ZEFFileManager();
     ~ZEFFileManager() override;
@@ -124,20 +125,10 @@ private:
     /// For tests: shuts the one file manager down and ends its life, so that the next is a new one.
     static void forgetInstance();
 
+    /// Asserts that the caller is on the manager's thread.
+    State& state() const;
     void scheduleRelease(ZEFDirectorySubscription&);
     ZEFDirectorySubscription* makeSubscription(ZEFObject* subscriber, ZEFFileItem& file);
 
-    zef::Ref<zef::OperationQueue> _utilityQueue;
-    /// Kept alive by the run loop while it is valid.
-    zef::Ref<zef::Timer> _timer;
-    std::unique_ptr<Directories> _directories;
-    zef::Ref<zef::Array<zef::Timer>> _removedDirectoriesReleaseTimers;
-    const ZEFFileItemClass* _fileClass = &ZEFFileItem::classObject;
-    bool _asynchronous = false;
-    bool _madeFiles = false;
-    bool _hadSubscribers = false;
-    float _pollingInterval = 3.0F;
-    bool _paused = false;
-    bool _isShutDown = false;
-    zef::TrashRefusal _trashRefusal;
+    std::unique_ptr<State> _state;
 };

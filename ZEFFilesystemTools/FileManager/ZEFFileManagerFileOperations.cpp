@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 
-#include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
+#include "ZEFFilesystemTools/FileManager/ZEFFileManagerState.h"
+#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 #include "ZEFFilesystemTools/Platform/Trash/Trash.h"
@@ -26,14 +27,14 @@ bool ZEFFileManager::moveFilesToTrash(const zef::Array<ZEFFileItem>* files)
 
 bool ZEFFileManager::ZEF_moveFilesToTrash(const zef::Array<ZEFFileItem>* files)
 {
-    _trashRefusal = {};
+    state().trashRefusal = {};
     if (!files || files->isEmpty())
         return true;
     std::vector<zef::TrashEntry> entries;
     for (const auto& file : *files) {
         const auto* reference = file ? file->fsRef() : nullptr;
         if (!reference) {
-            _trashRefusal = { .index = entries.size(),
+            state().trashRefusal = { .index = entries.size(),
                 .error = ENOENT,
                 .reason = "nothing is known that leads to it" };
             return false;
@@ -42,11 +43,16 @@ bool ZEFFileManager::ZEF_moveFilesToTrash(const zef::Array<ZEFFileItem>* files)
         file->ZEF_keepReference();
         entries.push_back({ *reference, file->url() });
     }
-    const auto outcome = zef::Trash::shared().moveToTrash(entries, _trashRefusal);
+    const auto outcome = zef::Trash::shared().moveToTrash(entries, state().trashRefusal);
     if (outcome == zef::TrashOutcome::failed)
         zef::log("Move to trash produced error %d",
-            numberOf(zef::fileErrorOfErrno(_trashRefusal.error)));
+            numberOf(zef::fileErrorOfErrno(state().trashRefusal.error)));
     return outcome == zef::TrashOutcome::moved;
+}
+
+const zef::TrashRefusal& ZEFFileManager::lastTrashRefusal() const
+{
+    return state().trashRefusal;
 }
 
 zef::Ref<zef::Array<ZEFFileItem>> ZEFFileManager::filesInDirectory(ZEFFileItem* directory)
@@ -55,7 +61,7 @@ zef::Ref<zef::Array<ZEFFileItem>> ZEFFileManager::filesInDirectory(ZEFFileItem* 
     zef::Ref<ZEFDirectorySubscription> subscription = subscriptionForFile(directory);
     if (!subscription) {
         subscription = ZEFDirectorySubscription::initForSubscriber(
-            nullptr, directory, _fileClass, _asynchronous);
+            nullptr, directory, state().fileClass, state().asynchronous);
     }
     if (!subscription)
         return nullptr;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 
-#include "ZEFFilesystemTools/FileManager/ZEFFileManagerDirectories.h"
+#include "ZEFFilesystemTools/FileManager/ZEFFileManagerState.h"
 #include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 #include "ZEFFilesystemTools/Platform/Objects/FirstException.h"
 #include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
@@ -15,27 +15,27 @@ constexpr double releaseDelayOfInvalid = 0.0;
 
 ZEFDirectorySubscription* ZEFFileManager::subscribeForFile(ZEFObject* subscriber, ZEFFileItem* file)
 {
-    if (!file || _isShutDown)
+    if (!file || state().isShutDown)
         return nullptr;
     auto* subscription = subscriptionForFile(file);
     if (subscription && subscription->isValid())
         subscription->subscribe(subscriber);
     else
         subscription = makeSubscription(subscriber, *file);
-    _hadSubscribers = true;
-    _madeFiles = true;
+    state().hadSubscribers = true;
+    state().madeFiles = true;
     return subscription;
 }
 
 ZEFDirectorySubscription* ZEFFileManager::makeSubscription(ZEFObject* subscriber, ZEFFileItem& file)
 {
     auto made = ZEFDirectorySubscription::initForSubscriber(
-        subscriber, &file, _fileClass, _asynchronous);
+        subscriber, &file, state().fileClass, state().asynchronous);
     if (!made)
         return nullptr;
     auto* subscription = made.get();
-    _directories->add(file, std::move(made));
-    if (!_timer && !_paused)
+    state().subscriptions->add(file, std::move(made));
+    if (!state().timer && !state().paused)
         ZEF_makeTimer();
     return subscription;
 }
@@ -43,18 +43,18 @@ ZEFDirectorySubscription* ZEFFileManager::makeSubscription(ZEFObject* subscriber
 ZEFDirectorySubscription* ZEFFileManager::subscribeForPath(
     ZEFObject* subscriber, std::string_view path)
 {
-    const auto file = _fileClass ? _fileClass->newFileItemForPath(path) : nullptr;
+    const auto file = state().newFileItemForPath(path);
     auto* subscription = subscribeForFile(subscriber, file.get());
-    _madeFiles = true;
+    state().madeFiles = true;
     return subscription;
 }
 
 ZEFDirectorySubscription* ZEFFileManager::subscribeForURL(
     ZEFObject* subscriber, const zef::FileURL& url)
 {
-    const auto file = _fileClass ? _fileClass->newFileItemForURL(url) : nullptr;
+    const auto file = state().newFileItemForURL(url);
     auto* subscription = subscribeForFile(subscriber, file.get());
-    _madeFiles = true;
+    state().madeFiles = true;
     return subscription;
 }
 
@@ -65,16 +65,16 @@ void ZEFFileManager::unsubscribeForFile(ZEFObject* subscriber, ZEFFileItem* file
 
 void ZEFFileManager::unsubscribeForPath(ZEFObject* subscriber, std::string_view path)
 {
-    const auto file = _fileClass ? _fileClass->newFileItemForPath(path) : nullptr;
+    const auto file = state().newFileItemForPath(path);
     unsubscribeForFile(subscriber, file.get());
-    _madeFiles = true;
+    state().madeFiles = true;
 }
 
 void ZEFFileManager::unsubscribeForURL(ZEFObject* subscriber, const zef::FileURL& url)
 {
-    const auto file = _fileClass ? _fileClass->newFileItemForURL(url) : nullptr;
+    const auto file = state().newFileItemForURL(url);
     unsubscribeForFile(subscriber, file.get());
-    _madeFiles = true;
+    state().madeFiles = true;
 }
 
 void ZEFFileManager::unsubscribeForSubscription(
@@ -86,7 +86,7 @@ void ZEFFileManager::unsubscribeForSubscription(
 
 void ZEFFileManager::unsubscribe(ZEFObject* subscriber)
 {
-    const zef::Ref list(&_directories->list());
+    const zef::Ref list(&state().subscriptions->list());
     list->enumerate([&](ZEFDirectorySubscription* subscription) {
         if (!subscription->unsubscribe(subscriber))
             scheduleRelease(*subscription);
@@ -95,24 +95,24 @@ void ZEFFileManager::unsubscribe(ZEFObject* subscriber)
 
 ZEFDirectorySubscription* ZEFFileManager::subscriptionForFile(const ZEFFileItem* file) const
 {
-    return file ? _directories->subscriptionForFile(*file) : nullptr;
+    return file ? state().subscriptions->subscriptionForFile(*file) : nullptr;
 }
 
 std::vector<ZEFDirectorySubscription*> ZEFFileManager::subscriptions() const
 {
     std::vector<ZEFDirectorySubscription*> result;
-    for (const auto& subscription : _directories->list())
+    for (const auto& subscription : state().subscriptions->list())
         result.push_back(subscription.get());
     return result;
 }
 
 void ZEFFileManager::scheduleRelease(ZEFDirectorySubscription& subscription)
 {
-    if (_isShutDown)
+    if (state().isShutDown)
         return;
     const auto delay = subscription.isValid() ? releaseDelay : releaseDelayOfInvalid;
     // The timer keeps the subscription alive until it has fired.
-    _removedDirectoriesReleaseTimers->addObject(zef::RunLoop::current().scheduleTimer(
+    state().removedDirectoriesReleaseTimers->addObject(zef::RunLoop::current().scheduleTimer(
         delay, zef::Repeats::no, [this, kept = zef::Ref(&subscription)](zef::Timer& timer) {
             _removeSubscriptionTimerAction(timer, *kept);
         }));
@@ -122,56 +122,72 @@ void ZEFFileManager::_removeSubscriptionTimerAction(
     zef::Timer& timer, ZEFDirectorySubscription& subscription)
 {
     if (!subscription.numberOfSubscribers() || !subscription.isValid()) {
-        auto& timers = *_removedDirectoriesReleaseTimers;
+        auto& timers = *state().removedDirectoriesReleaseTimers;
         const auto index = timers.indexOfIdentical(&timer);
         if (index < timers.count())
             timers.removeObjectAtIndex(index);
-        _directories->remove(subscription);
+        state().subscriptions->remove(subscription);
     }
-    if (_directories->list().isEmpty())
+    if (state().subscriptions->list().isEmpty())
         ZEF_killTimer();
 }
 
 bool ZEFFileManager::setAsynchronous(bool asynchronous)
 {
-    if (_hadSubscribers)
+    if (state().hadSubscribers)
         return false;
-    _asynchronous = asynchronous;
+    state().asynchronous = asynchronous;
     return true;
+}
+
+bool ZEFFileManager::asynchronous() const
+{
+    return state().asynchronous;
 }
 
 void ZEFFileManager::setPollingInterval(double seconds)
 {
-    if (static_cast<double>(_pollingInterval) == seconds)
+    if (static_cast<double>(state().pollingInterval) == seconds)
         return;
-    _pollingInterval = static_cast<float>(seconds);
+    state().pollingInterval = static_cast<float>(seconds);
     ZEF_killTimer();
-    if (!_paused)
+    if (!state().paused)
         ZEF_makeTimer();
+}
+
+float ZEFFileManager::pollingInterval() const
+{
+    return state().pollingInterval;
 }
 
 void ZEFFileManager::setPaused(bool paused)
 {
-    _paused = paused;
+    state().paused = paused;
     if (paused)
         ZEF_killTimer();
-    else if (!_timer)
+    else if (!state().timer)
         ZEF_makeTimer();
+}
+
+bool ZEFFileManager::isPaused() const
+{
+    return state().paused;
 }
 
 void ZEFFileManager::ZEF_makeTimer()
 {
-    if (_timer || _isShutDown)
+    if (state().timer || state().isShutDown)
         return;
-    _timer = zef::RunLoop::current().scheduleTimer(static_cast<double>(_pollingInterval),
-        zef::Repeats::yes, [this](zef::Timer&) { checkFilesystem(this); });
+    state().timer = zef::RunLoop::current().scheduleTimer(
+        static_cast<double>(state().pollingInterval), zef::Repeats::yes,
+        [this](zef::Timer&) { checkFilesystem(this); });
 }
 
 void ZEFFileManager::ZEF_killTimer()
 {
-    if (_timer)
-        _timer->invalidate();
-    _timer = nullptr;
+    if (state().timer)
+        state().timer->invalidate();
+    state().timer = nullptr;
 }
 
 void ZEFFileManager::checkFilesystem(ZEFObject*)
@@ -191,7 +207,7 @@ void ZEFFileManager::checkFilesystem(ZEFObject*)
     {
         const zef::ChangeNotifier::Round round;
         // A hook may shut the manager down.
-        const zef::Ref list(&_directories->list());
+        const zef::Ref list(&state().subscriptions->list());
         exception.guard([&] { list->enumerate(check); });
     }
     // What was found was found: its subscribers hear of it even if something went wrong.

@@ -6,6 +6,8 @@
 // found, in batches that the subscribers get at once, and when the load has ended a full check
 // makes up for what happened meanwhile.
 
+#include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
+
 #include "ZEFFilesystemTools/FileItems/ZEFFileRegistry.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscriptionState.h"
 

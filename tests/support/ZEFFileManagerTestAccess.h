@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
+#include "ZEFFilesystemTools/FileManager/ZEFFileManagerState.h"
 
 #include <cstddef>
 
@@ -14,6 +14,7 @@ public:
     /// How many release timers it keeps.
     static std::size_t releaseTimerCount()
     {
-        return ZEFFileManager::defaultFileManager()->_removedDirectoriesReleaseTimers->count();
+        return ZEFFileManager::defaultFileManager()
+            ->_state->removedDirectoriesReleaseTimers->count();
     }
 };

@@ -1,20 +1,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileItemHash.h"
+#include "ZEFFilesystemTools/Platform/Objects/Array.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
 #include <unordered_map>
 
 /// The kept subscriptions: all of them in the order of creation, and the one of each folder.
-class ZEF_INTERNAL ZEFFileManager::Directories {
+class ZEFKeptSubscriptions {
 public:
-    Directories();
+    ZEFKeptSubscriptions();
 
     zef::Array<ZEFDirectorySubscription>& list() { return *_directories; }
 
-    /// The entry of the folder, borrowed; nil when there is none, or when it is of another folder
-    /// that had the same number.
+    /// The entry of the folder, borrowed; null if there is none, or if it is of another folder that
+    /// had the same number.
     ZEFDirectorySubscription* subscriptionForFile(const ZEFFileItem& file) const;
 
     /// Adds to the list and becomes the folder's entry in place of any other.
@@ -24,18 +25,9 @@ public:
     void remove(ZEFDirectorySubscription&);
 
 private:
-    struct Hash {
-        std::size_t operator()(const zef::Ref<ZEFFileItem>& item) const { return item->hash(); }
-    };
-    struct Equal {
-        bool operator()(const zef::Ref<ZEFFileItem>& a, const zef::Ref<ZEFFileItem>& b) const
-        {
-            return a->isEqual(b.get());
-        }
-    };
-
     // The list is given up before the table: members go the other way round.
-    std::unordered_map<zef::Ref<ZEFFileItem>, zef::Ref<ZEFDirectorySubscription>, Hash, Equal>
+    std::unordered_map<zef::Ref<ZEFFileItem>, zef::Ref<ZEFDirectorySubscription>, ZEFFileItemHash,
+        ZEFFileItemEqual>
         _directoriesDict;
     zef::Ref<zef::Array<ZEFDirectorySubscription>> _directories;
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/FileManager/ZEFFileManagerDirectories.h"
+#include "ZEFFilesystemTools/FileManager/ZEFKeptSubscriptions.h"
 
 namespace {
 
@@ -7,14 +7,13 @@ constexpr std::size_t capacityHint = 500;
 
 } // namespace
 
-ZEFFileManager::Directories::Directories()
+ZEFKeptSubscriptions::ZEFKeptSubscriptions()
     : _directoriesDict(capacityHint)
     , _directories(zef::makeRef<zef::Array<ZEFDirectorySubscription>>(capacityHint))
 {
 }
 
-ZEFDirectorySubscription* ZEFFileManager::Directories::subscriptionForFile(
-    const ZEFFileItem& file) const
+ZEFDirectorySubscription* ZEFKeptSubscriptions::subscriptionForFile(const ZEFFileItem& file) const
 {
     const auto found = _directoriesDict.find(const_cast<ZEFFileItem*>(&file));
     if (found == _directoriesDict.end())
@@ -25,15 +24,14 @@ ZEFDirectorySubscription* ZEFFileManager::Directories::subscriptionForFile(
     return watched && watched->ZEF_isAnotherObject(file) ? nullptr : found->second.get();
 }
 
-void ZEFFileManager::Directories::add(
-    ZEFFileItem& file, zef::Ref<ZEFDirectorySubscription> subscription)
+void ZEFKeptSubscriptions::add(ZEFFileItem& file, zef::Ref<ZEFDirectorySubscription> subscription)
 {
     _directoriesDict.erase(&file);
     _directoriesDict.emplace(&file, subscription);
     _directories->addObject(std::move(subscription));
 }
 
-void ZEFFileManager::Directories::remove(ZEFDirectorySubscription& subscription)
+void ZEFKeptSubscriptions::remove(ZEFDirectorySubscription& subscription)
 {
     if (auto* file = subscription.directoryFile()) {
         const auto found = _directoriesDict.find(file);
