@@ -225,4 +225,27 @@ TEST_F(ZEFFileManagerTest, MakesFilesOfItsFileClass)
     EXPECT_EQ(&byPath->directoryFile()->objectClass(), &ReportingItem::classObject);
 }
 
+// --- One thread
+
+#ifndef NDEBUG
+using ZEFFileManagerDeathTest = ZEFFileManagerTest;
+
+TEST_F(ZEFFileManagerDeathTest, PollingOnASecondThreadIsAProgrammingError)
+{
+    manager().setPaused(true);
+
+    EXPECT_DEATH(std::thread([] { manager().checkFilesystem(nullptr); }).join(), "isOnItsThread");
+}
+#endif
+
+TEST_F(ZEFFileManagerTest, HandsOutItsQueuesOnEveryThread)
+{
+    manager().setPaused(true);
+
+    bool areThere = false;
+    std::thread([&] { areThere = manager().operationQueue() && manager().utilityQueue(); }).join();
+
+    EXPECT_TRUE(areThere);
+}
+
 } // namespace

@@ -4,6 +4,7 @@
 #include "tests/support/SubscriptionFixture.h"
 
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -270,5 +271,14 @@ TEST_F(ZEFDirectorySubscriptionSubscribersTest, AreNotCalledWhenACheckFindsNothi
 
     EXPECT_THAT(subscriber.calls, IsEmpty());
 }
+
+#ifndef NDEBUG
+using ZEFDirectorySubscriptionSubscribersDeathTest = ZEFDirectorySubscriptionSubscribersTest;
+
+TEST_F(ZEFDirectorySubscriptionSubscribersDeathTest, SubscribingOnASecondThreadIsAProgrammingError)
+{
+    EXPECT_DEATH(std::thread([&] { subscription->subscribe(nullptr); }).join(), "isOnItsThread");
+}
+#endif
 
 } // namespace

@@ -11,6 +11,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -293,6 +294,20 @@ TEST_F(TimerDeathTest, AddingATimerTwiceIsAProgrammingError)
     auto timer = add(1, 1, Repeats::yes);
 
     EXPECT_DEATH(loop.addTimer(timer), "added to one run loop, once");
+}
+
+TEST_F(TimerDeathTest, InvalidatingATimerOnASecondThreadIsAProgrammingError)
+{
+    auto timer = add(1, 1, Repeats::yes);
+
+    EXPECT_DEATH(std::thread([&] { timer->invalidate(); }).join(), "isOnItsThread");
+}
+
+TEST_F(TimerDeathTest, PassesOnASecondThreadAreAProgrammingError)
+{
+    loop.perform();
+
+    EXPECT_DEATH(std::thread([&] { loop.perform(); }).join(), "isOnItsThread");
 }
 #endif
 
