@@ -101,7 +101,7 @@ constexpr double answersOfAnItem = 15;
 void askEverything(const Items& items)
 {
     for (const auto& item : items)
-        askEverything(static_cast<ZEFBasicInfoFileItem&>(*item));
+        askEverything(*zef::downcast<ZEFBasicInfoFileItem>(item.get()));
 }
 
 // The items exist, as in a window that shows the folder; what people see of them is not known yet.

@@ -10,7 +10,8 @@
 // What was asked for once is kept, so a file that is gone still knows its name.
 static std::string nameOf(ZEFFileItem& file)
 {
-    return static_cast<ZEFBasicInfoFileItem&>(file).fileName().value_or("(no name)");
+    auto* item = zef::downcast<ZEFBasicInfoFileItem>(&file);
+    return item ? item->fileName().value_or("(no name)") : file.description();
 }
 
 class Printer final : public ZEFObject, public ZEFDirectorySubscriptionProtocol {

@@ -88,12 +88,10 @@ bool ZEFArchiveDictionary::isEqual(const ZEFObject* other) const
 {
     if (other == this)
         return true;
-    if (!other || !other->isKindOfClass(classObject))
-        return false;
-    const auto& dictionary = static_cast<const ZEFArchiveDictionary&>(*other);
-    return dictionary.count() == count()
+    const auto* dictionary = zef::downcast<ZEFArchiveDictionary>(other);
+    return dictionary && dictionary->count() == count()
         && std::all_of(_entries.begin(), _entries.end(), [&](const Entry& entry) {
-               const auto* value = dictionary.valueForKey(entry.first);
+               const auto* value = dictionary->valueForKey(entry.first);
                return value && *value == entry.second;
            });
 }

@@ -82,10 +82,9 @@ bool ZEFFileItem::isEqual(const ZEFObject* other) const
 {
     if (other == this)
         return true;
-    if (!other || !other->isKindOfClass(objectClass()))
-        return ZEFObject::isEqual(other);
-    const auto& item = static_cast<const ZEFFileItem&>(*other);
-    return item._iNode == _iNode && item._deviceNumber == _deviceNumber;
+    const auto* item = zef::downcast<ZEFFileItem>(other);
+    return item && item->_iNode == _iNode && item->_deviceNumber == _deviceNumber
+        && item->isKindOfClass(objectClass());
 }
 
 zef::Ref<ZEFObject> ZEFFileItem::copy()

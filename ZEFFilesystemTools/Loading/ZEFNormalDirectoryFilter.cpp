@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Loading/ZEFNormalDirectoryFilter.h"
 
-#include "ZEFFilesystemTools/Loading/ZEFAsBasicInfo.h"
+#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 
 const zef::Class ZEFNormalDirectoryFilter::classObject{ "ZEFNormalDirectoryFilter",
     &ZEFDirectoryFilter::classObject };
@@ -14,12 +14,12 @@ zef::Ref<ZEFNormalDirectoryFilter> ZEFNormalDirectoryFilter::filter()
 // In this order: finding out what is invisible costs much, and most items are no folders.
 bool ZEFNormalDirectoryFilter::shouldIncludeFile(ZEFFileItem* file) const
 {
-    auto* basicInfo = ZEFAsBasicInfo(file);
+    auto* basicInfo = zef::downcast<ZEFBasicInfoFileItem>(file);
     return basicInfo && basicInfo->isDirectory() && !basicInfo->isInvisible();
 }
 
 zef::Ref<ZEFFileItem> ZEFNormalDirectoryFilter::trueDirectoryObjectForFile(ZEFFileItem* file) const
 {
-    auto* basicInfo = ZEFAsBasicInfo(file);
+    auto* basicInfo = zef::downcast<ZEFBasicInfoFileItem>(file);
     return basicInfo ? basicInfo->resolvedFile() : nullptr;
 }

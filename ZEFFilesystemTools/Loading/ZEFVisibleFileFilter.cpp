@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Loading/ZEFVisibleFileFilter.h"
 
-#include "ZEFFilesystemTools/Loading/ZEFAsBasicInfo.h"
+#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 
 const zef::Class ZEFVisibleFileFilter::classObject{ "ZEFVisibleFileFilter",
     &ZEFFileFilter::classObject };
@@ -13,6 +13,6 @@ zef::Ref<ZEFVisibleFileFilter> ZEFVisibleFileFilter::filter()
 
 bool ZEFVisibleFileFilter::shouldIncludeFile(ZEFFileItem* file) const
 {
-    auto* basicInfo = ZEFAsBasicInfo(file);
+    auto* basicInfo = zef::downcast<ZEFBasicInfoFileItem>(file);
     return !basicInfo || !basicInfo->isInvisible();
 }

@@ -69,7 +69,7 @@ protected:
     static zef::Ref<ZEFBasicInfoFileItem> info(const zef::FileURL& url)
     {
         const auto item = ZEFBasicInfoFileItem::classObject.newFileItemForURL(url);
-        return zef::Ref<ZEFBasicInfoFileItem>(static_cast<ZEFBasicInfoFileItem*>(item.get()));
+        return zef::Ref(zef::downcast<ZEFBasicInfoFileItem>(item.get()));
     }
 
     static void happened(ZEFBasicInfoFileItem& item, ZEFFileEvent event)

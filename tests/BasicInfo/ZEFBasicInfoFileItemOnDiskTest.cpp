@@ -17,7 +17,7 @@ protected:
     static zef::Ref<ZEFBasicInfoFileItem> info(const zef::FileURL& url)
     {
         const auto item = ZEFBasicInfoFileItem::classObject.newFileItemForURL(url);
-        return zef::Ref<ZEFBasicInfoFileItem>(static_cast<ZEFBasicInfoFileItem*>(item.get()));
+        return zef::Ref(zef::downcast<ZEFBasicInfoFileItem>(item.get()));
     }
 
     zef::Ref<ZEFBasicInfoFileItem> info(std::string_view name) { return info(folder.url(name)); }

@@ -94,8 +94,8 @@ void checkSubscription(ZEFFileManager& manager, const std::string& folder)
     expect(subscription, "the folder can be subscribed to");
     expect(subscription->files()->count() == 1, "the folder has one file");
     zef::Ref<ZEFFileItem> first = subscription->files()->objectAtIndex(0);
-    auto* own = dynamic_cast<HostItem*>(first.get());
-    expect(own && first->isKindOfClass(HostItem::classObject), "items are of the host's class");
+    auto* own = zef::downcast<HostItem>(first.get());
+    expect(own, "items are of the host's class");
 
     write(folder + "/second");
     expect(!std::rename((folder + "/first").c_str(), (folder + "/third").c_str()), "renaming");
@@ -117,7 +117,8 @@ void checkCasts()
         "a number conforms to no protocol");
     zef::Ref<ZEFObject> item = ZEFFileItem::classObject.newFileItemForPath("/dev/null");
     expect(dynamic_cast<ZEFFileItem*>(item.get()), "an item that the library made is one");
-    expect(!dynamic_cast<HostItem*>(item.get()), "but none of the host's");
+    expect(zef::downcast<ZEFFileItem>(item.get()), "its class record says so too");
+    expect(!zef::downcast<HostItem>(item.get()), "it is not an item of the host's class");
 }
 
 // Thrown in the library, where the host's hook changes the array that is walked.

@@ -21,7 +21,7 @@ protected:
     static zef::Ref<ZEFBasicInfoFileItem> infoAt(const zef::FileURL& where)
     {
         const auto item = ZEFBasicInfoFileItem::classObject.newFileItemForURL(where);
-        return zef::Ref<ZEFBasicInfoFileItem>(static_cast<ZEFBasicInfoFileItem*>(item.get()));
+        return zef::Ref(zef::downcast<ZEFBasicInfoFileItem>(item.get()));
     }
 
     /// An instance without a reference, which the registry doesn't know.

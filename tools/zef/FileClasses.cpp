@@ -26,8 +26,7 @@ const ZEFFileItemClass* FileClasses::named(std::string_view name)
 
 ZEFBasicInfoFileItem* FileClasses::basicInfoItem(ZEFFileItem& item)
 {
-    const bool hasBasicInfo = item.isKindOfClass(ZEFBasicInfoFileItem::classObject);
-    return hasBasicInfo ? static_cast<ZEFBasicInfoFileItem*>(&item) : nullptr;
+    return zef::downcast<ZEFBasicInfoFileItem>(&item);
 }
 
 } // namespace tool

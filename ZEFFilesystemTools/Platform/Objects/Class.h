@@ -3,18 +3,19 @@
 
 #include "ZEFFilesystemTools/Platform/Objects/Export.h"
 
-/// What stands for the system: URLs, references, the run loop, timers, queues and the like.
+// In namespace zef lies what stands between the file items and the system: URLs, references to
+// files, the run loop, timers, queues and the like.
 namespace zef {
 
-/// What a class knows of itself when it is used as a value: its name and its superclass.
+/// A class as a value: its name and its superclass.
 ///
-/// One constant record stands for each class and lives as long as the process; two records are the
-/// same class exactly when they are the same object. Any thread.
+/// Each class has one constant record, which lives as long as the process; two records stand for
+/// the same class exactly if they are the same object. Any thread.
 struct ZEF_EXPORT Class {
     const char* name;
     const Class* superclass;
 
-    /// Whether this class is `other` or inherits from it.
+    /// Returns true if this class is `other` or inherits from it.
     constexpr bool isSubclassOf(const Class& other) const noexcept
     {
         for (const auto* candidate = this; candidate; candidate = candidate->superclass) {

@@ -7,7 +7,7 @@ const Class Number::classObject{ "Number", &ZEFObject::classObject };
 
 bool Number::isEqual(const ZEFObject* other) const
 {
-    const auto* number = dynamic_cast<const Number*>(other);
+    const auto* number = downcast<Number>(other);
     return number && number->_value == _value;
 }
 

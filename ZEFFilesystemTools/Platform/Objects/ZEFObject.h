@@ -5,8 +5,10 @@
 #include "ZEFFilesystemTools/Platform/Objects/Ref.h"
 
 #include <atomic>
+#include <concepts>
 #include <cstdint>
 #include <string>
+#include <type_traits>
 
 /// The root of the library's objects: a reference count, equality, a hash and a description.
 ///
@@ -66,10 +68,20 @@ private:
 
 namespace zef {
 
-/// `object` as the protocol `Protocol`, or null when it doesn't conform to it or is nil.
+/// `object` as the protocol `Protocol`; null if it doesn't conform to it or is null.
 template <typename Protocol> Protocol* protocolCast(ZEFObject* object)
 {
     return dynamic_cast<Protocol*>(object);
+}
+
+/// `object`, borrowed as before, as a `T`; null if it is not an instance of `T` or of a subclass,
+/// or is null. `T` needs a `classObject` of its own: a borrowed superclass's would match too much.
+template <typename T, std::derived_from<ZEFObject> Object> auto* downcast(Object* object)
+{
+    static_assert(&T::classObject != &ZEFObject::classObject, "T has no class object");
+    using Result = std::conditional_t<std::is_const_v<Object>, const T, T>;
+    const bool isInstance = object && object->isKindOfClass(T::classObject);
+    return isInstance ? static_cast<Result*>(object) : nullptr;
 }
 
 } // namespace zef

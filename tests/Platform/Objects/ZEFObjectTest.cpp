@@ -179,4 +179,31 @@ TEST(ZEFObjectTest, ProtocolCastAnswersForConformingObjectsOnly)
     EXPECT_EQ(zef::protocolCast<Protocol>(nullptr), nullptr);
 }
 
+TEST(ZEFObjectTest, DowncastAnswersForInstancesOfTheClassAndOfItsSubclasses)
+{
+    const Ref<ZEFObject> derived = makeRef<DerivedObject>();
+    const Ref<ZEFObject> counted = makeRef<CountedObject>();
+
+    EXPECT_EQ(zef::downcast<DerivedObject>(derived.get()), derived.get());
+    EXPECT_EQ(zef::downcast<CountedObject>(derived.get()), derived.get());
+    EXPECT_EQ(zef::downcast<DerivedObject>(counted.get()), nullptr);
+}
+
+TEST(ZEFObjectTest, DowncastOfNullIsNull)
+{
+    EXPECT_EQ(zef::downcast<CountedObject>(Ref<ZEFObject>().get()), nullptr);
+}
+
+TEST(ZEFObjectTest, DowncastKeepsConst)
+{
+    const Ref<ZEFObject> object = makeRef<CountedObject>();
+    const ZEFObject* borrowed = object.get();
+
+    const auto* counted = zef::downcast<CountedObject>(borrowed);
+
+    static_assert(std::is_same_v<decltype(counted), const CountedObject*>);
+    static_assert(!std::is_assignable_v<CountedObject*&, decltype(counted)>);
+    EXPECT_EQ(counted, borrowed);
+}
+
 } // namespace
