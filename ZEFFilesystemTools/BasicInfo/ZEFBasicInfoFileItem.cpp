@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 
-#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoAsking.h"
+#include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
 #include "ZEFFilesystemTools/Platform/Text/LocalizedString.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
 namespace {
+
+using Answers = ZEFBasicInfoAnswers;
+using Details = ZEFBasicInfoAnswers::Details;
+
+constexpr std::uint8_t folderFlags = Answers::directory | Answers::package;
 
 zef::FileURL folderURL(std::string_view path)
 {
@@ -39,11 +44,6 @@ std::string shown(const zef::FileURL& url)
 
 } // namespace
 
-struct ZEF_INTERNAL ZEFBasicInfoFileItem::FolderKind {
-    bool isDirectory = false;
-    bool isPackage = false;
-};
-
 const ZEFFileItemClass ZEFBasicInfoFileItem::classObject("ZEFBasicInfoFileItem",
     &ZEFFileItem::classObject, ZEFFileItemClass::initializer<ZEFBasicInfoFileItem>,
     ZEFBasicInfoFileItem::itemForArchiveDictionary);
@@ -56,9 +56,15 @@ ZEFBasicInfoFileItem::ZEFBasicInfoFileItem(const zef::FileURL& url, const zef::F
 
 ZEFBasicInfoFileItem::~ZEFBasicInfoFileItem() = default;
 
+template <typename Make> bool ZEFBasicInfoFileItem::decide(Answers::Flag flag, Make&& make)
+{
+    return *_answers.ask(std::uint8_t{ flag },
+        [&] { return static_cast<std::uint8_t>(std::forward<Make>(make)() ? flag : 0); });
+}
+
 std::optional<std::string> ZEFBasicInfoFileItem::fileName()
 {
-    return Asking(*this).know(&ZEFBasicInfoDetails::fileName, [&] { return makeFileName(); });
+    return _answers.ask(&Details::fileName, [&] { return makeFileName(); });
 }
 
 std::optional<std::string> ZEFBasicInfoFileItem::makeFileName()
@@ -71,7 +77,7 @@ std::optional<std::string> ZEFBasicInfoFileItem::makeFileName()
 
 std::optional<std::string> ZEFBasicInfoFileItem::displayName()
 {
-    return Asking(*this).know(&ZEFBasicInfoDetails::displayName, [&] { return makeDisplayName(); });
+    return _answers.ask(&Details::displayName, [&] { return makeDisplayName(); });
 }
 
 std::optional<std::string> ZEFBasicInfoFileItem::makeDisplayName()
@@ -94,8 +100,7 @@ std::optional<std::string> ZEFBasicInfoFileItem::makeDisplayName()
 
 std::string ZEFBasicInfoFileItem::uti()
 {
-    return *Asking(*this).know(
-        &ZEFBasicInfoDetails::uti, [&] { return std::optional(makeType()); });
+    return *_answers.ask(&Details::uti, [&] { return makeType(); });
 }
 
 std::string ZEFBasicInfoFileItem::makeType()
@@ -114,8 +119,7 @@ std::string ZEFBasicInfoFileItem::makeType()
 
 std::string ZEFBasicInfoFileItem::resolvedUTI()
 {
-    return *Asking(*this).know(
-        &ZEFBasicInfoDetails::resolvedUTI, [&] { return std::optional(makeResolvedType()); });
+    return *_answers.ask(&Details::resolvedUTI, [&] { return makeResolvedType(); });
 }
 
 std::string ZEFBasicInfoFileItem::makeResolvedType()
@@ -133,15 +137,15 @@ std::string ZEFBasicInfoFileItem::makeResolvedType()
 
 bool ZEFBasicInfoFileItem::isAlias()
 {
-    return Asking(*this).decide(&ZEFBasicInfoFileItem::_isAlias,
-        [&] { return mayBeAlias() && conforms(uti(), zef::type::aliasFile); });
+    return decide(
+        Answers::alias, [&] { return mayBeAlias() && conforms(uti(), zef::type::aliasFile); });
 }
 
 // Every file of a walk may be asked whether it is an alias: no type is made for that and kept where
 // the answer is clear.
 bool ZEFBasicInfoFileItem::mayBeAlias()
 {
-    if (Asking(*this).find([&] { return _details && _details->uti; }))
+    if (_answers.isTypeKnown())
         return true;
     zef::FSRef ref;
     return !ZEF_copyReference(ref)
@@ -155,63 +159,46 @@ bool ZEFBasicInfoFileItem::isRealFile()
 
 bool ZEFBasicInfoFileItem::isDirectory()
 {
-    return folderKind().isDirectory;
+    return folderKind() & Answers::directory;
 }
 
 bool ZEFBasicInfoFileItem::isPackage()
 {
-    return folderKind().isPackage;
+    return folderKind() & Answers::package;
 }
 
-ZEFBasicInfoFileItem::FolderKind ZEFBasicInfoFileItem::folderKind()
+std::uint8_t ZEFBasicInfoFileItem::folderKind()
 {
-    Asking asking(*this);
-    FolderKind kind;
-    const bool isKnown = asking.find([&] {
-        kind = { _isDirectory.isYes(), _isPackage.isYes() };
-        return _isDirectory.isKnown() && _isPackage.isKnown();
-    });
-    if (isKnown)
-        return kind;
-    kind = makeFolderKind();
-    asking.keep([&] {
-        _isDirectory.set(kind.isDirectory);
-        _isPackage.set(kind.isPackage);
-    });
-    return kind;
+    return *_answers.ask(folderFlags, [&] { return makeFolderKind(); });
 }
 
-// A package is never reported as a directory.
-ZEFBasicInfoFileItem::FolderKind ZEFBasicInfoFileItem::makeFolderKind()
+std::uint8_t ZEFBasicInfoFileItem::makeFolderKind()
 {
     if (!isBasicDirectory() && (isRealFile() || !conforms(resolvedUTI(), zef::type::folder)))
-        return {};
+        return 0;
     const bool isPackage = conforms(isBasicDirectory() ? uti() : resolvedUTI(), zef::type::package);
-    return { !isPackage, isPackage };
+    return isPackage ? Answers::package : Answers::directory;
 }
 
 bool ZEFBasicInfoFileItem::isApplication()
 {
-    return Asking(*this).decide(&ZEFBasicInfoFileItem::_isApplication,
-        [&] { return conforms(resolvedUTI(), zef::type::application); });
+    return decide(
+        Answers::application, [&] { return conforms(resolvedUTI(), zef::type::application); });
 }
 
 bool ZEFBasicInfoFileItem::isRootDirectory()
 {
-    return Asking(*this).decide(&ZEFBasicInfoFileItem::_isRootDirectory,
-        [&] { return url() == SharedURLs::shared().root; });
+    return decide(Answers::rootDirectory, [&] { return url() == SharedURLs::shared().root; });
 }
 
 bool ZEFBasicInfoFileItem::isVolumesDirectory()
 {
-    return Asking(*this).decide(&ZEFBasicInfoFileItem::_isVolumesDirectory,
-        [&] { return url() == SharedURLs::shared().volumes; });
+    return decide(Answers::volumesDirectory, [&] { return url() == SharedURLs::shared().volumes; });
 }
 
 bool ZEFBasicInfoFileItem::isInvisible()
 {
-    return Asking(*this).decide(
-        &ZEFBasicInfoFileItem::_isInvisible, [&] { return makeInvisibility(); });
+    return decide(Answers::invisible, [&] { return makeInvisibility(); });
 }
 
 // A file that can't be asked about is visible when it has a reference, and invisible without one.

@@ -1,10 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
-
-#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoDetails.h"
 #include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
 
 const char* const ZEFArchiveIsAliasKey = "ZEFArchiveIsAliasKey";
+
+namespace {
+
+using Answers = ZEFBasicInfoAnswers;
+
+// What follows from the type of a folder.
+constexpr std::uint8_t kindFlags = Answers::application | Answers::directory | Answers::package;
+
+} // namespace
 
 void ZEFBasicInfoFileItem::updateForEvent(const ZEFChangeRecord* record)
 {
@@ -29,27 +36,26 @@ void ZEFBasicInfoFileItem::updateForEvent(const ZEFChangeRecord* record)
 // is an alias, and what the target was found to be, stays until `resetAliasStatus`.
 void ZEFBasicInfoFileItem::forget(bool withNamesAndTypes)
 {
-    zef::Ref<ZEFFileItem> file; // let go of with nothing locked: its death may call out
-    std::lock_guard lock(_answersLock);
-    ++_generation;
-    if (_details) {
-        file = std::move(_details->resolvedFile);
-        _details->isOwnTarget = false;
-        _details->resolvedPath.reset();
-        _details->resolvedURL.reset();
-    }
-    if (_details && withNamesAndTypes) {
-        _details->displayName.reset();
-        _details->fileName.reset();
-        _details->uti.reset();
-        _details->resolvedUTI.reset();
-    }
-    if (isBasicDirectory()) {
-        _isApplication.forget();
-        _isDirectory.forget();
-        _isPackage.forget();
-    }
-    _isInvisible.forget();
+    // Let go of with nothing locked: its death may call out.
+    std::optional<zef::Ref<ZEFFileItem>> file;
+    const std::uint8_t flags = Answers::invisible | (isBasicDirectory() ? kindFlags : 0);
+    _answers.forget(flags, [&](Answers::Details& details) {
+        file.swap(details.resolvedFile);
+        details.resolvedPath.reset();
+        details.resolvedURL.reset();
+        if (!withNamesAndTypes)
+            return;
+        details.displayName.reset();
+        details.fileName.reset();
+        details.uti.reset();
+        details.resolvedUTI.reset();
+    });
+}
+
+bool ZEFBasicInfoFileItem::resetAliasStatus()
+{
+    _answers.forget(kindFlags, [](Answers::Details& details) { details.target.reset(); });
+    return true;
 }
 
 void ZEFBasicInfoFileItem::loadDataIntoArchive(ZEFArchiveDictionary* dictionary)
@@ -71,16 +77,18 @@ zef::Ref<ZEFFileItem> ZEFBasicInfoFileItem::itemForArchiveDictionary(
 
 std::string ZEFBasicInfoFileItem::description() const
 {
-    const auto number = [](const ZEFTriState& value) { return std::to_string(value.rawValue()); };
-    auto text = ZEFFileItem::description();
-    std::lock_guard lock(_answersLock);
-    const auto* known = _details.get();
-    const auto place = known ? known->resolvedURL.value_or(nullptr) : zef::FileURL();
-    text += ", resolved url: " + (place ? place.absoluteString() : "(null)")
-        + ", resolvedIsDirectory: " + number(_resolvedIsDirectory)
-        + ", isDirectory: " + number(_isDirectory) + ", isPackage: " + number(_isPackage)
-        + ", isApplication: " + number(_isApplication) + ", isInvisible: " + number(_isInvisible)
+    const auto number = [&](Answers::Flag flag) {
+        const auto known = _answers.known(std::uint8_t{ flag });
+        return std::to_string(known ? *known / flag : -1);
+    };
+    const auto target = _answers.known(&Answers::Details::target);
+    const auto place = _answers.known(&Answers::Details::resolvedURL).value_or(nullptr);
+    return ZEFFileItem::description()
+        + ", resolved url: " + (place ? place.absoluteString() : "(null)")
+        + ", resolvedIsDirectory: " + std::to_string(target ? target->isFolder : -1)
+        + ", isDirectory: " + number(Answers::directory) + ", isPackage: "
+        + number(Answers::package) + ", isApplication: " + number(Answers::application)
+        + ", isInvisible: " + number(Answers::invisible)
         + ", isSymlink: " + std::to_string(isSymlink())
-        + ", UTI: " + (known ? known->uti.value_or("(null)") : "(null)");
-    return text;
+        + ", UTI: " + _answers.known(&Answers::Details::uti).value_or("(null)");
 }

@@ -3,44 +3,34 @@
 
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoAsking.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
+#include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
+
+namespace {
+
+using Target = ZEFBasicInfoAnswers::Target;
+using Details = ZEFBasicInfoAnswers::Details;
+
+} // namespace
 
 std::optional<zef::FSRef> ZEFBasicInfoFileItem::resolvedFSRef()
 {
-    const auto resolution = target();
-    return resolution ? std::optional(resolution->ref) : std::nullopt;
+    const auto found = target();
+    return found ? std::optional(found->ref) : std::nullopt;
 }
 
 // The call that finds the target unusable still hands out the reference; later ones yield none.
-std::optional<ZEFBasicInfoFileItem::Resolution> ZEFBasicInfoFileItem::target()
+std::optional<Target> ZEFBasicInfoFileItem::target()
 {
-    Asking asking(*this);
-    std::optional<Resolution> known;
-    const bool isKnown = asking.find([&] {
-        if (_resolvedFSRefIsValid.isYes())
-            known = Resolution{ .ref = asking.details().resolvedFSRef,
-                .url = asking.details().targetURL };
-        return _resolvedFSRefIsValid.isKnown();
-    });
-    if (isKnown)
-        return known;
-    const auto resolution = resolveTarget();
-    asking.keep([&] {
-        asking.details().resolvedFSRef = resolution.ref;
-        asking.details().targetURL = resolution.url;
-        _resolvedFSRefIsValid.set(resolution.isUsable);
-        _resolvedIsDirectory.set(resolution.targetIsFolder);
-        if (resolution.isUsable)
-            _isAlias.set(resolution.wasAliased);
-    });
-    return resolution;
+    auto found = _answers.ask(&Details::target, [&] { return findTarget(); });
+    return found->isUsable || found->isNew ? found : std::nullopt;
 }
 
-ZEFBasicInfoFileItem::Resolution ZEFBasicInfoFileItem::resolveTarget() const
+Target ZEFBasicInfoFileItem::findTarget() const
 {
     auto& information = zef::FileInformation::shared();
-    Resolution result;
+    Target result;
     result.url = url();
-    result.targetIsFolder = isBasicDirectory();
+    result.isFolder = isBasicDirectory();
     bool isDangling = false;
     if (isSymlink()) {
         const auto target = information.copyTargetOfURL(url());
@@ -61,34 +51,34 @@ ZEFBasicInfoFileItem::Resolution ZEFBasicInfoFileItem::resolveTarget() const
     return { .ref = target->ref,
         .url = target->url,
         .isUsable = true,
-        .targetIsFolder = target->isFolder,
+        .isFolder = target->isFolder,
         .wasAliased = target->wasAliased };
 }
 
 zef::FileURL ZEFBasicInfoFileItem::resolvedURL()
 {
-    const auto place = Asking(*this).know(&ZEFBasicInfoDetails::resolvedURL, [&] {
+    const auto place = _answers.ask(&Details::resolvedURL, [&] {
         if (!isValid())
             return std::optional<zef::FileURL>();
-        const auto target = findTarget();
-        return std::optional(target ? target : url());
+        const auto found = findTargetURL();
+        return std::optional(found ? found : url());
     });
     return place.value_or(nullptr);
 }
 
-zef::FileURL ZEFBasicInfoFileItem::findTarget()
+zef::FileURL ZEFBasicInfoFileItem::findTargetURL()
 {
-    const auto resolution = target();
-    if (!resolution)
+    const auto found = target();
+    if (!found)
         return nullptr;
     // What was found in this moment need not be looked for again.
-    return resolution->isUsable ? resolution->url
-                                : zef::Locator::shared().locate(resolution->ref, resolution->url);
+    return found->isUsable && found->isNew ? found->url
+                                           : zef::Locator::shared().locate(found->ref, found->url);
 }
 
 std::optional<std::string> ZEFBasicInfoFileItem::resolvedPath()
 {
-    return Asking(*this).know(&ZEFBasicInfoDetails::resolvedPath, [&] {
+    return _answers.ask(&Details::resolvedPath, [&] {
         const auto place = resolvedURL();
         return place ? std::optional(place.path()) : std::nullopt;
     });
@@ -96,32 +86,15 @@ std::optional<std::string> ZEFBasicInfoFileItem::resolvedPath()
 
 zef::Ref<ZEFFileItem> ZEFBasicInfoFileItem::resolvedFile()
 {
-    Asking asking(*this);
-    zef::Ref<ZEFFileItem> file;
-    const bool isKnown = asking.find([&] {
-        file = asking.details().isOwnTarget ? this : asking.details().resolvedFile;
-        return static_cast<bool>(file);
+    const auto file = _answers.ask(&Details::resolvedFile, [&] {
+        if (isRealFile())
+            return std::optional(zef::Ref<ZEFFileItem>());
+        auto found = objectClass().newFileItemForURL(resolvedURL());
+        if (!found)
+            return std::optional<zef::Ref<ZEFFileItem>>();
+        return std::optional(found == this ? nullptr : std::move(found));
     });
-    if (isKnown)
-        return file;
-    file = isRealFile() ? this : objectClass().newFileItemForURL(resolvedURL());
-    asking.keep([&] {
-        // An item that owned itself would never die.
-        asking.details().isOwnTarget = file.get() == this;
-        if (file.get() != this)
-            asking.details().resolvedFile = file;
-    });
-    return file;
-}
-
-bool ZEFBasicInfoFileItem::resetAliasStatus()
-{
-    std::lock_guard lock(_answersLock);
-    ++_generation;
-    _isDirectory.forget();
-    _isPackage.forget();
-    _isApplication.forget();
-    _resolvedFSRefIsValid.forget();
-    _resolvedIsDirectory.forget();
-    return true;
+    if (!file)
+        return nullptr;
+    return *file ? *file : this;
 }

@@ -38,7 +38,7 @@ public:
     /// The same for one kind of value; also null when another kind is under `key`.
     const std::string* stringForKey(std::string_view key) const;
     const Bytes* dataForKey(std::string_view key) const;
-    /// NO also when no boolean is under `key`.
+    /// False also if no boolean is under `key`.
     bool booleanForKey(std::string_view key) const;
 
     /// Puts `value` in the place of the one under `key`, if there is one.
@@ -61,8 +61,8 @@ public:
         }
     }
 
-    /// Whether `other` is an archive dictionary with equal values under the same keys, whatever
-    /// their order.
+    /// Returns true if `other` is an archive dictionary with equal values under the same keys, in
+    /// whatever order.
     bool isEqual(const ZEFObject* other) const override;
     std::size_t hash() const override;
     /// Data is shown by its length.

@@ -23,7 +23,7 @@ public:
     /// The file concerned, borrowed from the record.
     ZEFFileItem* file() const { return _file.get(); }
 
-    /// The number object for `ZEFFileEventKey`, the item for `ZEFFileKey`, nil for any other key.
+    /// The number object for `ZEFFileEventKey`, the item for `ZEFFileKey`, null for any other key.
     const ZEFObject* objectForKey(std::string_view key) const;
 
     /// The number of entries: 2.

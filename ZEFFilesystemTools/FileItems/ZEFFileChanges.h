@@ -5,9 +5,9 @@
 
 /// What an observer learns when it asks about a file.
 ///
-/// All NO: the observer was told before that the file is lost. `exists` alone: unchanged. `exists`
-/// and `modified`: changed. `exists` and `pathChanged`: moved or renamed. `pathChanged` alone:
-/// lost.
+/// All false: the observer has learnt before that the file is lost. `exists` alone: unchanged.
+/// `exists` and `modified`: changed. `exists` and `pathChanged`: moved or renamed. `pathChanged`
+/// alone: lost.
 struct ZEF_EXPORT ZEFFileChanges {
     /// The file is still there, at its old place or another.
     bool exists = false;

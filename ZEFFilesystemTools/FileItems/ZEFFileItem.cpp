@@ -61,10 +61,6 @@ void ZEFFileItem::dealloc() noexcept
     if (auto* container = ZEF_container())
         container->removeDying(this);
     giveUpReference();
-    while (auto* record = _pathInfo.next) {
-        _pathInfo.next = record->next;
-        delete record;
-    }
     ZEFObject::dealloc();
 }
 

@@ -5,7 +5,6 @@
 #include "ZEFFilesystemTools/Platform/Objects/Array.h"
 #include "ZEFFilesystemTools/Platform/Objects/Class.h"
 #include "ZEFFilesystemTools/Platform/Objects/Ref.h"
-#include "ZEFFilesystemTools/Platform/Objects/ValueArray.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
 #include <cstddef>
@@ -23,14 +22,14 @@ class ZEFFileItem;
 /// ZEFFileItemClass::initializer<MyItem>);`. Any thread.
 class ZEF_EXPORT ZEFFileItemClass : public zef::Class {
 public:
-    /// Makes an instance, or yields nil. Called by the factory alone, on the asking thread, with
+    /// Makes an instance, or yields null. Called by the factory alone, on the asking thread, with
     /// the registry locked: it must not ask a factory for items.
     using Initializer = zef::Ref<ZEFFileItem> (*)(const zef::FileURL& url, const zef::FSRef* fsRef,
         const zef::FileURL& pathRep, const zef::Stat* statInfo);
 
     /// Finds the file of an archive, for a class whose items keep keys of their own there. The item
     /// comes from the factory of `receiver`, the class that was asked: the reader's own or a
-    /// subclass. May yield nil.
+    /// subclass. May yield null.
     using ArchiveReader = zef::Ref<ZEFFileItem> (*)(
         const ZEFFileItemClass& receiver, const ZEFArchiveDictionary& dictionary);
 
@@ -51,22 +50,22 @@ public:
     }
 
     /// The item of the file at `url`, links not followed: the one that exists already, of whatever
-    /// class, or a new one of this class. Nil when there is no such file or `url` is nil. `ref`
+    /// class, or a new one of this class. Null if there is no such file or `url` is null. `ref`
     /// (borrowed, may be null) is taken for the reference of a new item.
     zef::Ref<ZEFFileItem> newFileItemForURLFsRef(
         const zef::FileURL& url, const zef::FSRef* ref) const;
     zef::Ref<ZEFFileItem> newFileItemForURL(const zef::FileURL& url) const;
 
-    /// The item of the file at `path`; its URL ends in a slash even where that is no folder. Nil
-    /// for nil, for an empty path and when there is no such file.
+    /// The item of the file at `path`; its URL ends in a slash even if that is not a folder.
+    /// Null for null, for an empty path and if there is no such file.
     zef::Ref<ZEFFileItem> newFileItemForPath(std::string_view path) const;
     zef::Ref<ZEFFileItem> newFileItemForPath(std::nullptr_t) const;
 
-    /// The item of the file that `ref` refers to; nil when that is gone or can't be found.
+    /// The item of the file that `ref` refers to; null if that is gone or can't be found.
     zef::Ref<ZEFFileItem> newFileItemForFSRef(const zef::FSRef* ref) const;
 
     /// The item of the file that `dictionary`, made by `archiveDictionary` in this run of the
-    /// program or an earlier one, leads to. Nil for nil, and when neither its data nor its path
+    /// program or an earlier one, leads to. Null for null, and if neither its data nor its path
     /// leads to a file or the data are empty.
     zef::Ref<ZEFFileItem> newFileItemForArchiveDictionary(
         const ZEFArchiveDictionary* dictionary) const;
@@ -75,22 +74,18 @@ public:
     zef::Ref<ZEFFileItem> readArchive(
         const ZEFFileItemClass& receiver, const ZEFArchiveDictionary& dictionary) const;
 
-    // Whole arrays. Nil for nil; otherwise what the elements yield, in order, without those that
-    // yield nothing. `zef::MutationError` when the array is changed meanwhile.
+    // Whole arrays. Null for null; otherwise what the elements yield, in order, without those that
+    // yield nothing. `zef::MutationError` if the array is changed meanwhile.
     zef::Ref<zef::Array<ZEFArchiveDictionary>> archiveDictionariesForFileItems(
         const zef::Array<ZEFFileItem>* items) const;
     zef::Ref<zef::Array<ZEFFileItem>> fileItemsForArchiveDictionaries(
         const zef::Array<ZEFArchiveDictionary>* dictionaries) const;
     /// As last seen, without a look at the disk.
-    zef::Ref<zef::ValueArray<zef::FileURL>> urlsForFileItems(
-        const zef::Array<ZEFFileItem>* items) const;
-    zef::Ref<zef::Array<ZEFFileItem>> fileItemsForURLs(
-        const zef::ValueArray<zef::FileURL>* urls) const;
+    zef::Ref<zef::Array<zef::FileURL>> urlsForFileItems(const zef::Array<ZEFFileItem>* items) const;
+    zef::Ref<zef::Array<ZEFFileItem>> fileItemsForURLs(const zef::Array<zef::FileURL>* urls) const;
     /// As last seen, without a look at the disk.
-    zef::Ref<zef::ValueArray<std::string>> pathsForFileItems(
-        const zef::Array<ZEFFileItem>* items) const;
-    zef::Ref<zef::Array<ZEFFileItem>> fileItemsForPaths(
-        const zef::ValueArray<std::string>* paths) const;
+    zef::Ref<zef::Array<std::string>> pathsForFileItems(const zef::Array<ZEFFileItem>* items) const;
+    zef::Ref<zef::Array<ZEFFileItem>> fileItemsForPaths(const zef::Array<std::string>* paths) const;
 
     /// For listings, which have looked at the file already: the item of the file at `url` that
     /// `stat` describes, without a further look at the disk. It takes nothing that would find the

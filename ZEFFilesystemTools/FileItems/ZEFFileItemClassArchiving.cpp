@@ -74,35 +74,34 @@ zef::Ref<zef::Array<ZEFFileItem>> ZEFFileItemClass::fileItemsForArchiveDictionar
         });
 }
 
-zef::Ref<zef::ValueArray<zef::FileURL>> ZEFFileItemClass::urlsForFileItems(
+zef::Ref<zef::Array<zef::FileURL>> ZEFFileItemClass::urlsForFileItems(
     const zef::Array<ZEFFileItem>* items) const
 {
-    return converted<zef::ValueArray<zef::FileURL>>(
-        items, [](const ZEFFileItem* item, auto& output) {
-            if (auto url = item->url())
-                output.addValue(std::move(url));
-        });
+    return converted<zef::Array<zef::FileURL>>(items, [](const ZEFFileItem* item, auto& output) {
+        if (auto url = item->url())
+            output.addObject(std::move(url));
+    });
 }
 
 zef::Ref<zef::Array<ZEFFileItem>> ZEFFileItemClass::fileItemsForURLs(
-    const zef::ValueArray<zef::FileURL>* urls) const
+    const zef::Array<zef::FileURL>* urls) const
 {
     return converted<zef::Array<ZEFFileItem>>(urls, [this](const zef::FileURL& url, auto& output) {
         addIfAny(output, newFileItemForURL(url));
     });
 }
 
-zef::Ref<zef::ValueArray<std::string>> ZEFFileItemClass::pathsForFileItems(
+zef::Ref<zef::Array<std::string>> ZEFFileItemClass::pathsForFileItems(
     const zef::Array<ZEFFileItem>* items) const
 {
-    return converted<zef::ValueArray<std::string>>(items, [](ZEFFileItem* item, auto& output) {
+    return converted<zef::Array<std::string>>(items, [](ZEFFileItem* item, auto& output) {
         if (const auto* path = item->path())
-            output.addValue(*path);
+            output.addObject(*path);
     });
 }
 
 zef::Ref<zef::Array<ZEFFileItem>> ZEFFileItemClass::fileItemsForPaths(
-    const zef::ValueArray<std::string>* paths) const
+    const zef::Array<std::string>* paths) const
 {
     return converted<zef::Array<ZEFFileItem>>(paths, [this](const std::string& path, auto& output) {
         addIfAny(output, newFileItemForPath(path));

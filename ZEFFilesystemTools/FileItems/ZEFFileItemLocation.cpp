@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
-
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
@@ -56,13 +55,10 @@ std::optional<zef::Date> ZEFFileItem::currentModificationDate()
 {
     if (!isValid())
         return std::nullopt;
-    zef::PathBytes path;
     zef::Stat stat;
     if (!_pathInfo.path)
         zef::log("Error, tried to statmoddate a null value");
-    else if (_pathInfo.path.fileSystemRepresentation(path)
-        && zef::FileSystem::shared().statLink(path.text(), stat) == 0
-        && ZEF_isSameObject(stat, _pathInfo.path) && !_pathInfo.hasTimeStampsOf(stat)) {
+    else if (isSeenAt(_pathInfo.path, nullptr, stat) && !_pathInfo.hasTimeStampsOf(stat)) {
         _pathInfo.setTimeStamps(stat);
         _modDate = _pathInfo.modificationTime;
     }
@@ -72,17 +68,21 @@ std::optional<zef::Date> ZEFFileItem::currentModificationDate()
 
 void ZEFFileItem::ZEF_seenAtURL(const zef::FileURL& url)
 {
-    if (isValid() && !isAtURL(_pathURL) && isAtURL(url))
+    zef::Stat stat;
+    if (isValid() && !isSeenAt(_pathURL, nullptr, stat) && isSeenAt(url, nullptr, stat))
         setLocation(url);
 }
 
-bool ZEFFileItem::isAtURL(const zef::FileURL& url) const
+bool ZEFFileItem::isSeenAt(
+    const zef::FileURL& url, const zef::PinnedFolder* folder, zef::Stat& stat) const
 {
     zef::PathBytes path;
-    zef::Stat stat;
-    return url.fileSystemRepresentation(path)
-        && zef::FileSystem::shared().statLink(path.text(), stat) == 0
-        && ZEF_isSameObject(stat, url);
+    if (!url.fileSystemRepresentation(path))
+        return false;
+    auto& files = zef::FileSystem::shared();
+    const int error = folder ? files.statEntry(*folder, path.text(), stat)
+                             : files.statLink(path.text(), stat);
+    return !error && ZEF_isSameObject(stat, url);
 }
 
 bool ZEFFileItem::ZEF_isSameObject(const zef::Stat& stat, const zef::FileURL& where) const
@@ -168,7 +168,7 @@ void ZEFFileItem::setLocation(const zef::FileURL& url)
         _pathURL = url;
     }
     _path.reset();
-    // Left nil: whoever needs it makes it anew from the URL.
+    // Left null: whoever needs it makes it anew from the URL.
     _pathInfo.path = nullptr;
 }
 

@@ -1,11 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
-
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
+#include "ZEFFilesystemTools/Platform/Time/TimeStamp.h"
 
 #include <cassert>
 #include <cmath>
+
+bool ZEFFileInfoList::hasTimeStampsOf(const zef::Stat& stat) const
+{
+    return zef::secondsOfTimeStamp(stat.modificationTime) == modificationTime
+        && zef::secondsOfTimeStamp(stat.statusChangeTime) == statusChangeTime;
+}
+
+void ZEFFileInfoList::setTimeStamps(const zef::Stat& stat)
+{
+    modificationTime = zef::secondsOfTimeStamp(stat.modificationTime);
+    statusChangeTime = zef::secondsOfTimeStamp(stat.statusChangeTime);
+}
 
 bool ZEFFileItem::registerFileObserver(const ZEFObject* observer)
 {
@@ -18,24 +30,28 @@ bool ZEFFileItem::registerFileObserver(const ZEFObject* observer)
 bool ZEFFileItem::removeFileObserver(const ZEFObject* observer)
 {
     assert(observer != this);
-    for (auto* record = &_pathInfo; record->next; record = record->next) {
-        if (record->next->observer != observer)
-            continue;
-        auto* removed = record->next;
-        record->next = removed->next;
-        delete removed;
-        return true;
-    }
-    return false;
+    auto* link = &_pathInfo.next;
+    while (*link && (*link)->observer != observer)
+        link = &(*link)->next;
+    if (!*link)
+        return false;
+    *link = std::move((*link)->next);
+    return true;
 }
 
 ZEFFileChanges ZEFFileItem::changesForObserver(const ZEFObject* observer)
+{
+    return ZEF_changesForObserver(observer, nullptr);
+}
+
+ZEFFileChanges ZEFFileItem::ZEF_changesForObserver(
+    const ZEFObject* observer, const zef::PinnedFolder* folder)
 {
     ZEFFileChanges changes;
     auto* record = askableRecord(observer);
     if (!record)
         return changes;
-    look(*record, changes);
+    look(*record, changes, folder);
     if (changes.pathChanged)
         followMove(*record, changes);
     else if (changes.modified)
@@ -47,7 +63,7 @@ ZEFFileChanges ZEFFileItem::ZEF_modificationForObserver(const ZEFObject* observe
 {
     ZEFFileChanges changes;
     if (auto* record = askableRecord(observer))
-        look(*record, changes);
+        look(*record, changes, nullptr);
     if (changes.modified)
         _modDate = std::numeric_limits<double>::quiet_NaN();
     return changes;
@@ -86,7 +102,7 @@ ZEFFileInfoList* ZEFFileItem::recordForObserver(const ZEFObject* observer)
 {
     auto* record = &_pathInfo;
     while (record && record->observer != observer)
-        record = record->next;
+        record = record->next.get();
     return record;
 }
 
@@ -97,16 +113,20 @@ ZEFFileInfoList* ZEFFileItem::appendRecord(const ZEFObject* observer)
     makeOwnPath();
     auto* last = &_pathInfo;
     while (last->next)
-        last = last->next;
-    auto* record = new ZEFFileInfoList(_pathInfo);
+        last = last->next.get();
+    last->next = std::make_unique<ZEFFileInfoList>();
+    auto* record = last->next.get();
     record->observer = observer;
+    record->path = _pathInfo.path;
+    record->modificationTime = _pathInfo.modificationTime;
+    record->statusChangeTime = _pathInfo.statusChangeTime;
+    record->lastEventTime = _pathInfo.lastEventTime;
     record->valid = isValid();
-    record->next = nullptr;
-    return last->next = record;
+    return record;
 }
 
 // The record of an observer, new for a new one, after the kernel queue was asked; null when there
-// is nothing more to tell it.
+// is nothing more to report to it.
 ZEFFileInfoList* ZEFFileItem::askableRecord(const ZEFObject* observer)
 {
     auto* record = recordForObserver(observer);
@@ -122,13 +142,11 @@ ZEFFileInfoList* ZEFFileItem::askableRecord(const ZEFObject* observer)
     return nullptr;
 }
 
-void ZEFFileItem::look(ZEFFileInfoList& record, ZEFFileChanges& changes)
+void ZEFFileItem::look(
+    ZEFFileInfoList& record, ZEFFileChanges& changes, const zef::PinnedFolder* folder)
 {
-    zef::PathBytes path;
     zef::Stat stat;
-    const bool isThere = record.path.fileSystemRepresentation(path)
-        && zef::FileSystem::shared().statLink(path.text(), stat) == 0
-        && ZEF_isSameObject(stat, record.path);
+    const bool isThere = isSeenAt(record.path, folder, stat);
     const double eventTime = usingKQueue() ? _pathInfo.lastEventTime : 0;
     if (!isThere) {
         changes.pathChanged = true;

@@ -14,14 +14,14 @@ class ZEFFileTable;
 /// `filesLock` guards it and serialises the factory.
 class ZEFFileRegistry {
 public:
-    /// The table of `device`; null when there is none yet. Call with the lock held.
+    /// The table of `device`; null if there is none yet. Call with the lock held.
     static ZEFFileTable* table(std::uint32_t device);
 
     /// Makes a new, empty table the one of `device` and forgets the one before. Call with the lock
     /// held.
     static ZEFFileTable& replaceTable(std::uint32_t device);
 
-    /// The registered item with these numbers, as it stands and unverified; nil when there is none.
+    /// The registered item with these numbers, as it stands and unverified; null if there is none.
     /// Call without the lock.
     static zef::Ref<ZEFFileItem> item(std::uint32_t device, std::uint64_t inode);
 
@@ -30,8 +30,8 @@ public:
     /// Puts `mutex` (borrowed) in the lock's place, for tests; null gives the real one back.
     static void replaceFilesLock(zef::Mutex* mutex);
 
-    /// Holds the lock as long as it lives, and tells by the log when that fails.
-    class Guard {
+    /// Holds the lock as long as it lives; logs it if that fails.
+    class [[nodiscard]] Guard {
     public:
         Guard();
         ~Guard();

@@ -19,11 +19,11 @@ class ZEFFileTable {
 public:
     explicit ZEFFileTable(std::size_t capacity);
 
-    /// The item under `key`, retained; nil when there is none. An item whose last reference is
+    /// The item under `key`, retained; null if there is none. An item whose last reference is
     /// just going is taken out and forgets its table, so that it can't remove a successor.
     zef::Ref<ZEFFileItem> retainedItem(std::uint64_t key);
 
-    /// Enters `item` (borrowed) under `key`, in place of any other, and tells it its table.
+    /// Enters `item` (borrowed) under `key`, in place of any other, and sets its table.
     void insert(std::uint64_t key, ZEFFileItem* item);
 
     /// Takes out whatever is entered under `key`.
@@ -53,8 +53,8 @@ private:
     std::size_t mask() const { return _tags.size() - 1; }
 
     mutable std::mutex _mutex;
-    /// One byte a slot tells most slots that don't match from the one that does, without a look
-    /// into the items' memory.
+    /// One byte a slot rules out most slots that don't match, without a look into the items'
+    /// memory.
     std::vector<std::uint8_t> _tags;
     std::vector<ZEFFileItem*> _items;
     std::size_t _count = 0;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/FileItems/ZEFFileItemHash.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 #include "ZEFFilesystemTools/Platform/Objects/Array.h"
 #include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
@@ -26,8 +26,8 @@ public:
 
 private:
     // The list is given up before the table: members go the other way round.
-    std::unordered_map<zef::Ref<ZEFFileItem>, zef::Ref<ZEFDirectorySubscription>, ZEFFileItemHash,
-        ZEFFileItemEqual>
+    std::unordered_map<zef::Ref<ZEFFileItem>, zef::Ref<ZEFDirectorySubscription>, zef::ObjectHash,
+        zef::ObjectEqual>
         _directoriesDict;
     zef::Ref<zef::Array<ZEFDirectorySubscription>> _directories;
 };

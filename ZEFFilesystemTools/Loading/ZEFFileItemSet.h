@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/FileItems/ZEFFileItemHash.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
 #include <unordered_set>
 
@@ -18,5 +18,5 @@ public:
     bool contains(const zef::Ref<ZEFFileItem>& item) const { return _items.contains(item); }
 
 private:
-    std::unordered_set<zef::Ref<ZEFFileItem>, ZEFFileItemHash, ZEFFileItemEqual> _items;
+    std::unordered_set<zef::Ref<ZEFFileItem>, zef::ObjectHash, zef::ObjectEqual> _items;
 };

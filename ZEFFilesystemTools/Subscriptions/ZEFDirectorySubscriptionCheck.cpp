@@ -75,7 +75,6 @@ private:
     void addAndTell(ZEFFileEvent event, ZEFFileItem& item)
     {
         const auto* record = add(event, item);
-        const zef::PinnedFolder::Pause pause;
         _hookException.guard([&] { item.eventOccurred(record); });
     }
 
@@ -129,18 +128,18 @@ private:
     {
         const auto& items = _knownFiles.all();
         zef::FSRef reference;
-        std::optional<zef::PinnedFolder> view;
+        std::optional<zef::PinnedFolder> folder;
         if (items.count() >= manyItems && _directory.ZEF_copyReference(reference))
-            view.emplace(reference, _directory.url());
+            folder.emplace(reference, _directory.url());
         for (std::size_t index = 0; index < items.endIndex(); ++index) {
             if (const zef::Ref<ZEFFileItem> item = items.objectAtIndex(index))
-                lookAtItem(*item);
+                lookAtItem(*item, folder ? &*folder : nullptr);
         }
     }
 
-    void lookAtItem(ZEFFileItem& item)
+    void lookAtItem(ZEFFileItem& item, const zef::PinnedFolder* folder)
     {
-        const auto flags = item.changesForObserver(&_subscription);
+        const auto flags = item.ZEF_changesForObserver(&_subscription, folder);
         if (flags.pathChanged) {
             reportPathChange(item, flags.exists);
             return;

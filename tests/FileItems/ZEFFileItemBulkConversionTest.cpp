@@ -16,8 +16,8 @@ namespace {
 
 using Items = zef::Array<ZEFFileItem>;
 using Dictionaries = zef::Array<ZEFArchiveDictionary>;
-using URLs = zef::ValueArray<zef::FileURL>;
-using Paths = zef::ValueArray<std::string>;
+using URLs = zef::Array<zef::FileURL>;
+using Paths = zef::Array<std::string>;
 
 // Does what a test says while it is archived.
 class MeddlingItem final : public ZEFFileItem {
@@ -113,15 +113,15 @@ TEST_F(ZEFFileItemBulkConversionTest, TellsURLsAsLastSeen)
     const auto urls = fileClass.urlsForFileItems(items.get());
 
     ASSERT_EQ(urls->count(), 2u);
-    EXPECT_EQ(urls->valueAtIndex(0), url("/one"));
-    EXPECT_EQ(urls->valueAtIndex(1), url("/two"));
+    EXPECT_EQ(urls->objectAtIndex(0), url("/one"));
+    EXPECT_EQ(urls->objectAtIndex(1), url("/two"));
 }
 
 TEST_F(ZEFFileItemBulkConversionTest, MakesItemsOfURLs)
 {
     auto urls = zef::makeRef<URLs>();
     for (const auto& each : { url("/two"), url("/missing"), zef::FileURL(), url("/one") })
-        urls->addValue(each);
+        urls->addObject(each);
     const auto made = fileClass.fileItemsForURLs(urls.get());
 
     ASSERT_EQ(made->count(), 2u);
@@ -135,8 +135,8 @@ TEST_F(ZEFFileItemBulkConversionTest, TellsPathsAsLastSeen)
     const auto paths = fileClass.pathsForFileItems(items.get());
 
     ASSERT_EQ(paths->count(), 2u);
-    EXPECT_EQ(paths->valueAtIndex(0), "/one");
-    EXPECT_EQ(paths->valueAtIndex(1), "/two");
+    EXPECT_EQ(paths->objectAtIndex(0), "/one");
+    EXPECT_EQ(paths->objectAtIndex(1), "/two");
 }
 
 TEST_F(ZEFFileItemBulkConversionTest, MakesItemsOfPathsInTheClassThatIsAsked)
@@ -144,7 +144,7 @@ TEST_F(ZEFFileItemBulkConversionTest, MakesItemsOfPathsInTheClassThatIsAsked)
     files.addFile("/new");
     auto paths = zef::makeRef<Paths>();
     for (const auto* path : { "/new", "/missing", "" })
-        paths->addValue(path);
+        paths->addObject(path);
     const auto made = NotedItem::classObject.fileItemsForPaths(paths.get());
 
     ASSERT_EQ(made->count(), 1u);

@@ -69,7 +69,7 @@ std::string folderOf(const std::string& path)
 FileError AliasRecorder::make(const FSRef& ref, const FileURL& url)
 {
     ObjectPlace place;
-    if (const auto error = place.find(ref, url); error != FileError::none)
+    if (const auto error = place.findOrRecall(ref, url); error != FileError::none)
         return error;
     _device = place.stat().device;
     _record.inode = place.stat().inode;
@@ -82,7 +82,7 @@ FileError AliasRecorder::make(const FSRef& ref, const FileURL& url)
         return error;
     takeIdentity(ref, path.c_str());
     // Only now, so that all of this was of one object.
-    return place.find(ref, FileURL::fromPath(path, URLKind::file));
+    return place.findOrRecall(ref, FileURL::fromPath(path, URLKind::file));
 }
 
 void AliasRecorder::takeIdentity(const FSRef& ref, const char* path)

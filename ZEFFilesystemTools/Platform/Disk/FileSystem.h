@@ -7,6 +7,8 @@
 
 namespace zef {
 
+class PinnedFolder;
+
 /// The questions about one path that the library asks the system. Any thread; keeps nothing open.
 class FileSystem : public SharedService<FileSystem> {
 public:
@@ -18,7 +20,13 @@ public:
     /// Returns 0 or an errno value, and then leaves `stat` as it was.
     virtual int statLink(const char* path, Stat& stat) = 0;
 
-    /// Whether `path` leads to something, links followed (access(2), F_OK).
+    /// The same, by way of `folder` if `path` is that of one of its entries.
+    [[nodiscard]] virtual int statEntry(const PinnedFolder&, const char* path, Stat& stat)
+    {
+        return statLink(path, stat);
+    }
+
+    /// Returns true if `path` leads to something, links followed (access(2), F_OK).
     virtual bool exists(const char* path) = 0;
 
     /// The handle of the object at `path`, links not followed; one that is not known where the file

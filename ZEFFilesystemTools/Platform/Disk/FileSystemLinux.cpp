@@ -17,10 +17,13 @@ public:
     // An empty path would mean the current folder.
     int statLink(const char* path, Stat& stat) override
     {
-        int folder = AT_FDCWD;
-        const char* name = path;
-        PinnedFolder::find(path, folder, name);
-        return *path ? statAt(folder, name, stat) : ENOENT;
+        return *path ? statAt(AT_FDCWD, path, stat) : ENOENT;
+    }
+
+    int statEntry(const PinnedFolder& folder, const char* path, Stat& stat) override
+    {
+        const auto entry = folder.entry(path);
+        return entry ? statAt(entry->folder, entry->name, stat) : statLink(path, stat);
     }
 
     bool exists(const char* path) override { return ::access(path, F_OK) == 0; }

@@ -5,16 +5,10 @@
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 
 #include <cstring>
-#include <utility>
 
 #include <fcntl.h>
 
 namespace zef {
-namespace {
-
-thread_local PinnedFolder* innermostView = nullptr;
-
-} // namespace
 
 PinnedFolder::PinnedFolder(const FSRef& ref, const FileURL& url)
 {
@@ -24,7 +18,6 @@ PinnedFolder::PinnedFolder(const FSRef& ref, const FileURL& url)
     _path = path.view();
     if (!_path.ends_with('/'))
         _path += '/';
-    _outer = std::exchange(innermostView, this);
 }
 
 bool PinnedFolder::open(const FSRef& ref, const char* path)
@@ -42,33 +35,17 @@ bool PinnedFolder::open(const FSRef& ref, const char* path)
 
 PinnedFolder::~PinnedFolder()
 {
-    if (_folder < 0)
-        return;
-    innermostView = _outer;
     DescriptorReserve::shared().close(_folder);
 }
 
-PinnedFolder::Pause::Pause()
-    : _paused(std::exchange(innermostView, nullptr))
+std::optional<PinnedFolder::Entry> PinnedFolder::entry(const char* path) const
 {
-}
-
-PinnedFolder::Pause::~Pause()
-{
-    innermostView = _paused;
-}
-
-bool PinnedFolder::find(const char* path, int& folder, const char*& name)
-{
-    const auto* view = innermostView;
-    if (!view || std::strncmp(path, view->_path.data(), view->_path.size()) != 0)
-        return false;
-    const char* entry = path + view->_path.size();
-    if (!*entry || std::strchr(entry, '/'))
-        return false;
-    folder = view->_folder;
-    name = entry;
-    return true;
+    if (_folder < 0 || std::strncmp(path, _path.data(), _path.size()) != 0)
+        return std::nullopt;
+    const char* name = path + _path.size();
+    if (!*name || std::strchr(name, '/'))
+        return std::nullopt;
+    return Entry{ _folder, name };
 }
 
 } // namespace zef

@@ -12,7 +12,13 @@
 namespace zef {
 namespace {
 
-// The last object that this thread has found.
+// The last object that this thread found. This is the library's only ambient state. It can't be
+// passed: a listing's look reaches the question that it spares through a host's filter, and the
+// questions that a host asks about one file one after the other share no object that may grow.
+//
+// It serves only `findOrRecall` and `isJustFound`, repeats only what a successful look said of this
+// very reference at this very URL, and only for a RecentLook's lifetime. A caller that needs to
+// know what is on disk now calls `find`.
 struct LastFound {
     RecentLook look;
     FSRef ref;
@@ -38,16 +44,20 @@ FileError ObjectPlace::find(const FSRef& ref, const FileURL& lastKnown)
 {
     if (ref.isEmpty())
         return FileError::badReference;
-    if (lastFound().serves(ref, lastKnown) && lastKnown.fileSystemRepresentation(_path)) {
-        _url = lastKnown;
-        _stat = lastFound().stat;
-        return FileError::none;
-    }
     const auto result = lastKnown ? lookFor(ref, lastKnown) : FileError::notFound;
     if (result == FileError::none)
         return result;
     const auto place = Locator::shared().locate(ref, lastKnown);
     return place ? lookFor(ref, place) : result;
+}
+
+FileError ObjectPlace::findOrRecall(const FSRef& ref, const FileURL& lastKnown)
+{
+    if (!isJustFound(ref, lastKnown) || !lastKnown.fileSystemRepresentation(_path))
+        return find(ref, lastKnown);
+    _url = lastKnown;
+    _stat = lastFound().stat;
+    return FileError::none;
 }
 
 FileError ObjectPlace::lookFor(const FSRef& ref, const FileURL& url)

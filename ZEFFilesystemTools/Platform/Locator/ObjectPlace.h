@@ -7,30 +7,30 @@
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 #include "ZEFFilesystemTools/Platform/Paths/PathBytes.h"
 
-#include <cstdint>
-
 namespace zef {
 
 /// Where an object is, and what it is there. One thread.
 class ObjectPlace {
 public:
-    /// Finds the object that `ref` refers to, at `lastKnown` (may be nil) or wherever it was moved,
-    /// with one look at the disk where it was not moved, and none where this thread found it a
-    /// moment ago. A number of `FileError`: -43 when it is gone.
+    /// Finds the object that `ref` refers to, at `lastKnown` (may be null) or wherever it was
+    /// moved, with one look at the disk if it was not moved. `notFound` if it is gone.
     FileError find(const FSRef& ref, const FileURL& lastKnown);
 
-    /// For a listing that has just looked at the object: this thread's next question about it needs
-    /// no look of its own.
-    static void noteFound(const FSRef& ref, const FileURL& url, const Stat& stat);
+    /// The same without a look if this thread found the object at `lastKnown` less than 50 µs ago
+    /// (see `RecentLook`). For answers that may be that old.
+    FileError findOrRecall(const FSRef& ref, const FileURL& lastKnown);
 
-    /// Whether `find` would need no look to find the object at `lastKnown`.
+    /// Returns true if `findOrRecall` would need no look.
     static bool isJustFound(const FSRef& ref, const FileURL& lastKnown);
 
-    /// Looks at what is at `url`, the link itself where it is one. A number of `FileError`: -43
-    /// when there is nothing.
+    /// For a listing, which has just looked at the object: this thread's next question about it,
+    /// perhaps from a host's filter, needs no look of its own.
+    static void noteFound(const FSRef& ref, const FileURL& url, const Stat& stat);
+
+    /// Looks at what is at `url`, the link itself where it is one. `notFound` if there is nothing.
     FileError lookAt(const FileURL& url);
 
-    /// As it was spelled; all three mean something only after a success.
+    /// As it was spelled. All three are meaningful only after a success.
     const FileURL& url() const { return _url; }
     const char* path() const { return _path.text(); }
     const Stat& stat() const { return _stat; }

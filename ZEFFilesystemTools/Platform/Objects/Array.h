@@ -7,14 +7,24 @@
 #include <algorithm>
 #include <cassert>
 #include <cstddef>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace zef {
 
-/// A mutable array that owns its elements; itself counted, so that several parties can hold the
-/// same array. One thread at a time; whoever shares it guards it.
+/// A mutable array of objects, which it owns, or of plain values such as strings and URLs.
+///
+/// It is counted itself, so that several parties can hold the same array. One thread at a time;
+/// whoever shares it guards it.
 template <typename T> class ZEF_EXPORT Array final : public ZEFObject {
+    static constexpr bool holdsObjects = std::is_base_of_v<ZEFObject, T>;
+
 public:
+    using Element = std::conditional_t<holdsObjects, Ref<T>, T>;
+    /// An element that the array goes on owning; a value is borrowed until the next change.
+    using Borrowed = std::conditional_t<holdsObjects, T*, const T&>;
+
     Array() = default;
 
     explicit Array(std::size_t capacity) { _elements.reserve(capacity); }
@@ -22,20 +32,20 @@ public:
     std::size_t count() const { return _elements.size(); }
     bool isEmpty() const { return _elements.empty(); }
 
-    /// The element at `index`, borrowed. `index` must be less than `count`.
-    T* objectAtIndex(std::size_t index) const
+    /// `index` must be less than `count`.
+    Borrowed objectAtIndex(std::size_t index) const
     {
         assert(index < _elements.size());
-        return _elements[index].get();
+        return borrowed(_elements[index]);
     }
 
-    void addObject(Ref<T> object)
+    void addObject(Element object)
     {
         ++_mutations;
         _elements.push_back(std::move(object));
     }
 
-    /// The position of this very object; `count` when it is not there.
+    /// The position of this very object; `count` if it is not there.
     std::size_t indexOfIdentical(const T* object) const
     {
         auto found = std::find(_elements.begin(), _elements.end(), object);
@@ -56,7 +66,7 @@ public:
     void removeAllObjects() { takeAllObjects(); }
 
     /// Empties the array and hands its elements to the caller.
-    std::vector<Ref<T>> takeAllObjects()
+    std::vector<Element> takeAllObjects()
     {
         ++_mutations;
         return std::exchange(_elements, {});
@@ -68,8 +78,8 @@ public:
     {
         const auto mutations = _mutations;
         for (std::size_t index = 0; index < _elements.size(); ++index) {
-            Ref<T> element = _elements[index];
-            visit(element.get());
+            const Element element = _elements[index];
+            visit(borrowed(element));
             if (mutations != _mutations)
                 throw MutationError();
         }
@@ -79,7 +89,15 @@ public:
     auto end() const { return _elements.end(); }
 
 private:
-    std::vector<Ref<T>> _elements;
+    static Borrowed borrowed(const Element& element)
+    {
+        if constexpr (holdsObjects)
+            return element.get();
+        else
+            return element;
+    }
+
+    std::vector<Element> _elements;
     std::size_t _mutations = 0;
 };
 

@@ -5,9 +5,9 @@
 
 namespace zef {
 
-/// Gives one more reference to `object` away for good, so that it outlives its owner on purpose;
-/// `why` says to the reader of the call what relies on it. The leak checker is told, so that every
-/// other leak stays an error. Nil does nothing. Any thread.
+/// Leaks one reference to `object` on purpose, so that it outlives its owner; `why` documents who
+/// relies on that. LeakSanitizer learns of it, so that every other leak stays an error. Null does
+/// nothing. Any thread.
 void letOutlive(const ZEFObject* object, const char* why);
 
 } // namespace zef

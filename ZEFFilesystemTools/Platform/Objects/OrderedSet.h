@@ -19,10 +19,10 @@ public:
     explicit OrderedSet(std::size_t capacity) { rebuildSlots(capacity); }
 
     std::size_t count() const { return _count; }
-    /// NO for nil.
+    /// False for null.
     bool contains(const T* object) const { return indexOf(object) != endIndex(); }
 
-    /// NO when it was there already.
+    /// Returns false if it was there already.
     bool insert(T* object)
     {
         auto slot = slotOf(object);
@@ -38,7 +38,7 @@ public:
         return true;
     }
 
-    /// Takes the object out; NO when it was not there.
+    /// Takes the object out; returns false if it was not there.
     bool remove(const T* object)
     {
         const auto index = indexOf(object);
@@ -50,21 +50,21 @@ public:
         return true;
     }
 
-    /// One more than the greatest index in use; entries below it may be nil.
+    /// One more than the greatest index in use; entries below it may be null.
     std::size_t endIndex() const { return _entries.size(); }
 
-    /// The index of `object`; `endIndex` when it is not in the set.
+    /// The index of `object`; `endIndex` if it is not in the set.
     std::size_t indexOf(const T* object) const
     {
         const auto index = object ? _slots[slotOf(object)] : emptySlot;
         return index == emptySlot ? endIndex() : index;
     }
 
-    /// The element at `index`, or nil where it was removed.
+    /// The element at `index`, or null where it was removed.
     T* objectAtIndex(std::size_t index) const { return _entries[index].get(); }
 
-    /// Closes the gaps that removals left, when they are many; YES when indexes changed. Not during
-    /// a walk.
+    /// Closes the gaps that removals left, if they are many; returns true if indexes changed. Not
+    /// during a walk.
     bool compact()
     {
         if (_count >= _entries.size() / 2)

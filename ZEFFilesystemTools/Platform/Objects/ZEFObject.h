@@ -27,19 +27,19 @@ public:
     /// Gives up one reference; the last one sends `dealloc` on the calling thread.
     void release() const noexcept;
 
-    /// Retains the object unless its last reference is gone already; NO then. For tables that hold
-    /// objects weakly and keep their memory from being freed meanwhile.
-    bool retainIfAlive() const noexcept;
+    /// Retains the object; returns false, and does nothing, if its last reference is gone already.
+    /// For tables that hold objects weakly and keep their memory from being freed meanwhile.
+    [[nodiscard]] bool retainIfAlive() const noexcept;
 
     /// The number of references now; 4294967295 for an object that can't be freed.
     std::uint32_t retainCount() const noexcept;
 
     /// The class that this object was made as.
     virtual const zef::Class& objectClass() const;
-    /// Whether the object's class is this one or inherits from it.
+    /// Returns true if the object's class is this one or inherits from it.
     bool isKindOfClass(const zef::Class&) const;
 
-    /// Equality of what the objects stand for; identity unless a class says more. NO for nil.
+    /// Equality of what the objects stand for; identity unless a class says more. False for null.
     virtual bool isEqual(const ZEFObject* other) const;
 
     /// Equal for equal objects.
@@ -48,7 +48,7 @@ public:
     /// One line for people: "<ClassName: 0xADDRESS>", and more where a class says so.
     virtual std::string description() const;
 
-    /// The object itself where a class says so; nil otherwise.
+    /// The object itself where a class says so; null otherwise.
     virtual zef::Ref<ZEFObject> copy();
 
 protected:
@@ -69,7 +69,7 @@ private:
 namespace zef {
 
 /// `object` as the protocol `Protocol`; null if it doesn't conform to it or is null.
-template <typename Protocol> Protocol* protocolCast(ZEFObject* object)
+template <typename Protocol> [[nodiscard]] Protocol* protocolCast(ZEFObject* object)
 {
     return dynamic_cast<Protocol*>(object);
 }
@@ -83,5 +83,20 @@ template <typename T, std::derived_from<ZEFObject> Object> auto* downcast(Object
     const bool isInstance = object && object->isKindOfClass(T::classObject);
     return isInstance ? static_cast<Result*>(object) : nullptr;
 }
+
+/// For standard containers: keys are the same if the objects that they refer to are equal.
+struct ObjectHash {
+    template <typename T> std::size_t operator()(const Ref<T>& object) const
+    {
+        return object->hash();
+    }
+};
+
+struct ObjectEqual {
+    template <typename T> bool operator()(const Ref<T>& left, const Ref<T>& right) const
+    {
+        return left->isEqual(right.get());
+    }
+};
 
 } // namespace zef

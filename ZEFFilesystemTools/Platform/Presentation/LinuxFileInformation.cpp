@@ -99,7 +99,7 @@ bool LinuxFileInformation::mayBeAliasFile(const Object& object)
 Expected<std::string> LinuxFileInformation::copyTypeOfEntry(const Object& object)
 {
     ObjectPlace place;
-    const auto error = place.find(object.ref, object.url);
+    const auto error = place.findOrRecall(object.ref, object.url);
     if (error != FileError::none)
         return error;
     if (mayBeEntry(object, place.url().name()))
@@ -112,7 +112,7 @@ Expected<bool> LinuxFileInformation::copyInvisibility(const Object& object)
     if (ObjectPlace::isJustFound(object.ref, object.url))
         return _hiddenLists.hides(object.url);
     ObjectPlace place;
-    const auto error = place.find(object.ref, object.url);
+    const auto error = place.findOrRecall(object.ref, object.url);
     if (error != FileError::none)
         return error;
     return _hiddenLists.hides(place.url());
@@ -132,7 +132,7 @@ std::string LinuxFileInformation::copyDisplayName(const Object& object)
     if (object.url && !mayBeEntry(object, object.url.name()))
         return displayNameOfBytes(nameAt(object.url));
     ObjectPlace place;
-    if (place.find(object.ref, object.url) != FileError::none)
+    if (place.findOrRecall(object.ref, object.url) != FileError::none)
         return {};
     return nameToShow(nameAt(place.url()), place.path(), place.stat());
 }
@@ -161,7 +161,7 @@ Expected<FileInformation::Target> LinuxFileInformation::resolveAliasFile(
     const FSRef& ref, const FileURL& url)
 {
     ObjectPlace place;
-    auto error = place.find(ref, url);
+    auto error = place.findOrRecall(ref, url);
     if (error != FileError::none)
         return error;
     LinkFollower follower(_entries, _automountPoints, LinkFollower::Follows::linksAndAliasFiles);

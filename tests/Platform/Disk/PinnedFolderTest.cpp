@@ -10,7 +10,6 @@
 #include <cerrno>
 #include <optional>
 #include <string>
-#include <thread>
 
 namespace {
 
@@ -26,94 +25,73 @@ protected:
     zef::FSRef ref(const std::string& name)
     {
         zef::Stat stat;
-        EXPECT_EQ(look(name, stat), 0);
+        EXPECT_EQ(zef::FileSystem::system().statLink(folder.path(name).c_str(), stat), 0);
         return zef::FSRef(stat);
     }
 
-    int look(const std::string& name, zef::Stat& stat)
-    {
-        return zef::FileSystem::system().statLink(folder.path(name).c_str(), stat);
-    }
+    void pin() { pinned.emplace(ref("inner"), folder.folderUrl("inner")); }
 
+    /// By way of the pinned folder.
     int look(const std::string& name)
     {
         zef::Stat stat;
-        return look(name, stat);
+        return zef::FileSystem::system().statEntry(*pinned, folder.path(name).c_str(), stat);
     }
 
-    void makeView() { view.emplace(ref("inner"), folder.folderUrl("inner")); }
-
     TemporaryFolder folder;
-    std::optional<zef::PinnedFolder> view;
+    std::optional<zef::PinnedFolder> pinned;
 };
 
 TEST_F(PinnedFolderTest, LooksAtEntriesAsTheyAre)
 {
-    makeView();
+    pin();
     EXPECT_EQ(look("inner/file"), 0);
 
     folder.remove("inner/file");
 
     EXPECT_EQ(look("inner/file"), ENOENT);
-    EXPECT_EQ(look("inner"), 0);
-    EXPECT_EQ(look("outside"), 0);
 }
 
-TEST_F(PinnedFolderTest, SeesTheFolderThatWasThereWhenItWasMade)
+TEST_F(PinnedFolderTest, LeavesOtherPathsToTheFileSystem)
 {
-    makeView();
+    folder.makeFolder("inner/deep");
+    folder.write("inner/deep/file");
+    pin();
+
+    EXPECT_EQ(look("inner"), 0);
+    EXPECT_EQ(look("outside"), 0);
+    EXPECT_EQ(look("inner/deep/file"), 0);
+    EXPECT_EQ(look("missing"), ENOENT);
+}
+
+TEST_F(PinnedFolderTest, FindsEntriesAfterTheFolderWasRenamed)
+{
+    pin();
     folder.rename("inner", "renamed");
 
     EXPECT_EQ(look("inner/file"), 0);
     EXPECT_EQ(look("inner"), ENOENT);
-    view.reset();
-    EXPECT_EQ(look("inner/file"), ENOENT);
 }
 
-TEST_F(PinnedFolderTest, DoesNotServeWhilePaused)
+TEST_F(PinnedFolderTest, ServesNoLookThatItIsNotPassedTo)
 {
-    makeView();
+    pin();
     folder.rename("inner", "renamed");
-    {
-        const zef::PinnedFolder::Pause pause;
-        EXPECT_EQ(look("inner/file"), ENOENT);
-    }
+    zef::Stat stat;
 
-    EXPECT_EQ(look("inner/file"), 0);
+    EXPECT_EQ(zef::FileSystem::system().statLink(folder.path("inner/file").c_str(), stat), ENOENT);
 }
 
-TEST_F(PinnedFolderTest, DoesNotServeOtherThreads)
-{
-    makeView();
-    folder.rename("inner", "renamed");
-    int result = 0;
-    std::thread([&] { result = look("inner/file"); }).join();
-
-    EXPECT_EQ(result, ENOENT);
-}
-
-TEST_F(PinnedFolderTest, IsOfNothingWhenAnotherFolderIsThere)
+TEST_F(PinnedFolderTest, HasNoEntriesIfAnotherFolderIsThere)
 {
     const auto former = ref("inner");
     folder.rename("inner", "renamed");
     folder.makeFolder("inner");
-    view.emplace(former, folder.folderUrl("inner"));
+    pinned.emplace(former, folder.folderUrl("inner"));
 
+    EXPECT_FALSE(pinned->entry(folder.path("inner/file").c_str()));
     EXPECT_EQ(look("inner/file"), ENOENT);
     EXPECT_EQ(look("renamed/file"), 0);
-}
-
-TEST_F(PinnedFolderTest, GivesTheOuterOneBack)
-{
-    folder.makeFolder("other");
-    makeView();
-    folder.rename("inner", "renamed");
-    {
-        const zef::PinnedFolder inner(ref("other"), folder.folderUrl("other"));
-        EXPECT_EQ(look("inner/file"), ENOENT);
-    }
-
-    EXPECT_EQ(look("inner/file"), 0);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 namespace {
@@ -155,6 +156,41 @@ TEST_F(ArrayTest, ServesTheRangeLoop)
         seen.push_back(object.get());
 
     EXPECT_EQ(seen.size(), 3u);
+}
+
+class ArrayOfValuesTest : public testing::Test {
+protected:
+    ArrayOfValuesTest()
+    {
+        values->addObject("one");
+        values->addObject("two");
+    }
+
+    Ref<zef::Array<std::string>> values = makeRef<zef::Array<std::string>>();
+};
+
+TEST_F(ArrayOfValuesTest, AreKeptInTheOrderOfAdding)
+{
+    ASSERT_EQ(values->count(), 2u);
+    EXPECT_EQ(values->objectAtIndex(0), "one");
+    EXPECT_EQ(values->objectAtIndex(1), "two");
+}
+
+TEST_F(ArrayOfValuesTest, AreEnumeratedInOrder)
+{
+    std::string all;
+    values->enumerate([&](const std::string& value) { all += value + " "; });
+
+    EXPECT_EQ(all, "one two ");
+}
+
+TEST_F(ArrayOfValuesTest, EnumeratingThrowsAtTheFirstStepAfterAChange)
+{
+    EXPECT_THROW(values->enumerate([&](const std::string&) { values->addObject("three"); }),
+        zef::MutationError);
+    EXPECT_THROW(values->enumerate([&](const std::string&) { values->removeAllObjects(); }),
+        zef::MutationError);
+    EXPECT_TRUE(values->isEmpty());
 }
 
 } // namespace

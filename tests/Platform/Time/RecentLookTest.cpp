@@ -62,15 +62,25 @@ TEST_F(RecentLookTest, SparesASecondLookAtAnObject)
 {
     const zef::FSRef ref(files.addFile("/file"));
     zef::ObjectPlace place;
-    ASSERT_EQ(place.find(ref, url("/file")), zef::FileError::none);
+    ASSERT_EQ(place.findOrRecall(ref, url("/file")), zef::FileError::none);
     const auto count = files.statCount();
 
     zef::ObjectPlace again;
-    EXPECT_EQ(again.find(ref, url("/file")), zef::FileError::none);
+    EXPECT_EQ(again.findOrRecall(ref, url("/file")), zef::FileError::none);
     EXPECT_EQ(again.url(), url("/file"));
     EXPECT_STREQ(again.path(), "/file");
     EXPECT_EQ(again.stat().inode, ref.inode());
     EXPECT_EQ(files.statCount(), count);
+}
+
+TEST_F(RecentLookTest, SparesNoLookWhereTheDiskIsToBeAsked)
+{
+    const zef::FSRef ref(files.addFile("/file"));
+    zef::ObjectPlace place;
+    ASSERT_EQ(place.find(ref, url("/file")), zef::FileError::none);
+    files.remove("/file");
+
+    EXPECT_EQ(place.find(ref, url("/file")), zef::FileError::notFound);
 }
 
 TEST_F(RecentLookTest, LooksAgainAfterAMomentAndForAnotherObject)
@@ -78,13 +88,13 @@ TEST_F(RecentLookTest, LooksAgainAfterAMomentAndForAnotherObject)
     const zef::FSRef ref(files.addFile("/file"));
     const zef::FSRef other(files.addFile("/other"));
     zef::ObjectPlace place;
-    ASSERT_EQ(place.find(ref, url("/file")), zef::FileError::none);
+    ASSERT_EQ(place.findOrRecall(ref, url("/file")), zef::FileError::none);
 
-    EXPECT_EQ(place.find(other, url("/other")), zef::FileError::none);
+    EXPECT_EQ(place.findOrRecall(other, url("/other")), zef::FileError::none);
     EXPECT_EQ(place.stat().inode, other.inode());
     files.remove("/other");
     clock.advance(0.002);
-    EXPECT_EQ(place.find(other, url("/other")), zef::FileError::notFound);
+    EXPECT_EQ(place.findOrRecall(other, url("/other")), zef::FileError::notFound);
 }
 
 TEST_F(RecentLookTest, SparesASecondLookForTheListOfAFolder)
