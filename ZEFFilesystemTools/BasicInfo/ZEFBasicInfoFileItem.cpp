@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
 #include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
 #include "ZEFFilesystemTools/Platform/Text/LocalizedString.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
@@ -18,18 +19,13 @@ zef::FileURL folderURL(std::string_view path)
     return zef::FileURL::fromPath(path, zef::URLKind::folder);
 }
 
-// Made once; never destroyed, because late threads may still ask.
 struct SharedURLs {
     zef::FileURL root = folderURL("/");
     zef::FileURL volumes = folderURL("/Volumes/");
     zef::FileURL net = folderURL("/net/");
     zef::FileURL home = folderURL("/home/");
 
-    static const SharedURLs& shared()
-    {
-        static const auto& urls = *new SharedURLs;
-        return urls;
-    }
+    static const SharedURLs& shared() { return zef::immortal<SharedURLs>(); }
 };
 
 bool conforms(const std::string& type, std::string_view other)

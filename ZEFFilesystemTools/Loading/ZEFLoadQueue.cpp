@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Loading/ZEFLoadQueue.h"
 
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
+
 #include <mutex>
 
 namespace {
@@ -21,8 +23,7 @@ struct Holder {
 
 Holder& holder()
 {
-    static auto& holder = *new Holder; // never destroyed: late threads may still ask
-    return holder;
+    return zef::immortal<Holder>();
 }
 
 } // namespace

@@ -4,13 +4,13 @@
 #include "ZEFFilesystemTools/Platform/AliasData/AliasRecorder.h"
 #include "ZEFFilesystemTools/Platform/AliasData/AliasSearch.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileError.h"
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
 
 namespace zef {
 
 AliasData& AliasData::system()
 {
-    static auto& aliasData = *new LinuxAliasData; // never destroyed: late threads may still ask
-    return aliasData;
+    return immortal<LinuxAliasData>();
 }
 
 FileError LinuxAliasData::make(const FSRef& ref, const FileURL& url, Bytes& bytes)

@@ -2,6 +2,7 @@
 #include "ZEFFilesystemTools/Platform/Catalog/Catalog.h"
 #include "ZEFFilesystemTools/Platform/Catalog/FolderReader.h"
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
 #include "ZEFFilesystemTools/Platform/Volumes/FileSystemType.h"
 
 #include <cerrno>
@@ -174,8 +175,7 @@ Expected<Catalog::CountedFolder> Catalog::countEntriesAndKeep(
 
 Catalog& Catalog::system()
 {
-    static auto& catalog = *new LinuxCatalog; // never destroyed: late threads may still ask
-    return catalog;
+    return immortal<LinuxCatalog>();
 }
 
 } // namespace zef

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
+
 #include <cerrno>
 
 #include <fcntl.h>
@@ -40,8 +42,7 @@ int openSpare()
 
 DescriptorReserve& DescriptorReserve::shared()
 {
-    static auto& reserve = *new DescriptorReserve; // never destroyed: late threads may still ask
-    return reserve;
+    return immortal<DescriptorReserve>();
 }
 
 DescriptorReserve::DescriptorReserve()

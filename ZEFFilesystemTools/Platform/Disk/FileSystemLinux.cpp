@@ -3,6 +3,7 @@
 
 #include "ZEFFilesystemTools/Platform/Disk/PinnedFolder.h"
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
 
 #include <cerrno>
 
@@ -38,8 +39,7 @@ public:
 
 FileSystem& FileSystem::system()
 {
-    static auto& fileSystem = *new KernelFileSystem; // never destroyed: late threads may still ask
-    return fileSystem;
+    return immortal<KernelFileSystem>();
 }
 
 } // namespace zef

@@ -4,6 +4,7 @@
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
 
 #include <algorithm>
 
@@ -41,8 +42,7 @@ bool statVolume(std::string_view path, Stat& stat, std::uint64_t& mountID)
 
 Locator& Locator::system()
 {
-    static auto& locator = *new LinuxLocator; // never destroyed: late threads may still ask
-    return locator;
+    return immortal<LinuxLocator>();
 }
 
 LinuxLocator::LinuxLocator()

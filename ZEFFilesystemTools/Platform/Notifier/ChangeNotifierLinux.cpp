@@ -2,13 +2,13 @@
 #include "ZEFFilesystemTools/Platform/Notifier/ChangeNotifier.h"
 
 #include "ZEFFilesystemTools/Platform/Notifier/InotifyNotifier.h"
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
 
 namespace zef {
 
 ChangeNotifier& ChangeNotifier::system()
 {
-    static auto& notifier = *new InotifyNotifier; // never destroyed: late threads may still ask
-    return notifier;
+    return immortal<InotifyNotifier>();
 }
 
 } // namespace zef

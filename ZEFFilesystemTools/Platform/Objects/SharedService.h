@@ -9,8 +9,7 @@ namespace zef {
 
 /// Gives a platform service its one shared instance, replaceable by another in tests.
 ///
-/// `Service` defines `static Service& system()`, the real one, which is never destroyed because
-/// late threads may still ask for it.
+/// `Service` defines `static Service& system()`, which returns the `immortal` real one.
 template <typename Service> class ZEF_EXPORT SharedService {
 public:
     /// The instance that the library uses. Any thread.

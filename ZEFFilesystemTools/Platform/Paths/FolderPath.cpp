@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Paths/FolderPath.h"
 
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
+
 #include <functional>
 #include <mutex>
 #include <unordered_set>
@@ -32,11 +34,7 @@ struct FolderPath::Table {
         }
     };
 
-    static Table& shared()
-    {
-        static auto& instance = *new Table; // never destroyed: late threads may still let URLs go
-        return instance;
-    }
+    static Table& shared() { return immortal<Table>(); }
 
     std::mutex mutex;
     std::unordered_set<const FolderPath*, Hash, Equal> paths;

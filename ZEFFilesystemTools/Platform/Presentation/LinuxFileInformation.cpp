@@ -4,6 +4,7 @@
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
 #include "ZEFFilesystemTools/Platform/Presentation/DisplayName.h"
 #include "ZEFFilesystemTools/Platform/Presentation/LinkFollower.h"
 #include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
@@ -75,8 +76,7 @@ Expected<FileInformation::Target> targetAt(const ObjectPlace& place, bool wasAli
 
 FileInformation& FileInformation::system()
 {
-    static auto& information = *new LinuxFileInformation; // never destroyed, for late threads
-    return information;
+    return immortal<LinuxFileInformation>();
 }
 
 Expected<std::string> LinuxFileInformation::copyContentType(const Object& object)

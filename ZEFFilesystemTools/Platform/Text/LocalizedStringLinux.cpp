@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
 #include "ZEFFilesystemTools/Platform/Text/LocalizedString.h"
 
 #include <mutex>
@@ -16,8 +17,7 @@ struct CurrentLocalizer {
 
 CurrentLocalizer& current()
 {
-    static auto& shared = *new CurrentLocalizer; // never destroyed: late threads may still ask
-    return shared;
+    return immortal<CurrentLocalizer>();
 }
 
 } // namespace

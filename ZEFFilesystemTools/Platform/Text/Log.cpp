@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
 
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
 #include "ZEFFilesystemTools/Platform/Text/StandardError.h"
 
 #include <cerrno>
@@ -37,8 +38,7 @@ private:
 
 SinkHolder& sinkHolder()
 {
-    static auto& holder = *new SinkHolder; // never destroyed: late threads may still log
-    return holder;
+    return immortal<SinkHolder>();
 }
 
 bool isControl(unsigned char byte)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Threads/ThreadStarter.h"
 
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
+
 #include <csignal>
 #include <cstddef>
 #include <memory>
@@ -70,8 +72,7 @@ private:
 
 ThreadStarter& ThreadStarter::system()
 {
-    static auto& starter = *new KernelThreadStarter; // never destroyed: late threads may still ask
-    return starter;
+    return immortal<KernelThreadStarter>();
 }
 
 } // namespace zef

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
+
 #include <chrono>
 #include <ctime>
 #include <thread>
@@ -30,8 +32,7 @@ public:
 
 Clock& Clock::system()
 {
-    static auto& clock = *new KernelClock; // never destroyed: late threads may still ask
-    return clock;
+    return immortal<KernelClock>();
 }
 
 } // namespace zef

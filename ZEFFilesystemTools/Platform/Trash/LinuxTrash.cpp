@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
 #include "ZEFFilesystemTools/Platform/Trash/Trash.h"
+
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
 #include "ZEFFilesystemTools/Platform/Trash/TrashRequest.h"
 
 namespace zef {
@@ -29,8 +31,7 @@ private:
 
 Trash& Trash::system()
 {
-    static auto& trash = *new LinuxTrash; // never destroyed: late threads may still ask
-    return trash;
+    return immortal<LinuxTrash>();
 }
 
 } // namespace zef
