@@ -1,12 +1,23 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/Locator/HeldObject.h"
+#include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
+#include "ZEFFilesystemTools/Platform/Disk/ObjectDescriptor.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <list>
 
 namespace zef {
+
+/// An object that is held by a descriptor, and by how many.
+struct HeldObject {
+    FSRef ref;
+    Ref<ObjectDescriptor> descriptor;
+    /// The mount that it was opened through; 0 if it isn't known.
+    std::uint64_t mountID = 0;
+    std::uint32_t uses = 1;
+};
 
 /// Held objects of one kind, the most recently used one first. Not synchronised.
 class DescriptorShelf {
@@ -29,7 +40,7 @@ public:
     void markUsed(Iterator);
     HeldObject take(Iterator);
 
-    /// Each call gives another object until all have had their turn; `end` when there is none.
+    /// Each call gives another object until all have had their turn; `end` if there is none.
     Iterator nextInTurn();
 
 private:

@@ -13,13 +13,14 @@ namespace zef {
 ///
 /// One inotify instance serves the whole process (inotify(7)). Where it can't (remote and FUSE file
 /// systems, the limit on watches reached, no permission to read), a token compares time stamps
-/// instead; after lost events every token reports something, so that no change is ever missed.
-/// Close after a change of the stamps the next poll then reports once more, because a second change
-/// may have got the same ones.
+/// instead. Soon after a change of the stamps the next poll then reports once more, because a
+/// second change may have got the same ones. After lost events every token reports something, so
+/// that no change is ever missed.
 ///
-/// What happens to a folder is that entries come, go or get another name, and changes of its own
-/// attributes; what happens to or in its entries is their own. A store into memory that is mapped
-/// from a file is no event, and shows in its time stamps only when the system writes it back.
+/// A folder's own events are entries that come, go or get another name, and changes of its
+/// attributes; what happens to or in an entry is an event of that entry. A store into memory that
+/// is mapped from a file is not an event, and shows in its time stamps only when the system writes
+/// it back.
 ///
 /// Any thread; the child of a fork must not use it.
 class ChangeNotifier : public SharedService<ChangeNotifier> {
@@ -28,16 +29,16 @@ public:
 
     static ChangeNotifier& system();
 
-    /// Makes sure that there is a queue; a number of 0 or more, or -1 when there can be none.
+    /// Makes sure that there is a queue; a number of 0 or more, or -1 if there can be none.
     virtual int createQueue() = 0;
 
     /// Watches the object that `ref` refers to, last seen at `url`, or whatever is at `url` when
-    /// `ref` is empty; the token to ask with, or 0 when the object does not exist. Each token wants
-    /// one `close`, also when the object goes.
+    /// `ref` is empty; the token to ask with, or 0 if the object does not exist. Each token needs
+    /// one `close`, even if the object goes.
     virtual int open(const FSRef& ref, const FileURL& url) = 0;
 
-    /// How many events there are to report for the token: 1 when something happened since the last
-    /// call, 0 when nothing did, -1 with errno for a token that is not open. `url` is where the
+    /// How many events there are to report for the token: 1 if something happened since the last
+    /// call, 0 if nothing did, -1 with errno for a token that is not open. `url` is where the
     /// object was last seen.
     virtual int poll(int token, const FSRef& ref, const FileURL& url) = 0;
 

@@ -13,12 +13,12 @@
 
 namespace zef {
 
-/// The vnode notifier on top of inotify(7).
+/// The notifier on top of inotify(7).
 ///
 /// Opening a token costs one system call, which may put the watch on another object that has taken
-/// the path meanwhile; so the first poll, which costs two, verifies where it is. Later polls of the
-/// token cost none within a round. Any thread; the lock is never held while a remote file system
-/// answers, nor while another service is asked.
+/// the path meanwhile; so the first poll verifies where the watch is, at two calls. Later polls of
+/// the token cost none within a round. Any thread; the lock is never held while a remote file
+/// system answers, nor while another service is asked.
 class InotifyNotifier final : public ChangeNotifier {
 public:
     int createQueue() override;
@@ -32,7 +32,7 @@ public:
     /// How many watches are in use.
     std::size_t watchCount();
 
-    /// Whether the token with this number compares time stamps; NO for one that is not open.
+    /// Whether the token with this number compares time stamps; false for one that is not open.
     bool comparesStamps(int number);
 
 private:

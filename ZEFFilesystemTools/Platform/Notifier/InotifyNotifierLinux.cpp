@@ -3,11 +3,20 @@
 
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <cerrno>
 #include <memory>
 #include <utility>
+
+// A token is opened in the cheapest way that can be made right later: with a watch on the path,
+// without a look at what lies there. Its first poll verifies the watch: `place` looks whether the
+// path leads to the object and adds the watch once more. The same number means that the watch is on
+// the object. Otherwise the token moves to the new watch, looks again, because the path may have
+// gone to another object in between, and reports something, because its events until then were
+// another object's. What can't be watched compares time stamps from then on. Lost events make every
+// watch unverified again, since the ends of watches may be among them.
 
 namespace zef {
 namespace {
@@ -51,6 +60,11 @@ int notOpen()
 }
 
 } // namespace
+
+ChangeNotifier& ChangeNotifier::system()
+{
+    return immortal<InotifyNotifier>();
+}
 
 int InotifyNotifier::createQueue()
 {

@@ -31,18 +31,18 @@ public:
     InotifyQueue(const InotifyQueue&) = delete;
     InotifyQueue& operator=(const InotifyQueue&) = delete;
 
-    /// Makes the queue unless it is there; NO when the system has none to give.
+    /// Makes the queue unless it is there; false if the system has none to give.
     bool open();
 
-    /// Watches the object at `path`, links not followed. The number of its watch, which is the old
-    /// one if the object is watched already; -1 when it can't be watched.
-    int add(const char* path, bool isFolder);
+    /// Watches the object at `path`, links not followed. Returns the number of its watch, which is
+    /// the old one if the object is watched already; -1 if it can't be watched.
+    [[nodiscard]] int add(const char* path, bool isFolder);
 
     /// Ends a watch; nothing for one that has ended. Events of it that are queued still come.
     void remove(int watch);
 
-    /// The next event; none when there are no more for now. Events on a folder's entries that are
-    /// none of the folder itself are left out.
+    /// The next event; none if there are no more for now. Skips events that concern only a folder's
+    /// entries, not the folder itself.
     std::optional<Event> next();
 
 private:

@@ -11,7 +11,7 @@ namespace zef {
 /// thread's is open must not be kept from reading the queue. Guarded by its owner.
 class ThreadRounds {
 public:
-    /// Opens a round on the calling thread; YES for its outermost one.
+    /// Opens a round on the calling thread; true for its outermost one.
     bool begin()
     {
         if (auto found = ofThisThread(); found != _rounds.end()) {

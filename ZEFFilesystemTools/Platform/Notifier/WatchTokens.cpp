@@ -3,6 +3,10 @@
 
 #include <utility>
 
+// Tokens are slots of one array, and numbers are an index with the slot's generation above it. The
+// tokens of one watch form a list through the slots, and so do the free slots, which are used again
+// in the order in which they were freed.
+
 namespace zef {
 namespace {
 
