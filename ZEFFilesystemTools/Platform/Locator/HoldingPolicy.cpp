@@ -10,9 +10,6 @@
 namespace zef {
 namespace {
 
-constexpr double secondsToTrustAMount = 1;
-constexpr double secondsOfBar = 60;
-
 bool isRemovable(const Mount& mount)
 {
     // Disks of other systems that a user plugs in come as "fuseblk"; other kinds of FUSE don't.
@@ -35,67 +32,42 @@ bool isOnRemovableVolume(
 
 void HoldingPolicy::setPolicy(DescriptorPolicy policy)
 {
-    std::lock_guard lock(_mutex);
     _policy = policy;
-    _verdicts.clear();
-}
-
-DescriptorPolicy HoldingPolicy::policy() const
-{
-    std::lock_guard lock(_mutex);
-    return _policy;
+    _verdicts.forgetAll();
+    _barredDevices.forgetAll();
+    _barredMounts.forgetAll();
 }
 
 bool HoldingPolicy::mayHold(
     const ObjectDescriptor& object, std::uint32_t device, std::uint64_t mountID)
 {
-    {
-        std::lock_guard lock(_mutex);
-        if (_policy == DescriptorPolicy::never)
-            return false;
-        if (const auto* verdict = find(device, mountID))
-            return verdict->mayHold;
-        if (_policy == DescriptorPolicy::always)
-            return true;
-    }
+    const auto policy = _policy.load();
+    const auto now = Clock::shared().monotonicSeconds();
+    if (policy == DescriptorPolicy::never || isBarred(device, mountID, now))
+        return false;
+    if (policy == DescriptorPolicy::always)
+        return true;
+    if (const auto known = _verdicts.find({ device, mountID }, now))
+        return *known;
     const bool mayHold = !isOnRemovableVolume(object, device, mountID);
-    std::lock_guard lock(_mutex);
+    const auto found = Clock::shared().monotonicSeconds();
+    _verdicts.insert({ device, mountID }, mayHold, found);
     // A bar that was set meanwhile comes first.
-    if (const auto* verdict = find(device, mountID))
-        return verdict->mayHold;
-    remember({ device, mountID, mayHold, false,
-        Clock::shared().monotonicSeconds() + secondsToTrustAMount });
-    return mayHold;
+    return mayHold && !isBarred(device, mountID, found);
 }
 
 void HoldingPolicy::bar(std::uint32_t device, std::uint64_t mountID)
 {
-    std::lock_guard lock(_mutex);
-    remember({ device, mountID, false, true, Clock::shared().monotonicSeconds() + secondsOfBar });
+    const auto now = Clock::shared().monotonicSeconds();
+    _barredDevices.insert(device, true, now);
+    if (mountID)
+        _barredMounts.insert(mountID, true, now);
 }
 
-const HoldingPolicy::Verdict* HoldingPolicy::find(std::uint32_t device, std::uint64_t mountID) const
+bool HoldingPolicy::isBarred(std::uint32_t device, std::uint64_t mountID, double now) const
 {
-    const auto now = Clock::shared().monotonicSeconds();
-    const Verdict* found = nullptr;
-    for (const auto& verdict : _verdicts) {
-        if (now >= verdict.validUntil)
-            continue;
-        const bool isOfDevice = verdict.device == device;
-        const bool isOfMount = verdict.mountID == mountID;
-        if (verdict.isBar && (isOfDevice || (isOfMount && mountID)))
-            return &verdict;
-        if (isOfDevice && isOfMount)
-            found = &verdict;
-    }
-    return found;
-}
-
-void HoldingPolicy::remember(Verdict verdict)
-{
-    const auto now = Clock::shared().monotonicSeconds();
-    std::erase_if(_verdicts, [&](const auto& each) { return now >= each.validUntil; });
-    _verdicts.push_back(verdict);
+    return _barredDevices.find(device, now).value_or(false)
+        || _barredMounts.find(mountID, now).value_or(false);
 }
 
 } // namespace zef

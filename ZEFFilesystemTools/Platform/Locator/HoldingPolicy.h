@@ -3,10 +3,11 @@
 
 #include "ZEFFilesystemTools/Platform/Disk/ObjectDescriptor.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
+#include "ZEFFilesystemTools/Platform/Time/ExpiringCache.h"
 
+#include <atomic>
 #include <cstdint>
-#include <mutex>
-#include <vector>
+#include <utility>
 
 namespace zef {
 
@@ -15,7 +16,7 @@ namespace zef {
 class HoldingPolicy {
 public:
     void setPolicy(DescriptorPolicy);
-    DescriptorPolicy policy() const;
+    DescriptorPolicy policy() const { return _policy; }
 
     /// Whether `object`, which is on this device and mount (0: not known), may be held. What is
     /// found out of a mount counts for a second, because numbers are used again.
@@ -26,20 +27,14 @@ public:
     void bar(std::uint32_t device, std::uint64_t mountID);
 
 private:
-    struct Verdict {
-        std::uint32_t device;
-        std::uint64_t mountID;
-        bool mayHold;
-        bool isBar;
-        double validUntil;
-    };
+    bool isBarred(std::uint32_t device, std::uint64_t mountID, double now) const;
 
-    const Verdict* find(std::uint32_t device, std::uint64_t mountID) const;
-    void remember(Verdict);
-
-    mutable std::mutex _mutex;
-    DescriptorPolicy _policy = DescriptorPolicy::fixedVolumes;
-    std::vector<Verdict> _verdicts;
+    std::atomic<DescriptorPolicy> _policy{ DescriptorPolicy::fixedVolumes };
+    /// What was found out, by device and mount.
+    ExpiringCache<std::pair<std::uint32_t, std::uint64_t>, bool> _verdicts{ { .seconds = 1 } };
+    /// True for each that is barred.
+    ExpiringCache<std::uint32_t, bool> _barredDevices{ { .seconds = 60 } };
+    ExpiringCache<std::uint64_t, bool> _barredMounts{ { .seconds = 60 } };
 };
 
 } // namespace zef

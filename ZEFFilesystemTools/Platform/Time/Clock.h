@@ -6,7 +6,7 @@
 
 namespace zef {
 
-/// Tells the time, and lets it pass. Any thread.
+/// Says what time it is, and lets time pass. Any thread.
 class ZEF_EXPORT Clock : public SharedService<Clock> {
 public:
     virtual ~Clock() = default;
@@ -20,7 +20,7 @@ public:
     /// Seconds since some fixed moment; never goes backwards (CLOCK_MONOTONIC).
     virtual double monotonicSeconds() = 0;
 
-    /// Blocks the calling thread until this much time has passed; not at all for 0 and less.
+    /// Blocks the calling thread until this much time has passed; returns at once for 0 and less.
     virtual void sleep(double seconds) = 0;
 };
 

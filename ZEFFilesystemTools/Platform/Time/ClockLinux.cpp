@@ -17,7 +17,7 @@ double secondsOf(clockid_t clock)
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
 }
 
-class KernelClock final : public Clock {
+class LinuxClock final : public Clock {
 public:
     Date now() override { return Date::withSecondsSince1970(secondsOf(CLOCK_REALTIME)); }
     double monotonicSeconds() override { return secondsOf(CLOCK_MONOTONIC); }
@@ -32,7 +32,7 @@ public:
 
 Clock& Clock::system()
 {
-    return immortal<KernelClock>();
+    return immortal<LinuxClock>();
 }
 
 } // namespace zef

@@ -7,8 +7,8 @@
 
 namespace zef {
 
-/// When a look at the disk was taken. For a moment it serves the next question too: whether that
-/// was asked before or after a change made meanwhile can't be known.
+/// When a look at the disk was taken. For a moment it serves the next question too: nobody can know
+/// whether that was asked before or after a change that was made meanwhile.
 class RecentLook {
 public:
     /// How many seconds a look serves; 0 for each question its own. 50 µs at first: long enough for

@@ -7,7 +7,7 @@
 namespace zef {
 
 /// A file's time stamp in seconds since 1 January 1970. Nanoseconds that are negative count as
-/// none. Two stamps are equal when these numbers are.
+/// none. Two stamps are equal if these numbers are.
 inline double secondsOfTimeStamp(const std::timespec& stamp)
 {
     return static_cast<double>(stamp.tv_sec)

@@ -9,7 +9,6 @@
 namespace zef {
 namespace {
 
-constexpr double secondsToTrustTheFolders = 1;
 constexpr std::string_view automountType = "autofs";
 
 bool isBelow(std::string_view path, std::string_view folder)
@@ -54,19 +53,14 @@ bool AutomountPoints::areAbove(std::string_view path)
 std::vector<std::string> AutomountPoints::folders()
 {
     const auto now = Clock::shared().monotonicSeconds();
-    {
-        std::lock_guard lock(_mutex);
-        if (now < _validUntil)
-            return _folders;
-    }
+    if (auto known = _folders.find({}, now))
+        return *std::move(known);
     std::vector<std::string> found;
     for (auto& mount : _readMounts()) {
         if (mount.type == automountType)
             found.push_back(std::move(mount.folder));
     }
-    std::lock_guard lock(_mutex);
-    _folders = found;
-    _validUntil = now + secondsToTrustTheFolders;
+    _folders.insert({}, found, now);
     return found;
 }
 

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Time/ExpiringCache.h"
 #include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
 
 #include <functional>
-#include <mutex>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 namespace zef {
@@ -22,17 +23,16 @@ public:
 
     explicit AutomountPoints(MountReader = readMounts);
 
-    /// Whether looking at `path`, absolute and without "." and "..", would. Goes by the path as it
-    /// is spelled: what a link on the way leads to is not known without looking.
+    /// Whether looking at `path`, absolute and without "." and "..", would mount something. Goes by
+    /// the path as it is spelled: where a link on the way leads is not known without looking.
     bool areAbove(std::string_view path);
 
 private:
     std::vector<std::string> folders();
 
     MountReader _readMounts;
-    std::mutex _mutex;
-    std::vector<std::string> _folders;
-    double _validUntil = 0;
+    /// All of them are one value.
+    ExpiringCache<std::monostate, std::vector<std::string>> _folders{ { .seconds = 1 } };
 };
 
 } // namespace zef

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Time/ExpiringCache.h"
+
 #include <cstdint>
-#include <mutex>
-#include <unordered_map>
 
 namespace zef {
 
 /// Who changes the files of a device.
 enum class DeviceKind {
-    /// This system alone, so that it can tell of every change.
+    /// This system alone, so that it knows of every change.
     local,
     /// The system makes the files up when they are read; nobody writes them (proc, sysfs).
     madeUp,
@@ -25,20 +25,14 @@ enum class DeviceKind {
 class DeviceKindCache {
 public:
     /// The kind of the device with this number, which the object at `path` is said to be on.
-    /// `unknown` when that is not so or when `path` leads to nothing.
+    /// `unknown` if it is not, or if `path` leads to nothing.
     DeviceKind kind(std::uint32_t device, const char* path);
 
-    /// Forgets everything; for when a device was unmounted.
-    void forget();
+    /// Forgets everything; to be called when a device was unmounted.
+    void forget() { _kinds.forgetAll(); }
 
 private:
-    struct Known {
-        DeviceKind kind;
-        double validUntil;
-    };
-
-    std::mutex _mutex;
-    std::unordered_map<std::uint32_t, Known> _known;
+    ExpiringCache<std::uint32_t, DeviceKind> _kinds{ { .seconds = 1 } };
 };
 
 } // namespace zef

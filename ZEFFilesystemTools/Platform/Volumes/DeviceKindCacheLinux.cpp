@@ -11,8 +11,6 @@
 namespace zef {
 namespace {
 
-constexpr double secondsToTrustADevice = 1;
-
 // By a descriptor: statfs(2) would follow a link, and to another device perhaps.
 DeviceKind kindOfOpened(int object, std::uint32_t device)
 {
@@ -41,24 +39,12 @@ DeviceKind lookAt(const char* path, std::uint32_t device)
 DeviceKind DeviceKindCache::kind(std::uint32_t device, const char* path)
 {
     const auto now = Clock::shared().monotonicSeconds();
-    {
-        std::lock_guard lock(_mutex);
-        const auto known = _known.find(device);
-        if (known != _known.end() && now < known->second.validUntil)
-            return known->second.kind;
-    }
+    if (const auto known = _kinds.find(device, now))
+        return *known;
     const auto kind = lookAt(path, device);
-    if (kind == DeviceKind::unknown)
-        return kind;
-    std::lock_guard lock(_mutex);
-    _known.insert_or_assign(device, Known{ kind, now + secondsToTrustADevice });
+    if (kind != DeviceKind::unknown)
+        _kinds.insert(device, kind, now);
     return kind;
-}
-
-void DeviceKindCache::forget()
-{
-    std::lock_guard lock(_mutex);
-    _known.clear();
 }
 
 } // namespace zef

@@ -6,7 +6,7 @@
 namespace zef {
 
 /// The type of the file system that the open `descriptor` is on, by its magic number (statfs(2));
-/// 0 when the system doesn't tell. Any thread.
+/// 0 if the system doesn't say. Any thread.
 std::uint32_t fileSystemType(int descriptor);
 
 /// Whether such file systems lie on media that people take out.

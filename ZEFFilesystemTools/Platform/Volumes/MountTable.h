@@ -23,7 +23,7 @@ struct Mount {
     bool isBelow(std::string_view path) const;
 };
 
-/// All mounts, in the order in which they were made; empty when the system doesn't tell. Any
+/// All mounts, in the order in which they were made; empty if the system doesn't say. Any
 /// thread.
 std::vector<Mount> readMounts();
 
