@@ -26,12 +26,12 @@ void ZEFFileItem::loadDataIntoArchive(ZEFArchiveDictionary* dictionary)
         dictionary->setStringForKey(*lastPath, ZEFArchivePathKey);
 
     ZEF_keepReference();
-    zef::AliasData::Bytes bytes;
-    const auto error = zef::AliasData::shared().make(referenceCopy(), _pathURL, bytes);
-    if (error != zef::FileError::none) {
+    auto bytes = zef::AliasData::shared().make(referenceCopy(), _pathURL);
+    if (!bytes) {
         zef::log("Error %d creating aliasHandle to make aliashandledata for file %s",
-            numberOf(error), zef::logText(_pathURL ? _pathURL.absoluteString().c_str() : nullptr));
+            numberOf(bytes.error()),
+            zef::logText(_pathURL ? _pathURL.absoluteString().c_str() : nullptr));
         return;
     }
-    dictionary->setDataForKey(std::move(bytes), ZEFArchiveDataKey);
+    dictionary->setDataForKey(*std::move(bytes), ZEFArchiveDataKey);
 }

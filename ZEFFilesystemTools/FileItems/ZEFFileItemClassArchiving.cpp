@@ -14,10 +14,8 @@ zef::Ref<ZEFFileItem> readPlainArchive(
     if (const auto* data = dictionary.dataForKey(ZEFArchiveDataKey)) {
         if (data->empty())
             return nullptr;
-        zef::FSRef ref;
-        zef::FileURL url;
-        if (zef::AliasData::shared().resolve(*data, ref, url) == zef::FileError::none)
-            return receiver.newFileItemForURLFsRef(url, &ref);
+        if (auto target = zef::AliasData::shared().resolve(*data))
+            return receiver.newFileItemForURLFsRef(target->url, &target->ref);
     }
     const auto* path = dictionary.stringForKey(ZEFArchivePathKey);
     return path ? receiver.newFileItemForPath(*path) : nullptr;

@@ -41,9 +41,8 @@ void checkThatItIsTheObject(
 void checkThatItIsWrittenAlike(const zef::AliasRecord& record)
 {
     const auto bytes = record.encode();
-    zef::AliasRecord again;
-    require(zef::AliasRecord::decode(bytes, again));
-    require(again.encode() == bytes);
+    const auto again = zef::AliasRecord::decode(bytes);
+    require(again && again->encode() == bytes);
 }
 
 } // namespace
@@ -62,15 +61,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (data[0] & 1)
         repairDigest(bytes);
 
-    zef::AliasRecord record;
-    const bool isReadable = zef::AliasRecord::decode(bytes, record);
-    if (isReadable)
-        checkThatItIsWrittenAlike(record);
-    zef::FSRef ref;
-    zef::FileURL url;
-    if (aliases.resolve(bytes, ref, url) == 0) {
-        require(isReadable && url);
-        checkThatItIsTheObject(record, ref, url);
+    const auto record = zef::AliasRecord::decode(bytes);
+    if (record)
+        checkThatItIsWrittenAlike(*record);
+    if (const auto target = aliases.resolve(bytes)) {
+        require(record && target->url);
+        checkThatItIsTheObject(*record, target->ref, target->url);
     }
     return 0;
 }

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/AliasData/AliasRecord.h"
+#include "ZEFFilesystemTools/Platform/AliasData/AliasData.h"
+#include "ZEFFilesystemTools/Platform/Disk/FNVDigest.h"
+
+#include <span>
 
 /// Makes the length and the digest in the head of alias data right again after a change; leaves
 /// bytes alone that are too short to have a head.
@@ -11,7 +14,7 @@ inline void repairDigest(zef::AliasData::Bytes& bytes)
     if (bytes.size() < headLength)
         return;
     const auto length = bytes.size() - headLength;
-    const auto digest = zef::fnvDigest(bytes.data() + headLength, length);
+    const auto digest = zef::fnvDigest(std::span(bytes).subspan(headLength));
     for (std::size_t index = 0; index < 4; ++index)
         bytes[5 + index] = static_cast<std::byte>(length >> (8 * index));
     for (std::size_t index = 0; index < 8; ++index)

@@ -22,32 +22,26 @@ AliasFixture::~AliasFixture() = default;
 
 zef::AliasData::Bytes AliasFixture::aliasOf(const zef::FileURL& url)
 {
-    zef::AliasData::Bytes bytes;
-    EXPECT_EQ(zef::LinuxAliasData().make(zef::FSRef(stat(url)), url, bytes), zef::FileError::none)
-        << url.path();
-    return bytes;
+    auto bytes = zef::LinuxAliasData().make(zef::FSRef(stat(url)), url);
+    EXPECT_TRUE(bytes) << url.path() << ": " << numberOf(bytes.error());
+    return bytes ? *std::move(bytes) : zef::AliasData::Bytes();
 }
 
 zef::FileURL AliasFixture::resolve(const zef::AliasData::Bytes& bytes)
 {
-    zef::FSRef ref;
-    zef::FileURL url;
-    return zef::LinuxAliasData().resolve(bytes, ref, url) == zef::FileError::none ? url : nullptr;
+    const auto target = zef::LinuxAliasData().resolve(bytes);
+    return target ? target->url : nullptr;
 }
 
 zef::FSRef AliasFixture::resolvedRef(const zef::AliasData::Bytes& bytes)
 {
-    zef::FSRef ref;
-    zef::FileURL url;
-    std::ignore = zef::LinuxAliasData().resolve(bytes, ref, url);
-    return ref;
+    const auto target = zef::LinuxAliasData().resolve(bytes);
+    return target ? target->ref : zef::FSRef();
 }
 
 zef::FileError AliasFixture::resultOf(const zef::AliasData::Bytes& bytes)
 {
-    zef::FSRef ref;
-    zef::FileURL url;
-    return zef::LinuxAliasData().resolve(bytes, ref, url);
+    return zef::LinuxAliasData().resolve(bytes).error();
 }
 
 zef::Stat AliasFixture::stat(const zef::FileURL& url)

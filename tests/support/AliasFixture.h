@@ -30,7 +30,7 @@ protected:
     zef::AliasData::Bytes aliasOf(const zef::FileURL&);
     zef::AliasData::Bytes aliasOf(std::string_view name) { return aliasOf(folder.url(name)); }
 
-    /// Where the object is that `bytes` lead to; nil when `resolve` fails.
+    /// Where the object is that `bytes` lead to; null if `resolve` fails.
     zef::FileURL resolve(const zef::AliasData::Bytes& bytes);
     /// The reference to it.
     zef::FSRef resolvedRef(const zef::AliasData::Bytes& bytes);

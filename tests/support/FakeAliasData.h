@@ -2,7 +2,6 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/AliasData/AliasData.h"
-#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 
 #include <cstring>
 #include <utility>
@@ -16,9 +15,9 @@ public:
     FakeAliasData(const FakeAliasData&) = delete;
     FakeAliasData& operator=(const FakeAliasData&) = delete;
 
-    /// What `make` says from now on; 0 makes bytes.
+    /// What `make` returns from now on; `FileError::none` makes bytes.
     void setMakeResult(zef::FileError result) { _makeResult = result; }
-    /// What `resolve` says from now on; with 0 it tells `place`.
+    /// What `resolve` returns from now on; `FileError::none` leads to `place`.
     void setResolveResult(zef::FileError result, zef::FileURL place = nullptr)
     {
         _resolveResult = result;
@@ -27,24 +26,24 @@ public:
 
     int resolveCount() const { return _resolveCount; }
 
-    zef::FileError make(const zef::FSRef& ref, const zef::FileURL&, Bytes& bytes) override
+    zef::Expected<Bytes> make(const zef::FSRef& ref, const zef::FileURL&) override
     {
         if (_makeResult != zef::FileError::none)
             return _makeResult;
-        bytes.resize(sizeof ref);
+        Bytes bytes(sizeof ref);
         std::memcpy(bytes.data(), &ref, sizeof ref);
-        return zef::FileError::none;
+        return bytes;
     }
 
-    zef::FileError resolve(const Bytes& bytes, zef::FSRef& ref, zef::FileURL& url) override
+    zef::Expected<Target> resolve(const Bytes& bytes) override
     {
         ++_resolveCount;
         if (_resolveResult != zef::FileError::none)
             return _resolveResult;
-        if (bytes.size() == sizeof ref)
-            std::memcpy(static_cast<void*>(&ref), bytes.data(), sizeof ref);
-        url = _place;
-        return zef::FileError::none;
+        Target target{ {}, _place };
+        if (bytes.size() == sizeof target.ref)
+            std::memcpy(static_cast<void*>(&target.ref), bytes.data(), sizeof target.ref);
+        return target;
     }
 
 private:

@@ -25,7 +25,7 @@ public:
     /// any), and if so remembers that.
     bool lookAt(const char* path, std::uint64_t mountID = 0);
 
-    /// What was found; only after `lookAt` said YES.
+    /// What was found; only after `lookAt` returned true.
     FSRef ref(std::uint64_t parentInode = 0) const;
     FileURL url() const;
     const Stat& stat() const { return _stat; }

@@ -3,9 +3,11 @@
 
 #include "ZEFFilesystemTools/Platform/AliasData/ByteReader.h"
 #include "ZEFFilesystemTools/Platform/AliasData/ByteWriter.h"
+#include "ZEFFilesystemTools/Platform/Disk/FNVDigest.h"
 
 #include <algorithm>
 #include <climits>
+#include <span>
 #include <string_view>
 
 namespace zef {
@@ -61,25 +63,16 @@ std::uint8_t flagsOf(const AliasRecord& record)
 // Handles that are too long to be kept whole are kept as their digest, as when they are asked for.
 bool readHandle(ByteReader& reader, std::uint8_t flags, FileHandle& handle)
 {
+    std::uint8_t type = 0;
     std::uint8_t length = 0;
     std::string_view bytes;
-    if (!reader.read(handle.type) || !reader.read(length) || length > longestHandle
+    if (!reader.read(type) || !reader.read(length) || length > longestHandle
         || !reader.readBytes(length, bytes))
         return false;
-    const auto* data = reinterpret_cast<const std::byte*>(bytes.data());
-    handle.isDigest = flags & handleIsDigest;
-    handle.isDecodable = (flags & handleDecodable) && !handle.isDigest;
-    if (length <= handle.bytes.size()) {
-        handle.length = length;
-        std::copy_n(data, length, handle.bytes.begin());
-        return true;
-    }
-    handle.isDigest = true;
-    handle.isDecodable = false;
-    handle.length = sizeof(std::uint64_t);
-    ByteWriter digest;
-    digest.write(fnvDigest(data, length));
-    std::copy_n(digest.bytes().begin(), handle.length, handle.bytes.begin());
+    const bool isDigest = flags & handleIsDigest;
+    handle = FileHandle::of(
+        type, std::as_bytes(std::span(bytes)), (flags & handleDecodable) && !isDigest);
+    handle.isDigest |= isDigest;
     return true;
 }
 
@@ -123,14 +116,6 @@ bool readBody(ByteReader& reader, AliasRecord& record)
 
 } // namespace
 
-std::uint64_t fnvDigest(const std::byte* bytes, std::size_t count)
-{
-    std::uint64_t value = 14695981039346656037u;
-    for (std::size_t index = 0; index < count; ++index)
-        value = (value ^ std::to_integer<std::uint64_t>(bytes[index])) * 1099511628211u;
-    return value;
-}
-
 AliasData::Bytes AliasRecord::encode() const
 {
     if (!isWellFormed(*this))
@@ -158,15 +143,15 @@ AliasData::Bytes AliasRecord::encode() const
     whole.writeBytes(magic.data(), magic.size());
     whole.write(version);
     whole.write(static_cast<std::uint32_t>(bytes.size()));
-    whole.write(fnvDigest(bytes.data(), bytes.size()));
+    whole.write(fnvDigest(bytes));
     whole.writeBytes(bytes.data(), bytes.size());
     return whole.takeBytes();
 }
 
-bool AliasRecord::decode(const AliasData::Bytes& bytes, AliasRecord& record)
+std::optional<AliasRecord> AliasRecord::decode(const AliasData::Bytes& bytes)
 {
     if (bytes.size() < headerLength || bytes.size() > mostBytes)
-        return false;
+        return std::nullopt;
     ByteReader reader(bytes.data(), bytes.size());
     std::string_view name;
     std::uint8_t form = 0;
@@ -175,9 +160,12 @@ bool AliasRecord::decode(const AliasData::Bytes& bytes, AliasRecord& record)
     if (!reader.readBytes(magic.size(), name) || name != magic || !reader.read(form)
         || form != version || !reader.read(length) || !reader.read(digest)
         || length != bytes.size() - headerLength
-        || digest != fnvDigest(bytes.data() + headerLength, length))
-        return false;
-    return readBody(reader, record);
+        || digest != fnvDigest(std::span(bytes).subspan(headerLength)))
+        return std::nullopt;
+    std::optional<AliasRecord> record(std::in_place);
+    if (!readBody(reader, *record))
+        record.reset();
+    return record;
 }
 
 bool AliasRecord::path(PathBytes& path) const

@@ -8,12 +8,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace zef {
 
-/// What alias data say of an object: what it is, on which volume, and the way there.
+/// What alias data say of an object: its identity, its volume, and the path to it.
 ///
 /// As bytes, little-endian and without padding: "ZEFA", version 1, the body's length (32 bits) and
 /// its FNV-1a digest (64 bits), which finds damage, not forgery; then the body. Plain data.
@@ -36,23 +37,20 @@ struct AliasRecord {
     /// From the mount point down; empty for the folder that the volume is mounted on.
     std::vector<Component> chain;
 
-    /// No bytes when something in the record is longer than the form allows.
+    /// No bytes if something in the record is longer than the form allows.
     AliasData::Bytes encode() const;
 
-    /// NO, and an undefined record, for bytes that `encode` can't have made. Any bytes will do.
-    static bool decode(const AliasData::Bytes& bytes, AliasRecord& record);
+    /// None for bytes that `encode` can't have made. Any bytes will do.
+    static std::optional<AliasRecord> decode(const AliasData::Bytes& bytes);
 
-    /// Writes where the object was; NO when that is longer than PATH_MAX allows.
-    bool path(PathBytes& path) const;
+    /// Writes where the object was; false if that is longer than PATH_MAX allows.
+    [[nodiscard]] bool path(PathBytes& path) const;
 
-    /// The inode number of the object's folder, 0 when that is not on the volume.
+    /// The inode number of the object's folder, 0 if that is not on the volume.
     std::uint64_t parentInode() const;
 
-    /// Whether more than the inode number tells the object from others.
+    /// Whether more than the inode number identifies the object.
     bool hasStrongIdentity() const { return hasBirthTime || handle.isKnown(); }
 };
-
-/// The FNV-1a digest of `count` bytes.
-std::uint64_t fnvDigest(const std::byte* bytes, std::size_t count);
 
 } // namespace zef

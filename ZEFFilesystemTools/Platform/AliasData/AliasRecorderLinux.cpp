@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include <fcntl.h>
 
@@ -66,7 +67,7 @@ std::string folderOf(const std::string& path)
 
 } // namespace
 
-FileError AliasRecorder::make(const FSRef& ref, const FileURL& url)
+Expected<AliasRecord> AliasRecorder::make(const FSRef& ref, const FileURL& url)
 {
     ObjectPlace place;
     if (const auto error = place.findOrRecall(ref, url); error != FileError::none)
@@ -82,13 +83,16 @@ FileError AliasRecorder::make(const FSRef& ref, const FileURL& url)
         return error;
     takeIdentity(ref, path.c_str());
     // Only now, so that all of this was of one object.
-    return place.findOrRecall(ref, FileURL::fromPath(path, URLKind::file));
+    const auto error = place.findOrRecall(ref, FileURL::fromPath(path, URLKind::file));
+    if (error != FileError::none)
+        return error;
+    return std::move(_record);
 }
 
 void AliasRecorder::takeIdentity(const FSRef& ref, const char* path)
 {
     const auto& mountPoint = _record.volume.mountPoint;
-    if (_evidences.hasLastingNumbers(mountPoint.c_str(), _device))
+    if (_identities.hasLastingNumbers(mountPoint.c_str(), _device))
         _record.handle = ref.hasHandle() ? ref.handle() : FileSystem::shared().handle(path);
     if (_record.handle.isKnown() && _record.hasBirthTime && !isConclusive(_record.birthTime))
         _record.hasBirthTime = false;
@@ -114,8 +118,11 @@ FileError AliasRecorder::takeWay(const char* path)
     if (error)
         return fileErrorOfErrno(error);
     std::reverse(_record.chain.begin(), _record.chain.end());
-    const bool isKnown = _evidences.evidence(here, step.stat.device, step.mountID, _record.volume);
-    return isKnown ? FileError::none : FileError::io;
+    auto volume = _identities.identity(here, step.stat.device, step.mountID);
+    if (!volume)
+        return FileError::io;
+    _record.volume = *std::move(volume);
+    return FileError::none;
 }
 
 } // namespace zef

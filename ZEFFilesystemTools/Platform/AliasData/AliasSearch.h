@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/AliasData/SearchedVolume.h"
-#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
+#include "ZEFFilesystemTools/Platform/Disk/Expected.h"
 #include "ZEFFilesystemTools/Platform/Locator/HandleOpener.h"
 #include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentityCache.h"
 
@@ -13,22 +13,22 @@
 namespace zef {
 
 /// Finds the object of one alias record: where it was; else, on each mounted volume that may be its
-/// own, by its handle, along the way that was recorded, and by a search that 20,000 entries or 0.2
-/// seconds end. Every answer was looked at. One thread.
+/// own, by its handle, along the recorded path, and by a search that ends after 20,000 entries or
+/// 0.2 seconds. Every answer was looked at. One thread.
 class AliasSearch {
 public:
-    /// What all resolvers share, borrowed.
+    /// What all searches share, borrowed.
     struct Means {
-        VolumeIdentityCache& evidences;
-        AliasFolders& folders;
+        VolumeIdentityCache& identities;
+        FolderIndexCache& indexes;
         HandleOpener& opener;
     };
 
     /// The record is borrowed.
     AliasSearch(const Means&, const AliasRecord& record);
 
-    /// A number of `FileError`: 0, -43 when the object is gone or can't be found.
-    FileError resolve(FSRef& ref, FileURL& url);
+    /// `FileError::notFound` if the object is gone or can't be found.
+    Expected<AliasData::Target> resolve();
 
 private:
     enum class Progress { found, gone, open };
@@ -37,14 +37,13 @@ private:
     bool isContradictedAt(const PathBytes& path) const;
     std::uint64_t fileSystemIDAt(std::string_view path) const;
     Progress searchMounts();
-    Progress searchMount(const std::string& mountPoint);
+    Progress searchMount(const std::string& mountPoint, SearchBudget&);
     Progress openHandle(const std::string& mountPoint, const Stat& stat, std::uint64_t mountID);
     bool isSameVolume(const std::string& mountPoint, const Stat& stat, std::uint64_t mountID) const;
 
     Means _means;
     const AliasRecord& _record;
-    AliasMatch _target;
-    AliasBudget _budget;
+    AliasMatch _match;
 };
 
 } // namespace zef

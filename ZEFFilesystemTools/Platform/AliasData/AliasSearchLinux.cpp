@@ -3,15 +3,20 @@
 
 #include "ZEFFilesystemTools/Platform/AliasData/BreadthFirstSearch.h"
 #include "ZEFFilesystemTools/Platform/AliasData/RecordedPath.h"
-#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
-#include "ZEFFilesystemTools/Platform/Time/Clock.h"
 #include "ZEFFilesystemTools/Platform/Volumes/MountTable.h"
 
-#include <algorithm>
 #include <unordered_set>
 
 #include <fcntl.h>
+
+// The record's own path is tried first and nearly always right; it counts only if what lies there
+// is the object, on a volume with the recorded identity. If not, every mount of the recorded type
+// whose identity matches is searched, the recorded mount point first, in three steps from cheap to
+// dear: the object's handle, the recorded path with renamed folders found by their numbers, and a
+// breadth-first search that starts where the recorded path ended. One budget covers all mounts. An
+// object is accepted only by `AliasMatch`, so that no step can yield another one; a handle that
+// proves the object gone ends the search.
 
 namespace zef {
 namespace {
@@ -24,32 +29,24 @@ constexpr double mostSeconds = 0.2;
 AliasSearch::AliasSearch(const Means& means, const AliasRecord& record)
     : _means(means)
     , _record(record)
-    , _target(record)
-    , _budget{ .entries = mostEntries, .secondsAtStart = 0, .secondsAtEnd = 0 }
+    , _match(record)
 {
 }
 
-FileError AliasSearch::resolve(FSRef& ref, FileURL& url)
+Expected<AliasData::Target> AliasSearch::resolve()
 {
-    if (lookAtLastPlace()) {
-        ref = _target.ref(_record.parentInode());
-        url = _target.url();
-        return FileError::none;
-    }
-    _budget.secondsAtStart = Clock::shared().monotonicSeconds();
-    _budget.secondsAtEnd = _budget.secondsAtStart + mostSeconds;
-    // Where numbers are all there is, only the place tells an object from others.
+    if (lookAtLastPlace())
+        return AliasData::Target{ _match.ref(_record.parentInode()), _match.url() };
+    // Where numbers are all there is, only the place identifies an object.
     if (!_record.hasStrongIdentity() || searchMounts() != Progress::found)
         return FileError::notFound;
-    ref = _target.ref();
-    url = _target.url();
-    return FileError::none;
+    return AliasData::Target{ _match.ref(), _match.url() };
 }
 
 bool AliasSearch::lookAtLastPlace()
 {
     PathBytes path;
-    return _record.path(path) && _target.lookAt(path.text()) && !isContradictedAt(path);
+    return _record.path(path) && _match.lookAt(path.text()) && !isContradictedAt(path);
 }
 
 // The cheap question comes first and nearly always decides.
@@ -66,33 +63,33 @@ bool AliasSearch::isContradictedAt(const PathBytes& path) const
 
 std::uint64_t AliasSearch::fileSystemIDAt(std::string_view path) const
 {
-    const auto device = _target.stat().device;
-    std::uint64_t number = 0;
-    if (_means.evidences.findFileSystemID(device, number))
-        return number;
+    const auto device = _match.stat().device;
+    if (const auto known = _means.identities.knownFileSystemID(device))
+        return *known;
     // The object itself may be a link, which the question would follow.
-    const bool isFolder = _target.stat().isFolder() || _record.chain.empty();
+    const bool isFolder = _match.stat().isFolder() || _record.chain.empty();
     const std::string folder(isFolder ? path : path.substr(0, path.rfind('/') + 1));
-    return _means.evidences.fileSystemID(folder.c_str(), device);
+    return _means.identities.fileSystemID(folder.c_str(), device);
 }
 
 AliasSearch::Progress AliasSearch::searchMounts()
 {
-    auto progress = searchMount(_record.volume.mountPoint);
+    SearchBudget budget{ .entries = mostEntries, .seconds = mostSeconds };
+    auto progress = searchMount(_record.volume.mountPoint, budget);
     if (progress != Progress::open)
         return progress;
     std::unordered_set<std::string> seen{ _record.volume.mountPoint };
     for (const auto& mount : readMounts()) {
         if (mount.type != _record.volume.type || !seen.insert(mount.folder).second)
             continue;
-        progress = searchMount(mount.folder);
+        progress = searchMount(mount.folder, budget);
         if (progress != Progress::open)
             return progress;
     }
     return Progress::open;
 }
 
-AliasSearch::Progress AliasSearch::searchMount(const std::string& mountPoint)
+AliasSearch::Progress AliasSearch::searchMount(const std::string& mountPoint, SearchBudget& budget)
 {
     Stat stat;
     std::uint64_t mountID = 0;
@@ -102,25 +99,24 @@ AliasSearch::Progress AliasSearch::searchMount(const std::string& mountPoint)
     const auto progress = openHandle(mountPoint, stat, mountID);
     if (progress != Progress::open)
         return progress;
-    const SearchedVolume volume(_means.folders, _target, _budget, mountPoint, stat.device, mountID);
-    RecordedPath chain(volume);
-    if (chain.follow())
+    const SearchedVolume volume(_means.indexes, _match, budget, mountPoint, stat.device, mountID);
+    RecordedPath path(volume);
+    if (path.follow())
         return Progress::found;
-    if (_budget.isUsedUp() || !stat.isFolder())
+    if (budget.isUsedUp() || !stat.isFolder())
         return Progress::open;
-    return BreadthFirstSearch(volume).searchAround(chain.folder()) ? Progress::found
-                                                                   : Progress::open;
+    return BreadthFirstSearch(volume).searchAround(path.folder()) ? Progress::found
+                                                                  : Progress::open;
 }
 
 bool AliasSearch::isSameVolume(
     const std::string& mountPoint, const Stat& stat, std::uint64_t mountID) const
 {
-    VolumeIdentity evidence;
-    return _means.evidences.evidence(mountPoint, stat.device, mountID, evidence)
-        && _record.volume.matches(evidence);
+    const auto identity = _means.identities.identity(mountPoint, stat.device, mountID);
+    return identity && _record.volume.matches(*identity);
 }
 
-// Gone counts only where the handle was made, which the evidence says of this volume.
+// Gone counts only on the volume where the handle was made, as this one's identity says.
 AliasSearch::Progress AliasSearch::openHandle(
     const std::string& mountPoint, const Stat& stat, std::uint64_t mountID)
 {
@@ -133,17 +129,11 @@ AliasSearch::Progress AliasSearch::openHandle(
     ref.setHandle(_record.handle);
     const auto near = FileURL::fromPath(mountPoint, URLKind::folder)
                           .appendingPathComponent("object", URLKind::file);
-    Ref<ObjectDescriptor> descriptor;
-    switch (_means.opener.open(ref, near, descriptor)) {
-    case HandleOpener::Outcome::gone:
-        return Progress::gone;
-    case HandleOpener::Outcome::unknown:
-        return Progress::open;
-    case HandleOpener::Outcome::opened:
-        break;
-    }
+    const auto opened = _means.opener.open(ref, near);
+    if (!opened.object)
+        return opened.outcome == HandleOpener::Outcome::gone ? Progress::gone : Progress::open;
     PathBytes path;
-    const bool isThere = descriptor->currentPath(path) && _target.lookAt(path.text(), mountID);
+    const bool isThere = opened.object->currentPath(path) && _match.lookAt(path.text(), mountID);
     return isThere ? Progress::found : Progress::open;
 }
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/AliasData/BreadthFirstSearch.h"
 
-#include <algorithm>
-
 namespace zef {
 
 bool BreadthFirstSearch::searchAround(std::string folder)
@@ -30,15 +28,15 @@ bool BreadthFirstSearch::searchBelow(const std::string& folder)
 
 bool BreadthFirstSearch::searchFolder(const std::string& path, std::size_t number)
 {
-    Stat stat;
-    if (!_volume.statFolder(path, stat) || !_seen.insert(stat.inode).second)
+    const auto stat = _volume.statFolder(path);
+    if (!stat || !_seen.insert(stat->inode).second)
         return false;
-    auto& entriesLeft = _volume.budget().entries;
-    const auto index = _volume.index(path, stat, entriesLeft);
+    auto& budget = _volume.budget();
+    const auto index = _volume.index(path, *stat, budget.entries);
     if (!index)
         return false;
     if (path != _freeFolder)
-        entriesLeft -= std::min(entriesLeft, index->count());
+        budget.pay(index->count());
     if (_volume.lookIn(path, *index))
         return true;
     for (std::size_t position = 0;; ++position) {

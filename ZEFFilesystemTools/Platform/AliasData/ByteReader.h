@@ -8,8 +8,8 @@
 
 namespace zef {
 
-/// Takes little-endian numbers and texts off bytes from anywhere, never beyond their end: what does
-/// not fit is NO. The bytes are borrowed. One thread.
+/// Takes little-endian numbers and texts off bytes from anywhere, never beyond their end: returns
+/// false for what does not fit. The bytes are borrowed. One thread.
 class ByteReader {
 public:
     ByteReader(const std::byte* bytes, std::size_t count)
@@ -20,7 +20,7 @@ public:
 
     bool isAtEnd() const { return _left == 0; }
 
-    template <typename Number> bool read(Number& number)
+    template <typename Number> [[nodiscard]] bool read(Number& number)
     {
         if (_left < sizeof number)
             return false;
@@ -33,7 +33,7 @@ public:
     }
 
     /// `bytes` is borrowed from what is read.
-    bool readBytes(std::size_t count, std::string_view& bytes)
+    [[nodiscard]] bool readBytes(std::size_t count, std::string_view& bytes)
     {
         if (_left < count)
             return false;
@@ -43,7 +43,7 @@ public:
     }
 
     /// Reads a length of 16 bits and as many bytes, at most `longest`.
-    bool readText(std::size_t longest, std::string& text)
+    [[nodiscard]] bool readText(std::size_t longest, std::string& text)
     {
         std::uint16_t length = 0;
         std::string_view bytes;

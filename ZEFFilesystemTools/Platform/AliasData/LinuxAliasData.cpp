@@ -3,7 +3,6 @@
 
 #include "ZEFFilesystemTools/Platform/AliasData/AliasRecorder.h"
 #include "ZEFFilesystemTools/Platform/AliasData/AliasSearch.h"
-#include "ZEFFilesystemTools/Platform/Disk/FileError.h"
 #include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
 
 namespace zef {
@@ -13,22 +12,23 @@ AliasData& AliasData::system()
     return immortal<LinuxAliasData>();
 }
 
-FileError LinuxAliasData::make(const FSRef& ref, const FileURL& url, Bytes& bytes)
+Expected<AliasData::Bytes> LinuxAliasData::make(const FSRef& ref, const FileURL& url)
 {
-    AliasRecord record;
-    if (const auto error = AliasRecorder(_evidences, record).make(ref, url);
-        error != FileError::none)
-        return error;
-    bytes = record.encode();
-    return bytes.empty() ? FileError::io : FileError::none;
+    const auto record = AliasRecorder(_identities).make(ref, url);
+    if (!record)
+        return record.error();
+    auto bytes = record->encode();
+    if (bytes.empty())
+        return FileError::io;
+    return bytes;
 }
 
-FileError LinuxAliasData::resolve(const Bytes& bytes, FSRef& ref, FileURL& url)
+Expected<AliasData::Target> LinuxAliasData::resolve(const Bytes& bytes)
 {
-    AliasRecord record;
-    if (!AliasRecord::decode(bytes, record))
+    const auto record = AliasRecord::decode(bytes);
+    if (!record)
         return FileError::io;
-    return AliasSearch({ _evidences, _folders, _opener }, record).resolve(ref, url);
+    return AliasSearch({ _identities, _indexes, _opener }, *record).resolve();
 }
 
 } // namespace zef

@@ -23,13 +23,12 @@ bool RecordedPath::follow()
 bool RecordedPath::enter(const AliasRecord::Component& component)
 {
     auto path = pathOfEntry(_folder, component.name);
-    Stat stat;
-    const bool isThere = _volume.statFolder(path, stat);
-    if (!(isThere && stat.inode == component.inode) && enterRenamed(component.inode))
+    const auto stat = _volume.statFolder(path);
+    if (!(stat && stat->inode == component.inode) && enterRenamed(component.inode))
         return true;
-    if (isThere)
+    if (stat)
         _folder = std::move(path);
-    return isThere;
+    return stat.has_value();
 }
 
 bool RecordedPath::enterRenamed(std::uint64_t inode)
@@ -42,8 +41,8 @@ bool RecordedPath::enterRenamed(std::uint64_t inode)
         if (name.empty())
             return false;
         auto path = pathOfEntry(_folder, name);
-        Stat stat;
-        if (!_volume.statFolder(path, stat) || stat.inode != inode)
+        const auto stat = _volume.statFolder(path);
+        if (!stat || stat->inode != inode)
             continue;
         _folder = std::move(path);
         return true;
@@ -53,10 +52,10 @@ bool RecordedPath::enterRenamed(std::uint64_t inode)
 // However large the folder is, but not when the time is up.
 Ref<const FolderIndex> RecordedPath::index() const
 {
-    Stat stat;
-    if (_volume.budget().isUsedUp() || !_volume.statFolder(_folder, stat))
+    if (_volume.budget().isUsedUp())
         return nullptr;
-    return _volume.index(_folder, stat, std::numeric_limits<std::size_t>::max());
+    const auto stat = _volume.statFolder(_folder);
+    return stat ? _volume.index(_folder, *stat, std::numeric_limits<std::size_t>::max()) : nullptr;
 }
 
 } // namespace zef

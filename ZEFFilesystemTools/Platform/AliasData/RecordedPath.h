@@ -7,7 +7,7 @@
 
 namespace zef {
 
-/// Walks the way that an alias record knows, where names and numbers may have changed since. One
+/// Follows the path in an alias record folder by folder, even if folders on it were renamed. One
 /// thread.
 class RecordedPath {
 public:
@@ -18,11 +18,11 @@ public:
     {
     }
 
-    /// YES when the object was found at the end of the way. Each folder is taken by its number,
+    /// Whether the object was found at the end of the path. Each folder is taken by its number,
     /// under whatever name, and otherwise by its name alone.
     bool follow();
 
-    /// The deepest folder that was come to.
+    /// The deepest folder that was reached.
     const std::string& folder() const { return _folder; }
 
 private:

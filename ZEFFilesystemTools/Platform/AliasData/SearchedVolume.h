@@ -1,25 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Platform/AliasData/AliasFolders.h"
 #include "ZEFFilesystemTools/Platform/AliasData/AliasMatch.h"
+#include "ZEFFilesystemTools/Platform/Folders/FolderIndexCache.h"
+#include "ZEFFilesystemTools/Platform/Folders/SearchBudget.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace zef {
-
-/// How far the search for one object may go, on all volumes together.
-struct AliasBudget {
-    std::size_t entries;
-    double secondsAtStart;
-    double secondsAtEnd;
-
-    /// Whether the entries or the time are used up.
-    bool isUsedUp() const;
-};
 
 /// One mounted volume on which the object of an alias record is looked for. Paths on it have no
 /// slash at their end, so "/" is the empty path. Links are not followed, other volumes that are
@@ -27,11 +19,11 @@ struct AliasBudget {
 class SearchedVolume {
 public:
     /// All are borrowed but the mount point and the numbers.
-    SearchedVolume(AliasFolders& folders, AliasMatch& target, AliasBudget& budget,
+    SearchedVolume(FolderIndexCache& indexes, AliasMatch& match, SearchBudget& budget,
         const std::string& mountPoint, std::uint32_t device, std::uint64_t mountID);
 
-    const AliasRecord& record() const { return _target.record(); }
-    AliasBudget& budget() const { return _budget; }
+    const AliasRecord& record() const { return _match.record(); }
+    SearchBudget& budget() const { return _budget; }
     const std::string& mountPoint() const { return _mountPoint; }
 
     /// Whether the object itself is at `path`.
@@ -40,17 +32,18 @@ public:
     /// Whether the object itself is in the folder at `path` that was indexed, under any name.
     bool lookIn(const std::string& path, const FolderIndex& index) const;
 
-    /// Describes the folder at `path`; NO when that is none or isn't on the volume.
-    bool statFolder(const std::string& path, Stat& stat) const;
+    /// Describes the folder at `path`; none if that is not a folder or not on the volume.
+    std::optional<Stat> statFolder(const std::string& path) const;
 
-    /// The names in the folder, at most `limit` of them unless more are known.
+    /// The names in the folder as they were at some moment of the search, at most `limit` of them
+    /// unless more are known; null if it can't be read.
     Ref<const FolderIndex> index(
         const std::string& path, const Stat& stat, std::size_t limit) const;
 
 private:
-    AliasFolders& _folders;
-    AliasMatch& _target;
-    AliasBudget& _budget;
+    FolderIndexCache& _indexes;
+    AliasMatch& _match;
+    SearchBudget& _budget;
     std::string _mountPoint;
     std::uint32_t _device;
     std::uint64_t _mountID;

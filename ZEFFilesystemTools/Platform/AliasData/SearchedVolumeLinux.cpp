@@ -2,7 +2,6 @@
 #include "ZEFFilesystemTools/Platform/AliasData/SearchedVolume.h"
 
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
-#include "ZEFFilesystemTools/Platform/Time/Clock.h"
 
 #include <fcntl.h>
 
@@ -16,15 +15,10 @@ const char* systemPath(const std::string& path)
 
 } // namespace
 
-bool AliasBudget::isUsedUp() const
-{
-    return entries == 0 || Clock::shared().monotonicSeconds() >= secondsAtEnd;
-}
-
-SearchedVolume::SearchedVolume(AliasFolders& folders, AliasMatch& target, AliasBudget& budget,
+SearchedVolume::SearchedVolume(FolderIndexCache& indexes, AliasMatch& match, SearchBudget& budget,
     const std::string& mountPoint, std::uint32_t device, std::uint64_t mountID)
-    : _folders(folders)
-    , _target(target)
+    : _indexes(indexes)
+    , _match(match)
     , _budget(budget)
     , _mountPoint(mountPoint == "/" ? std::string() : mountPoint)
     , _device(device)
@@ -34,7 +28,7 @@ SearchedVolume::SearchedVolume(AliasFolders& folders, AliasMatch& target, AliasB
 
 bool SearchedVolume::lookAt(const std::string& path) const
 {
-    return _target.lookAt(systemPath(path), _mountID);
+    return _match.lookAt(systemPath(path), _mountID);
 }
 
 bool SearchedVolume::lookIn(const std::string& path, const FolderIndex& index) const
@@ -48,17 +42,22 @@ bool SearchedVolume::lookIn(const std::string& path, const FolderIndex& index) c
     }
 }
 
-bool SearchedVolume::statFolder(const std::string& path, Stat& stat) const
+std::optional<Stat> SearchedVolume::statFolder(const std::string& path) const
 {
+    Stat stat;
     std::uint64_t mountID = 0;
-    return statAt(AT_FDCWD, systemPath(path), stat, mountID) == 0 && stat.isFolder()
-        && stat.device == _device && (!_mountID || mountID == _mountID);
+    const bool isOnVolume = statAt(AT_FDCWD, systemPath(path), stat, mountID) == 0
+        && stat.isFolder() && stat.device == _device && (!_mountID || mountID == _mountID);
+    return isOnVolume ? std::optional(stat) : std::nullopt;
 }
 
 Ref<const FolderIndex> SearchedVolume::index(
     const std::string& path, const Stat& stat, std::size_t limit) const
 {
-    return _folders.index(systemPath(path), stat, limit, _budget.secondsAtStart);
+    auto index = _indexes.index(systemPath(path), stat, limit);
+    if (!index || !index->mayHaveMissedAChangeBefore(_budget.secondsAtStart))
+        return index;
+    return _indexes.index(systemPath(path), stat, limit, FolderIndexCache::Freshness::readAgain);
 }
 
 std::string pathOfEntry(const std::string& path, std::string_view name)

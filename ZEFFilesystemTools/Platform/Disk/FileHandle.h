@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 namespace zef {
 
@@ -19,6 +20,9 @@ struct ZEF_EXPORT FileHandle {
     /// Whether the file system can open the object by this handle.
     bool isDecodable = false;
     std::array<std::byte, 40> bytes{};
+
+    /// The handle that these bytes are, or their digest.
+    static FileHandle of(std::uint8_t type, std::span<const std::byte> bytes, bool isDecodable);
 
     /// Whether there is a handle at all.
     bool isKnown() const { return length != 0; }

@@ -4,6 +4,7 @@
 #include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
 #include "ZEFFilesystemTools/Platform/Disk/Stat.h"
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 
@@ -18,7 +19,7 @@ struct ObjectNumbers {
     static ObjectNumbers of(const FSRef& ref) { return { ref.inode(), ref.device() }; }
     static ObjectNumbers of(const Stat& stat) { return { stat.inode, stat.device }; }
 
-    friend bool operator==(const ObjectNumbers&, const ObjectNumbers&) = default;
+    friend auto operator<=>(const ObjectNumbers&, const ObjectNumbers&) = default;
 
     struct Hash {
         std::size_t operator()(const ObjectNumbers& numbers) const

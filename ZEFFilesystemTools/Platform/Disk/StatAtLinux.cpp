@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Platform/Disk/StatAt.h"
 
 #include <cerrno>
-#include <cstring>
+#include <span>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -20,7 +20,13 @@ public:
     HandleBuffer() { header().handle_bytes = longestHandle; }
 
     struct file_handle& header() { return *reinterpret_cast<struct file_handle*>(_memory); }
-    const unsigned char* bytes() const { return _memory + sizeof(struct file_handle); }
+
+    FileHandle handle(bool isDecodable)
+    {
+        const std::span bytes(_memory + sizeof(struct file_handle), header().handle_bytes);
+        return FileHandle::of(
+            static_cast<std::uint8_t>(header().handle_type), std::as_bytes(bytes), isDecodable);
+    }
 
 private:
     alignas(struct file_handle) unsigned char _memory[sizeof(struct file_handle) + longestHandle];
@@ -37,33 +43,6 @@ void setBirthTime(const struct statx& source, Stat& stat)
     stat.birthTime = stat.hasBirthTime
         ? source.stx_btime.tv_sec * 1'000'000'000 + source.stx_btime.tv_nsec
         : 0;
-}
-
-std::uint64_t digest(const unsigned char* bytes, std::size_t count)
-{
-    std::uint64_t value = 14695981039346656037u; // FNV-1a
-    for (std::size_t index = 0; index < count; ++index)
-        value = (value ^ bytes[index]) * 1099511628211u;
-    return value;
-}
-
-FileHandle fileHandle(HandleBuffer& buffer, bool isDecodable)
-{
-    FileHandle handle;
-    handle.type = static_cast<std::uint8_t>(buffer.header().handle_type);
-    handle.isDecodable = isDecodable;
-    const auto length = buffer.header().handle_bytes;
-    if (length <= handle.bytes.size()) {
-        handle.length = static_cast<std::uint8_t>(length);
-        std::memcpy(handle.bytes.data(), buffer.bytes(), length);
-        return handle;
-    }
-    const auto value = digest(buffer.bytes(), length);
-    handle.length = sizeof value;
-    handle.isDigest = true;
-    handle.isDecodable = false;
-    std::memcpy(handle.bytes.data(), &value, sizeof value);
-    return handle;
 }
 
 } // namespace
@@ -100,7 +79,7 @@ FileHandle handleAt(int folder, const char* name)
         int mountID = 0;
         if (::name_to_handle_at(folder, name, &buffer.header(), &mountID, AT_EMPTY_PATH | flags)
             == 0)
-            return fileHandle(buffer, flags == 0);
+            return buffer.handle(flags == 0);
         if (errno != EOPNOTSUPP)
             break;
     }

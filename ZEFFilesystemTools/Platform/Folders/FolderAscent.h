@@ -13,8 +13,8 @@ namespace zef {
 /// at a time.
 class FolderAscent {
 public:
-    /// Goes up from `folder`; 0 or an errno value.
-    int climb(const Ref<ObjectDescriptor>& folder);
+    /// Goes up from `folder`; returns 0 or an errno value.
+    [[nodiscard]] int climb(const Ref<ObjectDescriptor>& folder);
 
     /// The folder itself and all above it; the root is the last.
     const std::vector<ObjectNumbers>& folders() const { return _folders; }

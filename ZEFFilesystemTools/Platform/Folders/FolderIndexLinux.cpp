@@ -12,6 +12,10 @@
 
 #include <dirent.h>
 
+// An index is read in one go and never changed: all names one behind the other in one string, and
+// beside it the entries, sorted by inode number when all are read, each with the place of its name.
+// Where a listing gives other numbers than the entries have, each entry is asked for its own.
+
 namespace zef {
 namespace {
 
@@ -77,11 +81,6 @@ bool FolderIndex::isOf(const Stat& stat) const
     return stat.device == _folder.device && stat.inode == _folder.inode && stat.size == _folder.size
         && areEqual(stat.modificationTime, _folder.modificationTime)
         && areEqual(stat.statusChangeTime, _folder.statusChangeTime);
-}
-
-bool FolderIndex::isOfSameFolder(const FolderIndex& other) const
-{
-    return _folder.device == other._folder.device && _folder.inode == other._folder.inode;
 }
 
 bool FolderIndex::readEntries(int descriptor, std::size_t limit, bool askEach)

@@ -18,21 +18,26 @@ public:
         opened,
         /// The object exists no more.
         gone,
-        /// There is no telling this way.
+        /// The handle could not decide.
         unknown,
     };
 
+    struct [[nodiscard]] Result {
+        Outcome outcome;
+        /// Null unless it was opened.
+        Ref<ObjectDescriptor> object = nullptr;
+    };
+
     /// Opens the object that `ref` refers to and verifies that it is the one. `near` is somewhere
-    /// on the same volume, if anything is known (may be nil). The refusal of one object ends all
-    /// further tries: for good where the thread had the capability for it, and otherwise until it
-    /// has.
-    Outcome open(const FSRef& ref, const FileURL& near, Ref<ObjectDescriptor>& object);
+    /// on the same volume, if anything is known (may be null). The refusal of one object ends all
+    /// further tries: for good if the thread had the capability for it, and otherwise until it has.
+    Result open(const FSRef& ref, const FileURL& near);
 
     /// Whether the calling thread wasn't refused yet.
     bool mayOpen() const;
 
 private:
-    Outcome openOnMount(const FSRef& ref, int mount, Ref<ObjectDescriptor>& object);
+    Result openOnMount(const FSRef& ref, int mount);
 
     enum class Refusal : std::uint8_t { none, withoutCapability, forGood };
 

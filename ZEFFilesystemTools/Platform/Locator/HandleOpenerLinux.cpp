@@ -9,11 +9,20 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include <fcntl.h>
 #include <linux/capability.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+
+// The kernel opens a handle only relative to an open folder of its mount, so the first step is to
+// find one: the deepest folder above the place where the object was last seen that is still on the
+// object's device, or else the point where the device is mounted. Then the handle is opened, and
+// what it leads to is compared with the reference, because another object may have taken the number
+// or the handle may be of another volume that has the same device number now. Only ESTALE on a file
+// system whose handles last, or an object without names, proves that the object is gone; everything
+// else leaves the question to other ways of searching.
 
 namespace zef {
 namespace {
@@ -41,7 +50,7 @@ bool isOnDevice(const char* path, std::uint32_t device)
     return statAt(AT_FDCWD, path, stat) == 0 && stat.isFolder() && stat.device == device;
 }
 
-// The system wants the mount as a folder that is open for reading, not as an O_PATH descriptor.
+// The system needs the mount as a folder that is open for reading, not as an O_PATH descriptor.
 int openFolder(const char* path)
 {
     return DescriptorReserve::shared().openAt(AT_FDCWD, path, O_RDONLY | O_DIRECTORY);
@@ -64,7 +73,7 @@ int openFolderAbove(FileURL url, std::uint32_t device)
     return -1;
 }
 
-// Only mounts that say to be of the device are touched: others may belong to a server that is down.
+// Touches only mounts that the table has on the device: others may belong to a server that is down.
 // On btrfs, where files have devices of their own, all are.
 int openMountOf(std::uint32_t device)
 {
@@ -106,27 +115,25 @@ bool HandleOpener::mayOpen() const
     return false;
 }
 
-HandleOpener::Outcome HandleOpener::open(
-    const FSRef& ref, const FileURL& near, Ref<ObjectDescriptor>& object)
+HandleOpener::Result HandleOpener::open(const FSRef& ref, const FileURL& near)
 {
     if (!mayOpen() || !canBeOpened(ref.handle()))
-        return Outcome::unknown;
+        return { Outcome::unknown };
     int mount = openFolderAbove(near, ref.device());
     if (mount < 0)
         mount = openMountOf(ref.device());
     if (mount < 0)
-        return Outcome::unknown;
-    const auto outcome = openOnMount(ref, mount, object);
+        return { Outcome::unknown };
+    auto result = openOnMount(ref, mount);
     DescriptorReserve::shared().close(mount);
-    return outcome;
+    return result;
 }
 
-HandleOpener::Outcome HandleOpener::openOnMount(
-    const FSRef& ref, int mount, Ref<ObjectDescriptor>& object)
+HandleOpener::Result HandleOpener::openOnMount(const FSRef& ref, int mount)
 {
     const auto type = fileSystemType(mount);
     if (!hasLastingNumbers(type))
-        return Outcome::unknown;
+        return { Outcome::unknown };
     SystemHandle handle(ref.handle());
     const int descriptor = ::open_by_handle_at(
         mount, handle.record(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
@@ -136,16 +143,16 @@ HandleOpener::Outcome HandleOpener::openOnMount(
             const bool isForGood = error == ENOSYS || hasCapability();
             _refusal = isForGood ? Refusal::forGood : Refusal::withoutCapability;
         }
-        return error == ESTALE && hasLastingHandles(type) ? Outcome::gone : Outcome::unknown;
+        const bool isGone = error == ESTALE && hasLastingHandles(type);
+        return { isGone ? Outcome::gone : Outcome::unknown };
     }
-    auto opened = makeRef<ObjectDescriptor>(descriptor);
+    auto object = makeRef<ObjectDescriptor>(descriptor);
     Stat stat;
-    if (opened->stat(stat) != 0 || !opened->isObject(ref, stat))
-        return Outcome::unknown;
+    if (object->stat(stat) != 0 || !object->isObject(ref, stat))
+        return { Outcome::unknown };
     if (stat.linkCount == 0)
-        return Outcome::gone;
-    object = std::move(opened);
-    return Outcome::opened;
+        return { Outcome::gone };
+    return { Outcome::opened, std::move(object) };
 }
 
 } // namespace zef

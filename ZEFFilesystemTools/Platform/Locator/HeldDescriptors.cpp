@@ -3,10 +3,14 @@
 
 #include <algorithm>
 
+// Objects lie on two shelves, folders and others, each in the order of use, and are found through
+// one index by their numbers. Objects with the same numbers may be there at once, as long as an old
+// one's descriptor is held after its number went to another.
+
 namespace zef {
 namespace {
 
-// Both were taken of an object that had these numbers; the handle tells more than the birth time,
+// Both were taken of an object that had these numbers; the handle says more than the birth time,
 // which overlayfs changes at the first write.
 bool referToSameObject(const FSRef& one, const FSRef& other)
 {

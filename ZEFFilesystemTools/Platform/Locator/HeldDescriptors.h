@@ -30,22 +30,22 @@ public:
     /// Whether an object of this kind would be taken.
     bool hasRoom(bool isFolder) const;
 
-    /// The held object that `ref` refers to, borrowed until the next change; null when it isn't
+    /// The held object that `ref` refers to, borrowed until the next change; null if it isn't
     /// held. Counts as a use of it.
     HeldObject* find(const FSRef& ref);
 
     /// Takes `object` in, or adds its uses to those of the same object when that is held already.
     /// Returns the one of the two descriptors that isn't needed, or that of another object that had
-    /// to make room, or `object`'s own when there is no room.
+    /// to make room, or `object`'s own if there is no room.
     Ref<ObjectDescriptor> insert(HeldObject object);
 
-    /// Takes the object out, however often it is used; null when it isn't held.
+    /// Takes the object out, however often it is used; null if it isn't held.
     Ref<ObjectDescriptor> remove(const FSRef& ref);
     /// Takes the object out only if it is held by this very descriptor.
     Ref<ObjectDescriptor> remove(const HeldObject& object);
 
     /// Takes out the object that is easiest to do without: a folder, which can be opened again when
-    /// it is looked for, rather than a file. Null when none is held.
+    /// it is looked for, rather than a file. Null if none is held.
     Ref<ObjectDescriptor> removeLeastWanted();
 
     /// Copies objects in turn, each at most once; returns how many.

@@ -13,7 +13,7 @@
 
 namespace zef {
 
-/// A folder, and where it was last seen, in the spelling of whoever saw it there (may be nil).
+/// A folder, and where it was last seen, in the spelling of whoever saw it there (may be null).
 struct KnownFolder {
     FSRef ref;
     FileURL url;
@@ -25,13 +25,14 @@ class KnownFolders {
 public:
     /// Counts one more use of the folder; `ref` and `url` replace what was known of it.
     void enter(const FSRef& ref, const FileURL& url);
-    /// Counts one use less; whether that was the last one. NO for a folder that isn't known.
+    /// Counts one use less; true if that was the last one, false also for a folder that isn't
+    /// known.
     bool leave(const FSRef& ref);
 
     /// The folder was seen at `url`; does nothing for one that isn't known.
     void learn(const FSRef& ref, const FileURL& url);
 
-    /// The folder with these numbers, borrowed until the next change; null when it isn't known.
+    /// The folder with these numbers, borrowed until the next change; null if it isn't known.
     const KnownFolder* find(const ObjectNumbers&) const;
 
     /// Those on one device, the most recently entered or moved ones first, at most `limit`.

@@ -7,6 +7,7 @@
 #include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
 
 #include <algorithm>
+#include <optional>
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -27,15 +28,23 @@ bool isComplete(const FSRef& ref)
     return ref.hasHandle() && ref.parentInode();
 }
 
-// The mount that `path` is on; a link to a folder is followed.
-bool statVolume(std::string_view path, Stat& stat, std::uint64_t& mountID)
+struct Volume {
+    std::uint32_t device;
+    std::uint64_t mountID;
+};
+
+// The one that `path` is on; a link to a folder is followed.
+std::optional<Volume> volumeAt(std::string_view path)
 {
     PathBytes bytes;
     if (path.empty() || !bytes.append(path))
-        return false;
+        return std::nullopt;
     PathBytes folder = bytes;
-    return (folder.append("/") && statAt(AT_FDCWD, folder.text(), stat, mountID) == 0)
+    Stat stat;
+    std::uint64_t mountID = 0;
+    const bool isThere = (folder.append("/") && statAt(AT_FDCWD, folder.text(), stat, mountID) == 0)
         || statAt(AT_FDCWD, bytes.text(), stat, mountID) == 0;
+    return isThere ? std::optional(Volume{ stat.device, mountID }) : std::nullopt;
 }
 
 } // namespace
@@ -65,9 +74,7 @@ void LinuxLocator::retain(FSRef& ref, const FileURL& url)
     if (ref.isEmpty())
         return;
     _indexes.forgetOld();
-    auto place = url;
-    if (!_tables.retainHeld(ref))
-        take(ref, place);
+    const auto place = _tables.retainHeld(ref) ? url : take(ref, url);
     if (ref.isFolder())
         _tables.enterFolder(ref, place);
 }
@@ -91,13 +98,13 @@ FileURL LinuxLocator::locate(const FSRef& ref, const FileURL& lastKnown)
 
 void LinuxLocator::releaseVolume(std::string_view path)
 {
-    Stat stat;
-    std::uint64_t mountID = 0;
-    if (!statVolume(path, stat, mountID))
+    const auto volume = volumeAt(path);
+    if (!volume)
         return;
-    _policy.bar(stat.device, mountID);
+    _policy.bar(volume->device, volume->mountID);
     _tables.dropHeldIf([&](const HeldObject& object) {
-        return object.ref.device() == stat.device || (mountID && object.mountID == mountID);
+        return object.ref.device() == volume->device
+            || (volume->mountID && object.mountID == volume->mountID);
     });
 }
 
@@ -134,17 +141,17 @@ bool LinuxLocator::wantsDescriptor(const FSRef& ref) const
     return _policy.policy() != DescriptorPolicy::never && _tables.hasRoom(ref.isFolder());
 }
 
-// Sets `place` to where the object was found when that is another place.
-void LinuxLocator::take(FSRef& ref, FileURL& place)
+// Returns where the object is, or `lastKnown` if that isn't known.
+FileURL LinuxLocator::take(FSRef& ref, const FileURL& lastKnown)
 {
-    if (takeAt(ref, place))
-        return;
-    auto found = locate(ref, place);
-    if (found && !(found == place) && takeAt(ref, found))
-        place = std::move(found);
+    if (takeAt(ref, lastKnown))
+        return lastKnown;
+    auto found = locate(ref, lastKnown);
+    const bool isElsewhere = found && !(found == lastKnown);
+    return isElsewhere && takeAt(ref, found) ? found : lastKnown;
 }
 
-// NO when the object isn't at `place`.
+// False if the object isn't at `place`.
 bool LinuxLocator::takeAt(FSRef& ref, const FileURL& place)
 {
     const bool wants = wantsDescriptor(ref);
@@ -167,7 +174,7 @@ bool LinuxLocator::holdAt(FSRef& ref, const FileURL& place, Ref<ObjectDescriptor
     if (!ref.hasHandle())
         ref.setHandle(object->handle());
     if (!ref.parentInode())
-        ref.setParentInode(_folderNumbers.inodeOfFolderOf(place));
+        ref.setParentInode(_parentInodes.inodeOfFolderOf(place));
     if (_policy.mayHold(*object, stat.device, mountID))
         _tables.hold({ ref, std::move(object), mountID });
     return true;
@@ -182,7 +189,7 @@ bool LinuxLocator::completeAt(FSRef& ref, const FileURL& place, const char* path
         return false;
     ref.setHandle(handle);
     if (!ref.parentInode())
-        ref.setParentInode(_folderNumbers.inodeOfFolderOf(place));
+        ref.setParentInode(_parentInodes.inodeOfFolderOf(place));
     return true;
 }
 

@@ -7,7 +7,7 @@
 
 namespace zef {
 
-/// The locator over the kernel's own means. Any thread.
+/// The locator that asks the kernel. Any thread.
 ///
 /// An object that is neither held nor a folder takes no memory here. Its descriptor is let go as
 /// often as `release` is called, so where one reference to an object was refused a descriptor and a
@@ -29,14 +29,16 @@ public:
 
 private:
     bool wantsDescriptor(const FSRef& ref) const;
-    void take(FSRef& ref, FileURL& place);
+    FileURL take(FSRef& ref, const FileURL& lastKnown);
     bool takeAt(FSRef& ref, const FileURL& place);
     bool holdAt(FSRef& ref, const FileURL& place, Ref<ObjectDescriptor>);
     bool completeAt(FSRef& ref, const FileURL& place, const char* path);
 
     LocatorTables _tables;
-    FolderIndexCache _indexes;
-    ParentInodes _folderNumbers;
+    /// One search may go through 32 folders besides the object's own; the next one, for another
+    /// object that vanished at the same time, goes through the same ones.
+    FolderIndexCache _indexes{ { .seconds = 1, .values = 40, .cost = 300'000 } };
+    ParentInodes _parentInodes;
     HandleOpener _opener;
     HoldingPolicy _policy;
 };

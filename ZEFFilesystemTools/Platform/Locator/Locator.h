@@ -20,7 +20,7 @@ enum class DescriptorPolicy {
 
 /// Finds the objects that references refer to, wherever they have been moved.
 ///
-/// It holds O_PATH descriptors within a budget, uses handles where the process may open them, and
+/// It holds O_PATH descriptors within a budget, uses handles if the process may open them, and
 /// otherwise looks at the last known path, its folder and other folders that it knows. Every answer
 /// is verified by a fresh look at the disk. Any thread.
 class ZEF_EXPORT Locator : public SharedService<Locator> {
@@ -29,20 +29,20 @@ public:
 
     static Locator& system();
 
-    /// Makes the reference to the object at `url`, which `stat` describes. NO, and `ref` unchanged,
-    /// when there can be none. Keeps nothing.
-    virtual bool makeRef(const FileURL& url, const Stat& stat, FSRef& ref) = 0;
+    /// Makes the reference to the object at `url`, which `stat` describes. False, with `ref`
+    /// unchanged, if there can be none. Keeps nothing.
+    [[nodiscard]] virtual bool makeRef(const FileURL& url, const Stat& stat, FSRef& ref) = 0;
 
     /// Takes what will find the object again after it was moved: completes `ref` with its handle
     /// and its folder's number, and holds a descriptor while the budget lasts. `url` is where it
-    /// was last seen. Each call wants one `release`.
+    /// was last seen. Balance each call with one `release`.
     virtual void retain(FSRef& ref, const FileURL& url) = 0;
 
     /// Gives up what one `retain` of this object took.
     virtual void release(const FSRef& ref) = 0;
 
-    /// Where the object is now; nil when it is gone or can't be found. `lastKnown` is where it was
-    /// last seen (may be nil); its spelling of a path below symbolic links is kept. A folder's URL
+    /// Where the object is now; null if it is gone or can't be found. `lastKnown` is where it was
+    /// last seen (may be null); its spelling of a path below symbolic links is kept. A folder's URL
     /// ends in a slash, no other does.
     virtual FileURL locate(const FSRef& ref, const FileURL& lastKnown) = 0;
 
@@ -50,7 +50,7 @@ public:
     /// and holds none there for the next minute (`setDescriptorPolicy` ends that).
     virtual void releaseVolume(std::string_view path) = 0;
 
-    /// Closes one held descriptor to make room for another use; NO when none is held.
+    /// Closes one held descriptor to make room for another use; false if none is held.
     virtual bool giveBackOneDescriptor() = 0;
 
     /// How many descriptors may be held; 0 holds none. Default: a quarter of the process's soft

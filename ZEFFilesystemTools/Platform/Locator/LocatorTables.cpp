@@ -47,13 +47,11 @@ void LocatorTables::releaseHeld(const FSRef& ref)
         removed = _held.remove(ref);
 }
 
-bool LocatorTables::findHeld(const FSRef& ref, HeldObject& object)
+std::optional<HeldObject> LocatorTables::findHeld(const FSRef& ref)
 {
     std::lock_guard lock(_mutex);
     const auto* found = _held.find(ref);
-    if (found)
-        object = *found;
-    return found;
+    return found ? std::optional(*found) : std::nullopt;
 }
 
 bool LocatorTables::hasRoom(bool isFolder) const
@@ -153,13 +151,11 @@ bool LocatorTables::isKnownFolder(const FSRef& ref) const
     return _folders.find(ObjectNumbers::of(ref));
 }
 
-bool LocatorTables::findFolder(const ObjectNumbers& numbers, KnownFolder& folder) const
+std::optional<KnownFolder> LocatorTables::findFolder(const ObjectNumbers& numbers) const
 {
     std::lock_guard lock(_mutex);
     const auto* found = _folders.find(numbers);
-    if (found)
-        folder = *found;
-    return found;
+    return found ? std::optional(*found) : std::nullopt;
 }
 
 std::vector<KnownFolder> LocatorTables::recentFolders(std::uint32_t device, std::size_t limit) const

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 namespace zef {
@@ -19,13 +20,13 @@ public:
     explicit LocatorTables(std::size_t budget);
 
     /// Counts one more use of the object's descriptor and completes `ref` from what is known of the
-    /// object. NO when the object isn't held.
-    bool retainHeld(FSRef& ref);
-    /// Counts one use less and closes the descriptor after the last; harmless when none is held.
+    /// object. False if the object isn't held.
+    [[nodiscard]] bool retainHeld(FSRef& ref);
+    /// Counts one use less and closes the descriptor after the last; harmless if none is held.
     void releaseHeld(const FSRef& ref);
 
-    /// Copies what is held for `ref`; NO when nothing is.
-    bool findHeld(const FSRef& ref, HeldObject& object);
+    /// A copy of what is held for `ref`; none if nothing is.
+    std::optional<HeldObject> findHeld(const FSRef& ref);
     /// Whether an object of this kind would be held.
     bool hasRoom(bool isFolder) const;
     /// Holds the object if there is room. Looks whether a few others have lost their last name, and
@@ -37,7 +38,7 @@ public:
     void dropHeld(const FSRef& ref);
     /// Closes the descriptors for which `shouldDrop` (called with no lock held) says so.
     void dropHeldIf(const std::function<bool(const HeldObject&)>& shouldDrop);
-    /// NO when none is held.
+    /// False if none is held.
     bool dropLeastWanted();
 
     void setBudget(std::size_t);
@@ -49,8 +50,8 @@ public:
     void leaveFolder(const FSRef& ref);
     void learnFolder(const FSRef& ref, const FileURL& url);
     bool isKnownFolder(const FSRef& ref) const;
-    /// NO when no such folder is known.
-    bool findFolder(const ObjectNumbers&, KnownFolder&) const;
+    /// None if no such folder is known.
+    std::optional<KnownFolder> findFolder(const ObjectNumbers&) const;
     std::vector<KnownFolder> recentFolders(std::uint32_t device, std::size_t limit) const;
 
 private:

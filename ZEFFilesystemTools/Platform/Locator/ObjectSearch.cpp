@@ -10,6 +10,20 @@
 #include <limits>
 #include <string_view>
 
+// The steps go from cheap to dear, and the first that yields a verified place ends the search:
+//
+// 1. the last known place, one look;
+// 2. the descriptor that the locator holds of the object: the kernel says where it is now, or that
+//    its last name is gone;
+// 3. the object's handle, where the process may open it;
+// 4. the folder that the reference names, found by this same search with one level more, and the
+//    folder of the last known place;
+// 5. the folders that others retain, within a budget.
+//
+// Steps 4 and 5 read folders through the shared cache of indexes and look at every name that has
+// the object's number. A folder is read again while the object is on the move or the index may have
+// missed a change: whoever asks for an object that exists must not be told that it is gone.
+
 namespace zef {
 namespace {
 
@@ -77,11 +91,11 @@ FileURL ObjectSearch::find(FSRef ref, const FileURL& lastKnown)
     if (ref.isEmpty() || _depth == deepestSearch)
         return nullptr;
     ++_depth;
-    // Whoever asks with the reference alone may ask for a folder that others have in use.
-    KnownFolder known;
-    const bool isKnown = !lastKnown && ref.isFolder()
-        && _means.tables.findFolder(ObjectNumbers::of(ref), known);
-    auto place = search(ref, isKnown ? known.url : lastKnown);
+    // Whoever asks with the reference alone may ask for a folder that others use.
+    const auto known = !lastKnown && ref.isFolder()
+        ? _means.tables.findFolder(ObjectNumbers::of(ref))
+        : std::nullopt;
+    auto place = search(ref, known ? known->url : lastKnown);
     --_depth;
     if (place && ref.isFolder())
         _means.tables.learnFolder(ref, place);
@@ -93,55 +107,44 @@ FileURL ObjectSearch::search(FSRef& ref, const FileURL& lastKnown)
     // Nearly always the object is where it was, and this is the cheapest question.
     if (leadsTo(lastKnown, ref))
         return lastKnown.withKind(kindOf(ref));
-    FileURL place;
-    auto progress = askDescriptor(ref, lastKnown, place);
-    if (progress == Progress::open)
-        progress = openHandle(ref, lastKnown, place);
-    if (progress != Progress::open)
-        return place;
-    place = lookInOwnFolder(ref, lastKnown);
+    auto answer = askDescriptor(ref, lastKnown);
+    if (!answer)
+        answer = openHandle(ref, lastKnown);
+    if (answer)
+        return *std::move(answer);
+    auto place = lookInOwnFolder(ref, lastKnown);
     if (!place)
         place = lookInOtherFolders(ref);
     return place ? spell(ref, place, lastKnown) : nullptr;
 }
 
-ObjectSearch::Progress ObjectSearch::askDescriptor(
-    FSRef& ref, const FileURL& lastKnown, FileURL& place)
+ObjectSearch::Answer ObjectSearch::askDescriptor(FSRef& ref, const FileURL& lastKnown)
 {
-    HeldObject held;
-    if (!_means.tables.findHeld(ref, held))
-        return Progress::open;
+    const auto held = _means.tables.findHeld(ref);
     Stat stat;
-    if (held.descriptor->stat(stat) != 0)
-        return Progress::open;
+    if (!held || held->descriptor->stat(stat) != 0)
+        return std::nullopt;
     if (stat.linkCount == 0) {
         _means.tables.dropHeld(ref);
-        return Progress::gone;
+        return FileURL();
     }
     // What is held knows the object's handle, which the reference asked with may lack.
-    ref = held.ref;
-    place = verifiedPlace(ref, *held.descriptor, lastKnown);
-    return place ? Progress::found : Progress::open;
+    ref = held->ref;
+    auto place = verifiedPlace(ref, *held->descriptor, lastKnown);
+    return place ? Answer(std::move(place)) : std::nullopt;
 }
 
-ObjectSearch::Progress ObjectSearch::openHandle(
-    const FSRef& ref, const FileURL& lastKnown, FileURL& place)
+ObjectSearch::Answer ObjectSearch::openHandle(const FSRef& ref, const FileURL& lastKnown)
 {
-    Ref<ObjectDescriptor> object;
-    switch (_means.opener.open(ref, lastKnown, object)) {
-    case HandleOpener::Outcome::gone:
-        return Progress::gone;
-    case HandleOpener::Outcome::unknown:
-        return Progress::open;
-    case HandleOpener::Outcome::opened:
-        break;
-    }
+    auto opened = _means.opener.open(ref, lastKnown);
+    if (!opened.object)
+        return opened.outcome == HandleOpener::Outcome::gone ? Answer(nullptr) : std::nullopt;
     // The path of a file is known only while the kernel remembers its name by itself.
-    place = verifiedPlace(ref, *object, lastKnown);
+    auto place = verifiedPlace(ref, *opened.object, lastKnown);
     if (!place)
-        return Progress::open;
-    holdAgain(ref, std::move(object));
-    return Progress::found;
+        return std::nullopt;
+    holdAgain(ref, std::move(opened.object));
+    return place;
 }
 
 // A folder that somebody retains and that had to make room meanwhile. The uses of other objects are
@@ -193,31 +196,28 @@ FileURL ObjectSearch::lookInOwnFolder(const FSRef& ref, const FileURL& lastKnown
 
 FileURL ObjectSearch::findOwnFolder(const FSRef& ref)
 {
-    KnownFolder folder;
     const ObjectNumbers numbers{ ref.parentInode(), ref.device() };
-    if (!numbers.inode || numbers == ObjectNumbers::of(ref)
-        || !_means.tables.findFolder(numbers, folder))
+    if (!numbers.inode || numbers == ObjectNumbers::of(ref))
         return nullptr;
-    return find(folder.ref, folder.url);
+    const auto folder = _means.tables.findFolder(numbers);
+    return folder ? find(folder->ref, folder->url) : nullptr;
 }
 
 FileURL ObjectSearch::lookInOtherFolders(const FSRef& ref)
 {
     // Not again for each of the folders that are looked into.
-    if (_isInOtherFolders)
+    if (_budget)
         return nullptr;
-    _isInOtherFolders = true;
-    _foldersLeft = mostOtherFolders;
-    _entriesLeft = mostOtherEntries;
+    _budget = SearchBudget{ .folders = mostOtherFolders, .entries = mostOtherEntries };
     FileURL place;
-    for (const auto& folder : _means.tables.recentFolders(ref.device(), _foldersLeft)) {
-        if (!_foldersLeft || !_entriesLeft)
+    for (const auto& folder : _means.tables.recentFolders(ref.device(), mostOtherFolders)) {
+        if (_budget->isUsedUp())
             break;
         place = lookInFolder(ref, find(folder.ref, folder.url));
         if (place)
             break;
     }
-    _isInOtherFolders = false;
+    _budget.reset();
     return place;
 }
 
@@ -225,51 +225,43 @@ FileURL ObjectSearch::lookInFolder(const FSRef& ref, const FileURL& folder)
 {
     if (!folder)
         return nullptr;
-    const auto limit = _isInOtherFolders ? _entriesLeft : allEntries;
+    const auto limit = _budget ? _budget->entries : allEntries;
     auto index = _means.indexes.index(folder, limit);
-    if (index && _isInOtherFolders) {
-        --_foldersLeft;
-        _entriesLeft -= std::min(_entriesLeft, index->count());
-    }
+    if (index && _budget)
+        _budget->pay(index->count());
     for (unsigned reading = 1; index; ++reading) {
-        bool isOnTheMove = false;
-        auto place = lookInIndexedFolder(ref, folder, *index, isOnTheMove);
-        if (place || reading == mostReadings || !(isOnTheMove || isOutdated(*index)))
-            return place;
+        auto look = lookInIndexedFolder(ref, folder, *index);
+        const bool mayBeThere = look.isOnTheMove
+            || index->mayHaveMissedAChangeBefore(_secondsAtStart);
+        if (look.place || reading == mostReadings || !mayBeThere)
+            return std::move(look.place);
         index = _means.indexes.index(folder, limit, FolderIndexCache::Freshness::readAgain);
     }
     return nullptr;
 }
 
-// Whether the folder may have changed before this search without the index telling so.
-bool ObjectSearch::isOutdated(const FolderIndex& index) const
+ObjectSearch::FolderLook ObjectSearch::lookInIndexedFolder(
+    const FSRef& ref, const FileURL& folder, const FolderIndex& index)
 {
-    return index.secondsWhenRead() <= _secondsAtStart && index.mayHaveMissedAChange();
-}
-
-// Sets `isOnTheMove` if the object had a name there that it has lost since the folder was read.
-FileURL ObjectSearch::lookInIndexedFolder(
-    const FSRef& ref, const FileURL& folder, const FolderIndex& index, bool& isOnTheMove)
-{
+    FolderLook look;
     for (std::size_t position = 0;; ++position) {
         const auto name = index.name(ref.inode(), position);
         if (name.empty())
-            return nullptr;
+            return look;
         auto place = folder.appendingPathComponent(name, kindOf(ref));
         const auto sight = lookAt(place, ref);
         if (sight == Sight::sameObject)
-            return place;
-        isOnTheMove |= sight == Sight::other;
+            return { std::move(place) };
+        look.isOnTheMove |= sight == Sight::other;
     }
 }
 
 FileURL ObjectSearch::spell(const FSRef& ref, const FileURL& found, const FileURL& lastKnown) const
 {
     PathSpelling spelling(lastKnown, [this](const Stat& stat) -> FileURL {
-        KnownFolder folder;
-        if (!_means.tables.findFolder(ObjectNumbers::of(stat), folder))
-            return nullptr;
-        return leadsTo(folder.url, FSRef(stat)) ? folder.url.withKind(URLKind::folder) : nullptr;
+        const auto folder = _means.tables.findFolder(ObjectNumbers::of(stat));
+        const bool isThere = folder && leadsTo(folder->url, FSRef(stat));
+        return isThere ? folder->url.withKind(URLKind::folder) : nullptr;
     });
     auto spelled = spelling.spell(found);
     if (spelled == found)

@@ -2,17 +2,18 @@
 #pragma once
 
 #include "ZEFFilesystemTools/Platform/Folders/FolderIndexCache.h"
+#include "ZEFFilesystemTools/Platform/Folders/SearchBudget.h"
 #include "ZEFFilesystemTools/Platform/Locator/HandleOpener.h"
 #include "ZEFFilesystemTools/Platform/Locator/HoldingPolicy.h"
 #include "ZEFFilesystemTools/Platform/Locator/LocatorTables.h"
 
-#include <cstddef>
+#include <optional>
 
 namespace zef {
 
 /// One search for one object: where it was, by its descriptor, by its handle, in its folder, in
 /// other folders. It may have to find the object's folder first, by the same steps. Every place
-/// that it tells was looked at. One thread.
+/// that it returns was looked at. One thread.
 class ObjectSearch {
 public:
     /// What all searches share, borrowed.
@@ -25,15 +26,23 @@ public:
 
     explicit ObjectSearch(const Means&);
 
-    /// Where the object is now; nil when it is gone or can't be found.
+    /// Where the object is now; null if it is gone or can't be found.
     FileURL find(FSRef ref, const FileURL& lastKnown);
 
 private:
-    enum class Progress { found, gone, open };
+    /// Where the object is, null if it is gone; none if the search has to go on.
+    using Answer = std::optional<FileURL>;
+
+    struct FolderLook {
+        /// Null if the object wasn't found.
+        FileURL place;
+        /// Whether the object had a name in the folder that it has lost since that was indexed.
+        bool isOnTheMove = false;
+    };
 
     FileURL search(FSRef& ref, const FileURL& lastKnown);
-    Progress askDescriptor(FSRef& ref, const FileURL& lastKnown, FileURL& place);
-    Progress openHandle(const FSRef& ref, const FileURL& lastKnown, FileURL& place);
+    Answer askDescriptor(FSRef& ref, const FileURL& lastKnown);
+    Answer openHandle(const FSRef& ref, const FileURL& lastKnown);
     void holdAgain(const FSRef& ref, Ref<ObjectDescriptor> object);
     FileURL verifiedPlace(
         const FSRef& ref, const ObjectDescriptor& object, const FileURL& lastKnown) const;
@@ -42,18 +51,16 @@ private:
     FileURL findOwnFolder(const FSRef& ref);
     FileURL lookInOtherFolders(const FSRef& ref);
     FileURL lookInFolder(const FSRef& ref, const FileURL& folder);
-    static FileURL lookInIndexedFolder(
-        const FSRef& ref, const FileURL& folder, const FolderIndex& index, bool& isOnTheMove);
-    bool isOutdated(const FolderIndex& index) const;
+    static FolderLook lookInIndexedFolder(
+        const FSRef& ref, const FileURL& folder, const FolderIndex& index);
 
     FileURL spell(const FSRef& ref, const FileURL& found, const FileURL& lastKnown) const;
 
     Means _means;
     double _secondsAtStart;
     unsigned _depth = 0;
-    bool _isInOtherFolders = false;
-    std::size_t _foldersLeft = 0;
-    std::size_t _entriesLeft = 0;
+    /// For other folders, while they are searched.
+    std::optional<SearchBudget> _budget;
 };
 
 } // namespace zef

@@ -1,55 +1,52 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZEFFilesystemTools/Platform/Time/ExpiringCache.h"
 #include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentity.h"
 
+#include <compare>
 #include <cstdint>
-#include <mutex>
+#include <optional>
 #include <string>
-#include <vector>
 
 namespace zef {
 
-/// Asks volumes for their evidence, and each one once a second at most. Any thread; no lock is held
-/// while a file system works.
+/// Asks volumes who they are, and each one once a second at most. Any thread; no lock is held while
+/// a file system works.
 class VolumeIdentityCache {
 public:
-    /// What the volume that `path` is on has to tell, with the mount's number `mountID` (0: not
-    /// known), which is mounted at `mountPoint`. NO when the volume is of an unknown type.
-    bool evidence(const std::string& mountPoint, std::uint32_t device, std::uint64_t mountID,
-        VolumeIdentity& evidence);
+    /// The identity of the volume on this device that is mounted at `mountPoint`, by the mount with
+    /// the number `mountID` (0: not known). None if the volume is of an unknown type.
+    std::optional<VolumeIdentity> identity(
+        const std::string& mountPoint, std::uint32_t device, std::uint64_t mountID);
 
-    /// The least of it, at one system call: the file system's own number, 0 when it is of no use.
-    /// `path`, links followed, is on the device.
+    /// Only the file system ID, at the cost of one system call; 0 if it is unusable. `path`, links
+    /// followed, is on the device.
     std::uint64_t fileSystemID(const char* path, std::uint32_t device);
-    /// The same without a system call; NO when the device wasn't asked within the last second.
-    bool findFileSystemID(std::uint32_t device, std::uint64_t& number);
+    /// The same without a system call; none if the device wasn't asked within the last second.
+    std::optional<std::uint64_t> knownFileSystemID(std::uint32_t device) const;
 
     /// Whether objects of the device, which `path` is on, keep their numbers.
     bool hasLastingNumbers(const char* path, std::uint32_t device);
 
 private:
-    struct Numbers {
-        std::uint32_t device = 0;
-        std::uint32_t type = 0;
-        std::uint64_t fileSystemID = 0;
-        double validUntil = 0;
-    };
-    struct Known {
+    struct Place {
         std::uint32_t device;
         std::uint64_t mountID;
-        VolumeIdentity evidence;
-        double validUntil;
+        std::string mountPoint;
+
+        friend auto operator<=>(const Place&, const Place&) = default;
+    };
+    struct Numbers {
+        std::uint32_t type = 0;
+        std::uint64_t fileSystemID = 0;
     };
 
     Numbers numbers(const char* path, std::uint32_t device);
-    bool findNumbers(std::uint32_t device, Numbers& numbers);
-    bool find(const std::string& mountPoint, std::uint32_t device, std::uint64_t mountID,
-        VolumeIdentity& evidence);
 
-    std::mutex _mutex;
-    std::vector<Numbers> _numbers;
-    std::vector<Known> _known;
+    ExpiringCache<Place, VolumeIdentity> _identities{ { .seconds = 1 } };
+    /// By device.
+    ExpiringCache<std::uint32_t, Numbers> _numbers{ { .seconds = 1 } };
 };
 
 } // namespace zef

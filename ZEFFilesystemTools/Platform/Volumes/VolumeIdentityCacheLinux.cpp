@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include <fcntl.h>
 #include <linux/btrfs.h>
@@ -17,8 +18,6 @@
 
 namespace zef {
 namespace {
-
-constexpr double secondsToTrust = 1;
 
 // FS_IOC_GETFSUUID of Linux 6.9, which older headers lack.
 struct FileSystemUUID {
@@ -63,7 +62,7 @@ std::string typeOfMount(const std::string& mountPoint, std::uint64_t mountID)
     return found == mounts.rend() ? std::string() : found->type;
 }
 
-// xfs and squashfs tell the device's number, which another start of the machine changes.
+// xfs and squashfs return the device's number, which another start of the machine changes.
 std::uint64_t usefulFileSystemID(const struct statfs& status, std::uint32_t device)
 {
     std::uint32_t words[2];
@@ -72,39 +71,28 @@ std::uint64_t usefulFileSystemID(const struct statfs& status, std::uint32_t devi
     return words[0] == device ? 0 : std::uint64_t{ words[1] } << 32 | words[0];
 }
 
-} // namespace
-
-bool VolumeIdentityCache::evidence(const std::string& mountPoint, std::uint32_t device,
-    std::uint64_t mountID, VolumeIdentity& evidence)
+double now()
 {
-    if (find(mountPoint, device, mountID, evidence))
-        return true;
-    evidence.mountPoint = mountPoint;
-    evidence.type = typeOfMount(mountPoint, mountID);
-    if (evidence.type.empty())
-        return false;
-    evidence.uuid = uuidOfVolume(mountPoint.c_str());
-    evidence.fileSystemID = fileSystemID(mountPoint.c_str(), device);
-    const auto validUntil = Clock::shared().monotonicSeconds() + secondsToTrust;
-    std::lock_guard lock(_mutex);
-    _known.push_back({ device, mountID, evidence, validUntil });
-    return true;
+    return Clock::shared().monotonicSeconds();
 }
 
-bool VolumeIdentityCache::find(const std::string& mountPoint, std::uint32_t device,
-    std::uint64_t mountID, VolumeIdentity& evidence)
+} // namespace
+
+std::optional<VolumeIdentity> VolumeIdentityCache::identity(
+    const std::string& mountPoint, std::uint32_t device, std::uint64_t mountID)
 {
-    const auto now = Clock::shared().monotonicSeconds();
-    std::lock_guard lock(_mutex);
-    std::erase_if(_known, [now](const auto& each) { return now >= each.validUntil; });
-    const auto found = std::find_if(_known.begin(), _known.end(), [&](const auto& each) {
-        return each.device == device && each.mountID == mountID
-            && each.evidence.mountPoint == mountPoint;
-    });
-    if (found == _known.end())
-        return false;
-    evidence = found->evidence;
-    return true;
+    const Place place{ device, mountID, mountPoint };
+    if (auto known = _identities.find(place, now()))
+        return known;
+    auto type = typeOfMount(mountPoint, mountID);
+    if (type.empty())
+        return std::nullopt;
+    const VolumeIdentity identity{ .type = std::move(type),
+        .uuid = uuidOfVolume(mountPoint.c_str()),
+        .fileSystemID = fileSystemID(mountPoint.c_str(), device),
+        .mountPoint = mountPoint };
+    _identities.insert(place, identity, now());
+    return identity;
 }
 
 std::uint64_t VolumeIdentityCache::fileSystemID(const char* path, std::uint32_t device)
@@ -112,44 +100,28 @@ std::uint64_t VolumeIdentityCache::fileSystemID(const char* path, std::uint32_t 
     return numbers(path, device).fileSystemID;
 }
 
+std::optional<std::uint64_t> VolumeIdentityCache::knownFileSystemID(std::uint32_t device) const
+{
+    const auto known = _numbers.find(device, now());
+    return known ? std::optional(known->fileSystemID) : std::nullopt;
+}
+
 bool VolumeIdentityCache::hasLastingNumbers(const char* path, std::uint32_t device)
 {
     return zef::hasLastingNumbers(numbers(path, device).type);
 }
 
-bool VolumeIdentityCache::findFileSystemID(std::uint32_t device, std::uint64_t& number)
-{
-    Numbers known;
-    if (!findNumbers(device, known))
-        return false;
-    number = known.fileSystemID;
-    return true;
-}
-
 VolumeIdentityCache::Numbers VolumeIdentityCache::numbers(const char* path, std::uint32_t device)
 {
-    Numbers numbers;
+    if (const auto known = _numbers.find(device, now()))
+        return *known;
     struct statfs status;
-    if (findNumbers(device, numbers) || ::statfs(path, &status) != 0)
-        return numbers;
-    numbers = { device, static_cast<std::uint32_t>(status.f_type),
-        usefulFileSystemID(status, device), Clock::shared().monotonicSeconds() + secondsToTrust };
-    std::lock_guard lock(_mutex);
-    _numbers.push_back(numbers);
+    if (::statfs(path, &status) != 0)
+        return {};
+    const Numbers numbers{ static_cast<std::uint32_t>(status.f_type),
+        usefulFileSystemID(status, device) };
+    _numbers.insert(device, numbers, now());
     return numbers;
-}
-
-bool VolumeIdentityCache::findNumbers(std::uint32_t device, Numbers& numbers)
-{
-    const auto now = Clock::shared().monotonicSeconds();
-    std::lock_guard lock(_mutex);
-    std::erase_if(_numbers, [now](const auto& each) { return now >= each.validUntil; });
-    const auto found = std::find_if(_numbers.begin(), _numbers.end(),
-        [device](const auto& each) { return each.device == device; });
-    if (found == _numbers.end())
-        return false;
-    numbers = *found;
-    return true;
 }
 
 } // namespace zef

@@ -35,22 +35,19 @@ protected:
 
     zef::AliasData::Bytes aliasOf(std::string_view name)
     {
-        zef::AliasData::Bytes bytes;
         zef::Stat stat;
         const auto url = folder.url(name);
-        if (zef::FileSystem::system().statLink(url.path().c_str(), stat) == 0)
-            std::ignore = zef::LinuxAliasData().make(zef::FSRef(stat), url, bytes);
-        return bytes;
+        if (zef::FileSystem::system().statLink(url.path().c_str(), stat) != 0)
+            return {};
+        auto bytes = zef::LinuxAliasData().make(zef::FSRef(stat), url);
+        return bytes ? *std::move(bytes) : zef::AliasData::Bytes();
     }
 
-    // Empty when the data lead nowhere.
+    // Empty if the data lead nowhere.
     static std::string resolve(const zef::AliasData::Bytes& bytes)
     {
-        zef::FSRef ref;
-        zef::FileURL url;
-        return zef::LinuxAliasData().resolve(bytes, ref, url) == zef::FileError::none
-            ? url.path()
-            : std::string();
+        const auto target = zef::LinuxAliasData().resolve(bytes);
+        return target ? target->url.path() : std::string();
     }
 
     // Mounts the volume that is at "one" at "two" instead.

@@ -228,14 +228,14 @@ TEST_P(LinuxAliasDataTest, FindsTheFileThatComesBackAfterItWasSearched)
     zef::LinuxAliasData aliases;
     folder.link("file", "folder/link");
     folder.remove("file");
-    zef::FSRef ref;
-    zef::FileURL url;
-    ASSERT_EQ(aliases.resolve(alias, ref, url), zef::FileError::none);
-    EXPECT_EQ(url, folder.url("folder/link"));
+    const auto target = aliases.resolve(alias);
+    ASSERT_TRUE(target);
+    EXPECT_EQ(target->url, folder.url("folder/link"));
     const auto back = folder.rename("folder/link", "back");
 
-    ASSERT_EQ(aliases.resolve(alias, ref, url), zef::FileError::none);
-    EXPECT_EQ(url, back);
+    const auto found = aliases.resolve(alias);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->url, back);
 }
 
 TEST_P(LinuxAliasDataTest, GivesUpWhenItsTimeIsUp)
@@ -269,17 +269,13 @@ TEST_P(LinuxAliasDataTest, MakesNothingOfAFileThatIsGone)
     const auto file = folder.write("file");
     const zef::FSRef ref(stat(file));
     folder.remove("file");
-    zef::AliasData::Bytes bytes;
 
-    EXPECT_EQ(zef::LinuxAliasData().make(ref, file, bytes), zef::FileError::notFound);
-    EXPECT_TRUE(bytes.empty());
+    EXPECT_EQ(zef::LinuxAliasData().make(ref, file).error(), zef::FileError::notFound);
 }
 
 TEST_P(LinuxAliasDataTest, MakesNothingOfAnEmptyReference)
 {
-    zef::AliasData::Bytes bytes;
-
-    EXPECT_EQ(zef::LinuxAliasData().make(zef::FSRef(), folder.write("file"), bytes),
+    EXPECT_EQ(zef::LinuxAliasData().make(zef::FSRef(), folder.write("file")).error(),
         zef::FileError::badReference);
 }
 
@@ -289,12 +285,11 @@ TEST_P(LinuxAliasDataTest, IsMadeOfAFileThatWasMovedMeanwhile)
     zef::FSRef ref(stat(file));
     zef::Locator::shared().retain(ref, file);
     const auto renamed = folder.rename("file", "renamed");
-    zef::AliasData::Bytes bytes;
-    const auto result = zef::LinuxAliasData().make(ref, file, bytes);
+    const auto bytes = zef::LinuxAliasData().make(ref, file);
     zef::Locator::shared().release(ref);
 
-    ASSERT_EQ(result, zef::FileError::none);
-    EXPECT_EQ(resolve(bytes), renamed);
+    ASSERT_TRUE(bytes);
+    EXPECT_EQ(resolve(*bytes), renamed);
 }
 
 TEST_P(LinuxAliasDataTest, RefusesBytesOfNoMeaning)
@@ -319,10 +314,8 @@ TEST_P(LinuxAliasDataTest, LeadsNowhereElseWhateverTheBytesSay)
         bytes[random() % bytes.size()] = static_cast<std::byte>(random());
         if (round % 2)
             repairDigest(bytes);
-        zef::FSRef ref;
-        zef::FileURL url;
-        const bool isFound = aliases.resolve(bytes, ref, url) == zef::FileError::none;
-        EXPECT_TRUE(!isFound || url == file) << round;
+        const auto target = aliases.resolve(bytes);
+        EXPECT_TRUE(!target || target->url == file) << round;
     }
 }
 

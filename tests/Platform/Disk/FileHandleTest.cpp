@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 namespace {
 
 zef::FileHandle makeHandle()
@@ -69,6 +71,28 @@ TEST(FileHandleTest, TellsFilesApart)
         GTEST_SKIP() << "the file system has no handles";
 
     EXPECT_FALSE(system.handle(folder.path("other").c_str()) == one);
+}
+
+TEST(FileHandleTest, HasTheBytesThatItIsMadeOf)
+{
+    const std::array bytes{ std::byte{ 0 }, std::byte{ 0 }, std::byte{ 7 } };
+
+    const auto handle = zef::FileHandle::of(1, bytes, true);
+
+    EXPECT_EQ(handle, makeHandle());
+    EXPECT_TRUE(handle.isDecodable);
+}
+
+TEST(FileHandleTest, IsADigestOfMoreBytesThanItHasRoomFor)
+{
+    std::array<std::byte, 100> bytes{};
+    const auto handle = zef::FileHandle::of(1, bytes, true);
+    bytes[99] = std::byte{ 7 };
+
+    EXPECT_TRUE(handle.isDigest);
+    EXPECT_FALSE(handle.isDecodable);
+    EXPECT_EQ(handle.length, 8);
+    EXPECT_FALSE(handle == zef::FileHandle::of(1, bytes, true));
 }
 
 } // namespace

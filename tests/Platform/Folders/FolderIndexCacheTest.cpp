@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Folders/FolderIndexCache.h"
 
+#include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 
 #include "tests/support/FewDescriptors.h"
@@ -14,6 +15,7 @@
 namespace {
 
 constexpr std::size_t enough = 1000;
+constexpr zef::FolderIndexCache::Limits limits{ .seconds = 1, .values = 40, .cost = 300 };
 
 class FolderIndexCacheTest : public testing::Test {
 protected:
@@ -25,9 +27,17 @@ protected:
         return indexes.index(folder.folderUrl(), limit);
     }
 
+    // The folder at `path` as it is now.
+    zef::Ref<const zef::FolderIndex> indexAt(const std::string& path)
+    {
+        zef::Stat stat;
+        EXPECT_EQ(zef::FileSystem::system().statLink(path.c_str(), stat), 0);
+        return indexes.index(path.c_str(), stat, enough);
+    }
+
     SteppedClock clock;
     TemporaryFolder folder;
-    zef::FolderIndexCache indexes;
+    zef::FolderIndexCache indexes{ limits };
 };
 
 TEST_F(FolderIndexCacheTest, KeepsAnIndexForASecond)
@@ -80,6 +90,23 @@ TEST_F(FolderIndexCacheTest, FollowsALinkToAFolder)
     EXPECT_EQ(indexes.index(folder.folderUrl("link"), enough)->count(), 1u);
 }
 
+TEST_F(FolderIndexCacheTest, FollowsALinkOnlyWithASlashBehindIt)
+{
+    folder.makeFolder("inner");
+    folder.symlink("inner", "link");
+
+    EXPECT_FALSE(indexAt(folder.path("link")));
+    EXPECT_TRUE(indexAt(folder.path("link/")));
+}
+
+TEST_F(FolderIndexCacheTest, KnowsAFolderByAnyPath)
+{
+    folder.makeFolder("inner");
+    folder.symlink("inner", "link");
+
+    EXPECT_EQ(indexAt(folder.path("inner")), indexAt(folder.path("link/")));
+}
+
 TEST_F(FolderIndexCacheTest, HasNoneOfWhatIsNoFolder)
 {
     EXPECT_FALSE(indexes.index(folder.write("file"), enough));
@@ -111,6 +138,22 @@ TEST_F(FolderIndexCacheTest, KeepsAsManyIndexesAsOneSearchMakes)
     EXPECT_EQ(first[0]->retainCount(), 1u);
 }
 
+TEST_F(FolderIndexCacheTest, KeepsAsManyEntriesAsItMay)
+{
+    for (const char* name : { "one", "two", "three" }) {
+        folder.makeFolder(name);
+        for (int number = 0; number < 100; ++number)
+            folder.write(std::string(name) + "/" + std::to_string(number));
+    }
+    const auto first = indexes.index(folder.folderUrl("one"), enough);
+    const auto second = indexes.index(folder.folderUrl("two"), enough);
+    const auto third = indexes.index(folder.folderUrl("three"), enough);
+
+    EXPECT_EQ(first->retainCount(), 1u);
+    EXPECT_EQ(second->retainCount(), 2u);
+    EXPECT_EQ(third->retainCount(), 2u);
+}
+
 // No fixture: UndefinedBehaviorSanitizer looks at each object of a class with virtual functions by
 // a pipe when it first meets it, and here there is none to be had.
 TEST(FolderIndexCacheShortageTest, ReadsAFolderWithoutADescriptorLeft)
@@ -118,10 +161,10 @@ TEST(FolderIndexCacheShortageTest, ReadsAFolderWithoutADescriptorLeft)
     TemporaryFolder folder;
     folder.write("file");
     const auto url = folder.folderUrl();
-    zef::FolderIndexCache indexes;
+    zef::FolderIndexCache indexes(limits);
     // All objects are met here first.
     zef::Locator::shared().giveBackOneDescriptor();
-    zef::FolderIndexCache().index(url, enough)->covers(enough);
+    zef::FolderIndexCache(limits).index(url, enough)->covers(enough);
     const FewDescriptors none(0);
 
     const auto read = indexes.index(url, enough);

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <set>
 #include <string>
 
@@ -16,6 +17,8 @@
 #include <unistd.h>
 
 namespace {
+
+constexpr auto always = std::numeric_limits<double>::infinity();
 
 class FolderIndexTest : public testing::Test {
 protected:
@@ -152,10 +155,17 @@ TEST_F(FolderIndexTest, DoesNotTrustAFolderThatHasJustChanged)
     bool isTrusted = true;
     for (int tries = 0; isTrusted && tries < 10000; ++tries) {
         folder.write(std::to_string(tries));
-        isTrusted = !read()->mayHaveMissedAChange();
+        isTrusted = !read()->mayHaveMissedAChangeBefore(always);
     }
 
     EXPECT_FALSE(isTrusted);
+}
+
+TEST_F(FolderIndexTest, MissesNoChangeFromBeforeItWasRead)
+{
+    const auto index = read();
+
+    EXPECT_FALSE(index->mayHaveMissedAChangeBefore(index->secondsWhenRead() - 1));
 }
 
 TEST_F(FolderIndexTest, TrustsAFolderThatChangedLongAgo)
@@ -163,7 +173,7 @@ TEST_F(FolderIndexTest, TrustsAFolderThatChangedLongAgo)
     folder.write("file");
     settle();
 
-    EXPECT_FALSE(read()->mayHaveMissedAChange());
+    EXPECT_FALSE(read()->mayHaveMissedAChangeBefore(always));
 }
 
 } // namespace

@@ -28,7 +28,9 @@ protected:
 
     Outcome open(const zef::FSRef& ref, const zef::FileURL& near)
     {
-        return opener.open(ref, near, object);
+        auto [outcome, opened] = opener.open(ref, near);
+        object = std::move(opened);
+        return outcome;
     }
 
     Outcome open(const zef::FSRef& ref) { return open(ref, folder.url("near")); }

@@ -26,7 +26,7 @@ protected:
     }
 
     SteppedClock clock;
-    zef::VolumeIdentityCache evidences;
+    zef::VolumeIdentityCache identities;
 };
 
 TEST_F(VolumeIdentityCacheTest, TellsTheTypeOfTheRootAsTheMountTableHasIt)
@@ -35,42 +35,38 @@ TEST_F(VolumeIdentityCacheTest, TellsTheTypeOfTheRootAsTheMountTableHasIt)
     const auto root = std::find_if(
         mounts.rbegin(), mounts.rend(), [](const auto& mount) { return mount.folder == "/"; });
     ASSERT_NE(root, mounts.rend());
-    zef::VolumeIdentity evidence;
+    const auto identity = identities.identity("/", deviceOf("/"), root->id);
 
-    ASSERT_TRUE(evidences.evidence("/", deviceOf("/"), root->id, evidence));
-    EXPECT_EQ(evidence.type, root->type);
-    EXPECT_EQ(evidence.mountPoint, "/");
-    EXPECT_TRUE(evidence.matches(evidence));
+    ASSERT_TRUE(identity);
+    EXPECT_EQ(identity->type, root->type);
+    EXPECT_EQ(identity->mountPoint, "/");
+    EXPECT_TRUE(identity->matches(*identity));
 }
 
 TEST_F(VolumeIdentityCacheTest, KnowsNothingOfAFolderThatNothingIsMountedOn)
 {
-    zef::VolumeIdentity evidence;
-
-    EXPECT_FALSE(evidences.evidence("/proc/self", deviceOf("/proc"), 0, evidence));
+    EXPECT_FALSE(identities.identity("/proc/self", deviceOf("/proc"), 0));
 }
 
 TEST_F(VolumeIdentityCacheTest, KeepsANumberForASecond)
 {
     const auto device = deviceOf("/");
-    std::uint64_t number = 0;
-    EXPECT_FALSE(evidences.findFileSystemID(device, number));
-    const auto asked = evidences.fileSystemID("/", device);
+    EXPECT_FALSE(identities.knownFileSystemID(device));
+    const auto asked = identities.fileSystemID("/", device);
 
-    ASSERT_TRUE(evidences.findFileSystemID(device, number));
-    EXPECT_EQ(number, asked);
+    EXPECT_EQ(identities.knownFileSystemID(device), asked);
     clock.advance(1);
-    EXPECT_FALSE(evidences.findFileSystemID(device, number));
+    EXPECT_FALSE(identities.knownFileSystemID(device));
 }
 
 TEST_F(VolumeIdentityCacheTest, KnowsWhichNumbersLast)
 {
-    EXPECT_TRUE(evidences.hasLastingNumbers("/proc", deviceOf("/proc")));
+    EXPECT_TRUE(identities.hasLastingNumbers("/proc", deviceOf("/proc")));
 }
 
 TEST_F(VolumeIdentityCacheTest, HasNoNumberForAPlaceThatIsMissing)
 {
-    EXPECT_EQ(evidences.fileSystemID("/proc/missing", 12345), 0u);
+    EXPECT_EQ(identities.fileSystemID("/proc/missing", 12345), 0u);
 }
 
 } // namespace
