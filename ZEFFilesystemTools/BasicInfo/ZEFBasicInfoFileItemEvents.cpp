@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
+
 #include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
 
 const char* const ZEFArchiveIsAliasKey = "ZEFArchiveIsAliasKey";

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 
-#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoAsking.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Presentation/FileInformation.h"
 

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Platform/Disk/DescriptorReserve.h"
-#include "ZEFFilesystemTools/Platform/Trash/Trash.h"
-
 #include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
+#include "ZEFFilesystemTools/Platform/Trash/Trash.h"
 #include "ZEFFilesystemTools/Platform/Trash/TrashRequest.h"
 
 namespace zef {
