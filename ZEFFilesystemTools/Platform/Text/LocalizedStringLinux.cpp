@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
 #include "ZEFFilesystemTools/Platform/Text/LocalizedString.h"
+
+#include "ZEFFilesystemTools/Platform/Objects/Immortal.h"
 
 #include <mutex>
 #include <utility>
