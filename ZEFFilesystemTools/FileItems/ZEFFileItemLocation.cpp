@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
+
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Locator/Locator.h"
 #include "ZEFFilesystemTools/Platform/Text/Log.h"
