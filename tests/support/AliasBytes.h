@@ -6,8 +6,8 @@
 
 #include <span>
 
-/// Makes the length and the digest in the head of alias data right again after a change; leaves
-/// bytes alone that are too short to have a head.
+/// Corrects the length and the digest in the head of alias data after a change. Leaves bytes alone
+/// that are too short to have a head.
 inline void repairDigest(zef::AliasData::Bytes& bytes)
 {
     constexpr std::size_t headLength = 17;

@@ -13,8 +13,7 @@
 #include <string_view>
 #include <vector>
 
-/// Where alias data are tested, and whether the process may open files by their handles if it has
-/// that privilege at all.
+/// Where alias data are tested, and whether handles are used if the process may open them.
 struct AliasCircumstance {
     std::string place;
     bool keepsPrivileges;

@@ -8,7 +8,7 @@ class AllocationCounter {
 public:
     AllocationCounter();
 
-    /// NO under the sanitizers, whose own heap is in use there.
+    /// False under the sanitizers, which have a heap of their own.
     static bool isAvailable();
 
     std::size_t count() const;

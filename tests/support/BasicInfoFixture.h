@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-/// Basic info items of made-up files, of which the test also decides what people are shown.
+/// Basic info items of fake files; the test decides what people are shown of them.
 class BasicInfoFixture : public FakeFileItemFixture {
 protected:
     using Question = FakeFileInformation::Question;

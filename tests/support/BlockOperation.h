@@ -6,7 +6,7 @@
 #include <functional>
 #include <utility>
 
-/// An operation whose work is a function of the test's.
+/// An operation whose work is a function that the test gives it.
 class BlockOperation final : public zef::Operation {
 public:
     explicit BlockOperation(std::function<void(BlockOperation&)> block)

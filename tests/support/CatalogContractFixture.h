@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-/// What every catalog does, the real one and the fake.
+/// For tests that every catalog must pass, the real one and the fake.
 template <typename Folders> class CatalogContractFixture : public testing::Test {
 protected:
     struct Listing {
@@ -40,7 +40,7 @@ protected:
         return iterator ? *std::move(iterator) : nullptr;
     }
 
-    // One read; False at the end and on an error, which `listing` then tells.
+    // One read; false at the end and on an error, which `listing` then has.
     bool read(zef::CatalogIterator& iterator, Listing& listing)
     {
         std::size_t count = 1000;

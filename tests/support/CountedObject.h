@@ -7,7 +7,7 @@
 #include <functional>
 #include <utility>
 
-/// An object that counts how many of its kind are alive and may do something when it goes.
+/// An object that counts how many of its kind are alive, and calls a function when it dies.
 class CountedObject : public ZEFObject {
 public:
     inline static constexpr zef::Class classObject{ "CountedObject", &ZEFObject::classObject };

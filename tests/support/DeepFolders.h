@@ -9,8 +9,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-/// A chain of folders, each named "d" and with the files "a" and "z" beside the next, of any
-/// length: deeper than paths can name. Removed at the end; holds two descriptors at the most.
+/// A chain of folders of any length, deeper than paths can name: each is named "d" and holds the
+/// files "a" and "z" and the next folder. Removed at the end; holds at most two descriptors.
 class DeepFolders {
 public:
     /// In the folder at `path`, which must not hold any of these names.

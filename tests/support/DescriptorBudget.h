@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-/// While it lives the shared locator holds no more than so many descriptors.
+/// Limits how many descriptors the shared locator holds while this lives.
 class DescriptorBudget {
 public:
     explicit DescriptorBudget(std::size_t budget)

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-/// Stands in, while it lives, for the system calls that bring files to the disk and move them to
-/// free names (fsync, syncfs, renameat2): remembers their order, and lets them fail. One at a time;
-/// one thread.
+/// Replaces the system calls that write files to the disk and move them to free names (fsync,
+/// syncfs, renameat2) while it lives: remembers their order and lets them fail. One at a time; one
+/// thread.
 class DiskCalls {
 public:
     DiskCalls();

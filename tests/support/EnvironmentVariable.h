@@ -6,8 +6,8 @@
 #include <string>
 #include <utility>
 
-/// A variable of the process's environment that has another value while this lives. While no other
-/// thread looks at the environment.
+/// Gives an environment variable another value while this lives. Only while no other thread looks
+/// at the environment.
 class EnvironmentVariable {
 public:
     EnvironmentVariable(std::string name, const std::string& value)

@@ -5,8 +5,8 @@
 
 #include <mutex>
 
-/// A lock that fails with the errno values that a test says; stands in for the registry's while it
-/// lives. It locks in fact unless it fails to.
+/// A mutex that fails with the errno values that the test sets, and else really locks. Replaces the
+/// registry's while it lives.
 class FailingMutex final : public zef::Mutex {
 public:
     FailingMutex(int lockError, int unlockError)

@@ -6,8 +6,8 @@
 #include <cstring>
 #include <utility>
 
-/// Alias data that hold the reference as it is and lead where a test says; stand in for the shared
-/// ones while they live.
+/// Alias data that hold the reference as it is and lead where the test says. Replaces the shared
+/// service while it lives.
 class FakeAliasData final : public zef::AliasData {
 public:
     FakeAliasData() { replaceShared(this); }

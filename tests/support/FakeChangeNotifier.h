@@ -12,8 +12,8 @@
 #include <utility>
 #include <vector>
 
-/// A notifier to which a test tells what happens, and that fails when it is told to. Knows no disk:
-/// until told otherwise every object exists. Any thread.
+/// A notifier whose events and failures the test decides. It does not touch the disk: unless the
+/// test says otherwise, every object exists. Any thread.
 class FakeChangeNotifier final : public zef::ChangeNotifier {
 public:
     /// Something happens to the object of `ref`.
@@ -66,7 +66,7 @@ public:
         std::lock_guard lock(_mutex);
         if (_openFails || _gone.contains(keyOf(ref)))
             return 0;
-        drain(); // what happened before is no event of the new token
+        drain(); // what happened before is not an event of the new token
         _tokens[++_lastToken] = { keyOf(ref), false };
         return _lastToken;
     }

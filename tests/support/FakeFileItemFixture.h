@@ -16,7 +16,7 @@
 #include <string>
 #include <string_view>
 
-/// Items of files of which the test decides everything, and whose every question it can count.
+/// Items of fake files: the test decides everything about them and counts every question.
 class FakeFileItemFixture : public testing::Test {
 protected:
     FakeFileItemFixture()

@@ -29,7 +29,7 @@ public:
     FakeFileSystem(const FakeFileSystem&) = delete;
     FakeFileSystem& operator=(const FakeFileSystem&) = delete;
 
-    /// Makes an object; its folder must be there. Returns what `statLink` tells of it.
+    /// Makes an object; its folder must exist. Returns what `statLink` says of it.
     zef::Stat addFile(std::string_view path);
     zef::Stat addFolder(std::string_view path);
     zef::Stat addLink(std::string_view path, std::string_view target);

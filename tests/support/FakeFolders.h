@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-/// The fake catalog, with a fake file system that makes up numbers.
+/// Folders of the fake catalog, whose numbers come from a fake file system.
 class FakeFolders {
 public:
     zef::Catalog& service() { return _catalog; }

@@ -10,8 +10,8 @@
 #include <unordered_map>
 #include <utility>
 
-/// A locator that finds what a test says, and stands in for the shared one while it lives. It asks
-/// the disk nothing and completes no reference. Any thread.
+/// A locator that finds objects where the test says. Replaces the shared one while it lives. It
+/// does not touch the disk and completes no reference. Any thread.
 class FakeLocator final : public zef::Locator {
 public:
     // The real one first: it makes the shared locator known to the reserve of descriptors.
@@ -20,9 +20,9 @@ public:
     FakeLocator(const FakeLocator&) = delete;
     FakeLocator& operator=(const FakeLocator&) = delete;
 
-    /// Where every object without a place of its own is from now on; nil for nowhere, as at first.
+    /// Where every object without a place of its own is from now on; null for nowhere, the default.
     void setAnswer(zef::FileURL);
-    /// Where the object with these numbers is from now on; nil for nowhere.
+    /// Where the object with these numbers is from now on; null for nowhere.
     void setPlace(const zef::FSRef&, zef::FileURL);
     /// From now on there are no references to be had, or there are again.
     void setRefusesReferences(bool refuses) { _refusesReferences = refuses; }

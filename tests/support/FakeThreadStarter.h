@@ -12,8 +12,8 @@
 #include <utility>
 #include <vector>
 
-/// Stands in for the system's starter of threads while it lives: refuses threads beyond a limit and
-/// knows how many it has started and how many of them are through.
+/// Replaces the system's thread starter while it lives: refuses threads beyond a limit, and counts
+/// those that it started and those that have ended.
 class FakeThreadStarter final : public zef::ThreadStarter {
 public:
     explicit FakeThreadStarter(std::size_t limit)

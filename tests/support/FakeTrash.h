@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-/// The shared trash while it lives: keeps what it is asked for and moves nothing.
+/// Replaces the shared trash while it lives: remembers the requests and moves nothing.
 class FakeTrash final : public zef::Trash {
 public:
     FakeTrash() { replaceShared(this); }

@@ -6,8 +6,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-/// While it lives the process gets only so many new descriptors and then EMFILE; those that are
-/// open stay so. Two is enough for UndefinedBehaviorSanitizer, which makes a pipe to look at an
+/// Limits how many more descriptors the process gets while this lives; then it gets EMFILE. Open
+/// ones stay open. Two are enough for UndefinedBehaviorSanitizer, which makes a pipe to look at an
 /// object.
 class FewDescriptors {
 public:

@@ -12,7 +12,7 @@ inline constexpr ZEFFileChanges moved{ .exists = true, .pathChanged = true };
 inline constexpr ZEFFileChanges lost{ .pathChanged = true };
 inline constexpr ZEFFileChanges nothingToTell{};
 
-/// What GoogleTest shows of an answer.
+/// How GoogleTest prints an answer.
 // NOLINTNEXTLINE(readability-identifier-naming): the name is GoogleTest's
 inline void PrintTo(const ZEFFileChanges& changes, std::ostream* stream)
 {

@@ -18,7 +18,7 @@
 #include <string>
 #include <string_view>
 
-/// Real files and a service of their own to ask about them, which logs nothing.
+/// Real files and a service of the test's own to ask about them; nothing may be logged.
 class FileInformationFixture : public testing::Test {
 protected:
     /// An object as it was when it was last seen.

@@ -32,7 +32,7 @@ protected:
     /// stay the same.
     void change(std::string_view name);
 
-    /// Makes a file that has the number of the deleted one that `deleted` describes; NO where the
+    /// Makes a file with the number of the deleted one that `deleted` describes; false where the
     /// file system doesn't give it again.
     bool writeWithNumberOf(const zef::Stat& deleted, std::string_view name);
 

@@ -7,8 +7,8 @@
 #include <mutex>
 #include <utility>
 
-/// The real file system whose time stamps and sizes stand still: each object is described by what
-/// was first seen of it. Stands in for the shared one while it lives. Any thread.
+/// The real file system with time stamps and sizes that stand still: each object is described as it
+/// was first seen. Replaces the shared one while it lives. Any thread.
 class FrozenFileSystem final : public zef::FileSystem {
 public:
     FrozenFileSystem() { replaceShared(this); }

@@ -7,7 +7,7 @@
 #include <mutex>
 #include <stdexcept>
 
-/// Holds up the threads that come by until a test lets them through.
+/// Holds up the threads that pass by until the test lets them through.
 class Gate {
 public:
     /// Waits here until let through.

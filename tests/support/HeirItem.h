@@ -3,7 +3,7 @@
 
 #include "tests/support/NotedItem.h"
 
-/// A subclass of `NotedItem` which says nothing of archives.
+/// A subclass of `NotedItem` that adds nothing to its archives.
 class HeirItem final : public NotedItem {
 public:
     static const ZEFFileItemClass classObject;

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-/// Knows the names that a test gives it, and which entries it was asked about.
+/// Knows the names that the test gives it, and remembers which entries it was asked about.
 class KnownNames final : public zef::KnownEntries {
 public:
     bool isKnown(std::string_view name, std::uint64_t inode) override

@@ -7,7 +7,7 @@
 #include <mutex>
 #include <thread>
 
-/// Has a lock taken by another thread for as long as it lives.
+/// Keeps a lock held by another thread while this lives.
 class LockHolder {
 public:
     explicit LockHolder(zef::Lock& lock)

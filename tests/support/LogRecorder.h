@@ -11,8 +11,7 @@
 #include <utility>
 #include <vector>
 
-/// Keeps the lines that are logged while it lives, in the place of the sink until then, which it
-/// gives back at its end. Lines may come from any thread.
+/// Replaces the log's sink while it lives, and keeps the lines. They may come from any thread.
 class LogRecorder {
 public:
     LogRecorder()

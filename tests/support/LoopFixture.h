@@ -19,9 +19,9 @@
 #include <string_view>
 #include <vector>
 
-/// A folder "watched" and a folder "elsewhere", a clock and a run loop that the test steps, a
-/// recorded log that must be empty at the end but for numbers that came back, and, for tests that
-/// use it, a file manager of their own.
+/// The folders "watched" and "elsewhere", a clock and a run loop that the test steps, and a file
+/// manager of the test's own if it uses one. At the end the log must be empty, except for lines
+/// about inode numbers that were used again.
 class LoopFixture : public testing::Test {
 protected:
     LoopFixture();

@@ -9,7 +9,7 @@
 #include <initializer_list>
 #include <string_view>
 
-/// A fresh file manager whose items report, and a loop that it runs on.
+/// A new file manager, whose items report their events, on the run loop that the test steps.
 class ManagerFixture : public LoopFixture {
 protected:
     ManagerFixture() { manager.setFileClass(&ReportingItem::classObject); }

@@ -4,7 +4,7 @@
 #include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
 #include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
-/// A host's class whose archives hold a note, and lead where "instead" says if they hold that.
+/// A host's class whose archives hold a note; the key "instead" in one makes it lead elsewhere.
 class NotedItem : public ZEFFileItem {
 public:
     static const ZEFFileItemClass classObject;

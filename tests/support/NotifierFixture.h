@@ -13,8 +13,8 @@
 #include <string_view>
 #include <system_error>
 
-/// A notifier of its own on real files, with a clock that stands still years before the files' time
-/// stamps, so that these count as settled, and a locator that says what the test wants.
+/// A notifier of the test's own on real files, and a locator that says what the test sets. The
+/// clock stands still years before the files' time stamps, so that these count as settled.
 class NotifierFixture : public testing::Test {
 protected:
     NotifierFixture() { zef::Clock::replaceShared(&clock); }

@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-/// An operation queue, and operations whose course the test decides.
+/// An operation queue, and operations that the test controls.
 class OperationQueueFixture : public testing::Test {
 protected:
     ~OperationQueueFixture() override

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-/// Real folders, read through the system's service.
+/// Real folders, listed by the real catalog.
 class RealFolders {
 public:
     zef::Catalog& service() { return zef::Catalog::system(); }

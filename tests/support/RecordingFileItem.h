@@ -5,7 +5,7 @@
 
 #include <vector>
 
-/// A host's class of file items, which remembers what it was told; one line, below, makes it one.
+/// A host's class of file items that remembers the events it was sent.
 class RecordingFileItem final : public ZEFFileItem {
 public:
     static const ZEFFileItemClass classObject;

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-/// A delegate of loaders that remembers what it was told.
+/// A delegate of loaders that remembers its calls.
 class RecordingLoaderDelegate final : public ZEFObject,
                                       public ZEFAsynchronousFileLoaderDelegate,
                                       public ZEFAsynchronousFileLoaderProgressDelegate {

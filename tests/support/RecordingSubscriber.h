@@ -6,7 +6,7 @@
 #include <functional>
 #include <vector>
 
-/// A subscriber that remembers what it was told.
+/// A subscriber that remembers its calls.
 class RecordingSubscriber final : public ZEFObject, public ZEFDirectorySubscriptionProtocol {
 public:
     struct Call {

@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-/// A host's file item that tells a test of its events, and that the tests can count.
+/// A host's file item that calls a hook for its events, and counts the live ones of its class.
 class ReportingItem final : public ZEFFileItem {
 public:
     static const ZEFFileItemClass classObject;

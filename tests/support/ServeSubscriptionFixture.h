@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-/// A server that is driven to watch a folder of its own.
+/// A running `zef serve` that watches a folder.
 class ServeSubscriptionFixture : public testing::Test {
 protected:
     using JSON = ServeClient::JSON;

@@ -7,9 +7,8 @@
 #include <functional>
 #include <utility>
 
-/// The system's catalog, whose readers a test counts, holds up and lets fail; stands in for the
-/// shared one while it lives. Set the hooks while nobody reads; they are called on the readers'
-/// threads.
+/// The real catalog, whose reads the test counts, holds up and lets fail. Replaces the shared one
+/// while it lives. Set the hooks while nobody reads; they are called on the readers' threads.
 class SpyCatalog final : public zef::Catalog {
 public:
     SpyCatalog() { replaceShared(this); }

@@ -6,8 +6,8 @@
 #include <atomic>
 #include <functional>
 
-/// The system's locator, of which a test sees what is retained; stands in for the shared one while
-/// it lives. Any thread.
+/// The real locator; the test sees what is retained. Replaces the shared one while it lives. Any
+/// thread.
 class SpyLocator final : public zef::Locator {
 public:
     SpyLocator() { replaceShared(this); }

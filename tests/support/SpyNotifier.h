@@ -9,8 +9,8 @@
 #include <mutex>
 #include <vector>
 
-/// The system's notifier, of which a test sees what is opened; stands in for the shared one while
-/// it lives. Any thread.
+/// The real notifier; the test sees what is opened. Replaces the shared one while it lives. Any
+/// thread.
 class SpyNotifier final : public zef::ChangeNotifier {
 public:
     SpyNotifier() { replaceShared(this); }

@@ -7,8 +7,8 @@
 #include <cmath>
 #include <cstdint>
 
-/// A clock that stands still until a test steps it. Counts whole nanoseconds, so that ten steps of
-/// 0.1 seconds are exactly one of 1 second. Any thread.
+/// A clock that stands still until the test steps it. Counts whole nanoseconds, so that ten steps
+/// of 0.1 seconds are exactly one second. Any thread.
 class SteppedClock final : public zef::Clock {
 public:
     zef::Date now() override { return zef::Date(seconds(_wall)); }

@@ -25,7 +25,7 @@ protected:
         return ZEFDirectorySubscription::initForSubscriber(subscriber, item(name).get(), true);
     }
 
-    /// The changes that a check finds, in words; none for nil.
+    /// The changes that a check finds, in words; empty if it finds none.
     static Words check(ZEFDirectorySubscription& subscription)
     {
         zef::Ref<ZEFChangeArray> changes;

@@ -7,7 +7,8 @@
 #include <cstddef>
 #include <vector>
 
-/// A background load and its drain. The loader waits at the gate before each batch of 40 files.
+/// A subscription that loads in the background. The load waits at the gate before each batch of 40
+/// files.
 class SubscriptionLoadFixture : public SubscriptionFixture {
 protected:
     ~SubscriptionLoadFixture() override

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// Gives the system's locator the budget that the environment variable ZEF_DESCRIPTOR_BUDGET asks
-/// for, if it does. Done once before the first test; for tests that changed the budget.
+/// Gives the real locator the budget that the environment variable ZEF_DESCRIPTOR_BUDGET sets, if
+/// it is set. Done once before the first test; call it in a test that changed the budget.
 void applyDescriptorBudget();

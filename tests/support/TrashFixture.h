@@ -16,7 +16,7 @@
 #include <string_view>
 #include <vector>
 
-/// A folder for files, "files", and beside it, on the same volume, a home trash of the test's own.
+/// A folder "files" and, on the same volume, a home trash of the test's own.
 class TrashFixture : public testing::Test {
 protected:
     using Names = std::vector<std::string>;

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-/// A folder `w` with a run of `zef watch` that looks at it all the time.
+/// A folder "w" and a running `zef watch` that polls it all the time.
 class WatchFixture : public testing::Test {
 protected:
     WatchFixture() { folder.makeFolder("w"); }

@@ -8,9 +8,9 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-/// While it lives the calling thread respects permissions like any user, also when it is root's;
-/// other threads don't notice (capabilities(7)). access(2) goes by the real user and sees through
-/// it.
+/// Makes the calling thread respect permissions like any user's while this lives, even root's;
+/// other threads are not affected (capabilities(7)). access(2) goes by the real user and is not
+/// fooled.
 class WithoutPrivileges {
 public:
     WithoutPrivileges()

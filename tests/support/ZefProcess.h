@@ -9,9 +9,9 @@
 
 #include <sys/types.h>
 
-/// A run of the zef program that lies beside the test program, with its input and its outputs in
-/// the test's hands. Waiting ends with what is waited for; only a program that does nothing for a
-/// minute makes it throw.
+/// A running zef program, the one beside the test program, whose input and outputs the test has in
+/// its hands. Waiting ends with what is waited for, and throws if the program does nothing for a
+/// minute.
 class ZefProcess {
 public:
     /// What the program's input and outputs are: three pipes, or one terminal.
