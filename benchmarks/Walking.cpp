@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
-#include "ZEFFilesystemTools/Loading/ZEFNormalDirectoryFilter.h"
-#include "ZEFFilesystemTools/Loading/ZEFVisibleFileFilter.h"
+#include "ZEFFilesystemTools/Loading/ZEFFilters.h"
 #include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
 #include "benchmarks/support/BenchmarkFolders.h"

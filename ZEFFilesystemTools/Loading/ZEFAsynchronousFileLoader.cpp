@@ -6,6 +6,8 @@
 #include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
 #include "ZEFFilesystemTools/Platform/Threads/OperationQueue.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace {
@@ -21,6 +23,7 @@ ZEFAsynchronousFileLoader::ZEFAsynchronousFileLoader(ZEFObject* delegate)
     : _delegate(delegate)
     , _finishDelegate(zef::protocolCast<ZEFAsynchronousFileLoaderDelegate>(delegate))
     , _progressDelegate(zef::protocolCast<ZEFAsynchronousFileLoaderProgressDelegate>(delegate))
+    , _failureDelegate(zef::protocolCast<ZEFAsynchronousFileLoaderFailureDelegate>(delegate))
     , _loadingArrayLock(_fileLoadOperation->loadingArrayLock())
     , _loadingArray(_fileLoadOperation->loadingArray())
 {
@@ -108,8 +111,11 @@ void ZEFAsynchronousFileLoader::checkLoadStatus(zef::Timer*)
 {
     const zef::Ref<ZEFAsynchronousFileLoader> protectedThis(this);
     reportProgress();
+    // Asked once, so that what fails after the question is reported before the end too.
+    const bool isFinished = _fileLoadOperation->isFinished();
+    reportFailures(isFinished);
     // The delegate may have cancelled it.
-    if (!_operationIsRunning || !_fileLoadOperation->isFinished())
+    if (!_operationIsRunning || !isFinished)
         return;
     stopTimer();
     _operationIsRunning = false;
@@ -129,4 +135,29 @@ void ZEFAsynchronousFileLoader::reportProgress()
     _loadingArrayLock->unlock();
     _progressDelegate->asynchronousFileLoaderUpdatedNumberOfFilesFound(
         this, static_cast<std::uint32_t>(count), latestFile.get());
+}
+
+// Those that are left when the delegate throws, or looks at the load itself, are reported later.
+void ZEFAsynchronousFileLoader::reportFailures(bool isFinished)
+{
+    if (!_failureDelegate)
+        return;
+    takeFailures(isFinished);
+    while (_operationIsRunning && !_failures.empty()) {
+        const auto failure = std::move(_failures.front());
+        _failures.pop_front();
+        _failureDelegate->asynchronousFileLoaderFailedToListDirectory(
+            this, failure.directory.get(), failure.error);
+    }
+}
+
+// Never waits for the thread that loads; once that is done, nobody else has to do with failures.
+void ZEFAsynchronousFileLoader::takeFailures(bool isFinished)
+{
+    if (!isFinished && !_loadingArrayLock->tryLock())
+        return;
+    auto failures = _fileLoadOperation->takeFailures();
+    if (!isFinished)
+        _loadingArrayLock->unlock();
+    std::move(failures.begin(), failures.end(), std::back_inserter(_failures));
 }

@@ -1,15 +1,63 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Loading/ZEFAsynchronousFileLoaderDelegate.h"
-#include "ZEFFilesystemTools/Loading/ZEFAsynchronousFileLoaderProgressDelegate.h"
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 #include "ZEFFilesystemTools/Platform/RunLoop/Timer.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <deque>
 
-/// Loads a folder, or files and what is beneath them, in the background, and tells a delegate how
-/// far it is and what it found. Serves one load.
+class ZEFAsynchronousFileLoader;
+
+// What a delegate of a loader may be: a `ZEFObject` that also inherits from one or more of these
+// protocols. It is not retained: cancel the loader before its delegate dies. Objects are borrowed.
+// Calls come on the thread that started the load, never after `cancel`, and may do anything with
+// the loader.
+
+/// Hears that the load has ended.
+class ZEF_EXPORT ZEFAsynchronousFileLoaderDelegate {
+public:
+    /// Called once; `files` are all that were found.
+    virtual void asynchronousFileLoaderFinishedFindingFiles(
+        ZEFAsynchronousFileLoader* loader, ZEFFileItemArray* files)
+        = 0;
+
+protected:
+    virtual ~ZEFAsynchronousFileLoaderDelegate() = default;
+};
+
+/// Hears how far the load is.
+class ZEF_EXPORT ZEFAsynchronousFileLoaderProgressDelegate {
+public:
+    /// `count` files were found so far, `latestFile` (null before the first) last. Called ten times
+    /// a second, whether or not the count has changed.
+    virtual void asynchronousFileLoaderUpdatedNumberOfFilesFound(
+        ZEFAsynchronousFileLoader* loader, std::uint32_t count, ZEFFileItem* latestFile)
+        = 0;
+
+protected:
+    virtual ~ZEFAsynchronousFileLoaderProgressDelegate() = default;
+};
+
+/// Hears which folders could not be listed.
+class ZEF_EXPORT ZEFAsynchronousFileLoaderFailureDelegate {
+public:
+    /// The contents of `directory`, or some of them, are missing because of `error`. Called once
+    /// for each such folder, at whatever depth, also where the log says nothing because access is
+    /// denied (`accessDenied`), and for sockets and devices, which are taken for folders until then
+    /// (`notAFolder`). At most a tenth of a second late, after the progress of the same moment, and
+    /// before the end of the load. `directory` is null if the load was started without a folder.
+    virtual void asynchronousFileLoaderFailedToListDirectory(
+        ZEFAsynchronousFileLoader* loader, ZEFFileItem* directory, zef::FileError error)
+        = 0;
+
+protected:
+    virtual ~ZEFAsynchronousFileLoaderFailureDelegate() = default;
+};
+
+/// Loads a folder, or files and what is beneath them, in the background, and reports to a delegate
+/// how far it is, what failed and what it found. Serves one load.
 ///
 /// Use it on one thread, whose run loop it needs in the default mode; that thread never waits for
 /// the disk. A loader that is loading stays alive until it is done or cancelled. The array of what
@@ -19,7 +67,7 @@ public:
     static const zef::Class classObject;
     const zef::Class& objectClass() const override { return classObject; }
 
-    /// `delegate` (may be nil) is not retained. Which of the two protocols it has is asked here.
+    /// `delegate` (may be null) is not retained. Which of the three protocols it has is asked here.
     explicit ZEFAsynchronousFileLoader(ZEFObject* delegate);
 
     /// Loads the contents of `directory`. Does nothing once a load was started.
@@ -55,8 +103,8 @@ public:
 
     /// Looks at the load ten times a second from now on, on the calling thread's run loop.
     void startTimer();
-    /// One look: tells the delegate how far the load is, unless its thread is just adding files,
-    /// and whether it has ended.
+    /// One look: reports to the delegate how far the load is and what failed, unless its thread is
+    /// just adding files, and then whether it has ended.
     void checkLoadStatus(zef::Timer*);
 
 private:
@@ -68,15 +116,20 @@ private:
     void start();
     void stopTimer();
     void reportProgress();
+    void reportFailures(bool isFinished);
+    void takeFailures(bool isFinished);
 
     ZEFObject* const _delegate;
     ZEFAsynchronousFileLoaderDelegate* const _finishDelegate;
     ZEFAsynchronousFileLoaderProgressDelegate* const _progressDelegate;
+    ZEFAsynchronousFileLoaderFailureDelegate* const _failureDelegate;
     const zef::Ref<ZEFFileLoadOperation> _fileLoadOperation = zef::makeRef<ZEFFileLoadOperation>();
     /// Retains the loader while it is valid.
     zef::Ref<zef::Timer> _updateTimer;
     zef::Ref<zef::Lock> _loadingArrayLock;
     zef::Ref<ZEFFileItemArray> _loadingArray;
+    /// Taken from the operation and not yet reported.
+    std::deque<ZEFFileLoadOperation::Failure> _failures;
     bool _operationWasStarted = false;
     bool _operationIsRunning = false;
     bool _operationCompleted = false;

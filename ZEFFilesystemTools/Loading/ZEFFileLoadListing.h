@@ -37,6 +37,7 @@ private:
     void leave(zef::FileError result);
     bool descend(Level& level, const zef::FileURL& found);
     void append(Batch& batch);
+    void noteFailure(const Level& level, zef::FileError error);
     std::unique_ptr<Batch> takeBatch();
 
     ZEFFileLoadOperation& _operation;

@@ -132,3 +132,8 @@ std::vector<ZEFFileLoadOperation::Sighting> ZEFFileLoadOperation::takeSightings(
 {
     return std::exchange(_sightings, {});
 }
+
+std::vector<ZEFFileLoadOperation::Failure> ZEFFileLoadOperation::takeFailures()
+{
+    return std::exchange(_failures, {});
+}

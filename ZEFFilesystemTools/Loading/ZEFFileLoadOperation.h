@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Loading/ZEFDirectoryFilter.h"
 #include "ZEFFilesystemTools/Loading/ZEFFileItemSet.h"
+#include "ZEFFilesystemTools/Loading/ZEFFilters.h"
 #include "ZEFFilesystemTools/Loading/ZEFLoadingOperation.h"
 #include "ZEFFilesystemTools/Platform/Catalog/CatalogIterator.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileError.h"
@@ -78,6 +78,16 @@ public:
     /// operation is finished. A recursive operation makes none.
     std::vector<Sighting> takeSightings();
 
+    /// A folder that could not be listed, or not to its end. Null if `loadingDirectory` is.
+    struct Failure {
+        zef::Ref<ZEFFileItem> directory;
+        zef::FileError error;
+    };
+
+    /// Hands over the failures so far, those included that are not logged (`accessDenied`). Call
+    /// as `takeSightings`.
+    std::vector<Failure> takeFailures();
+
     /// How the listing of `loadingDirectory` ended; `noError` also before it began. Read it when
     /// the operation is finished.
     zef::FileError listingResult() const { return _listingResult; }
@@ -105,5 +115,7 @@ private:
     std::unique_ptr<zef::CatalogIterator> _openedIterator;
     /// Guarded by `loadingArrayLock`.
     std::vector<Sighting> _sightings;
+    /// Guarded by `loadingArrayLock`.
+    std::vector<Failure> _failures;
     zef::FileError _listingResult = zef::FileError::none;
 };

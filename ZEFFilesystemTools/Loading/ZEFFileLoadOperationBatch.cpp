@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
-
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadBatch.h"
+#include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
 
 #include <algorithm>

@@ -112,6 +112,7 @@ zef::FileError ZEFFileLoadOperation::Listing::open(Level& next, const zef::FileU
         zef::log("ZEFFileLoadOperation encountered error %d opening iterator to get the directory "
                  "contents at %s",
             numberOf(opened.error()), next.url ? next.url.absoluteString().c_str() : "(null)");
+        noteFailure(next, opened.error());
     }
     return opened.error();
 }
@@ -178,9 +179,12 @@ void ZEFFileLoadOperation::Listing::readBatch(Level& level)
     const bool isRead = level.result == Result::none || level.result == Result::noMoreItems;
     if (isRead && !_operation.isCancelled())
         return;
-    if (!isRead && level.result != Result::accessDenied && !_operation.isCancelled()) {
-        zef::log("ZEFFileLoadOperation had error %d looping FSGetCatalogInfoBulk for directory %s",
-            numberOf(level.result), level.url.absoluteString().c_str());
+    if (!isRead && !_operation.isCancelled()) {
+        if (level.result != Result::accessDenied)
+            zef::log(
+                "ZEFFileLoadOperation had error %d looping FSGetCatalogInfoBulk for directory %s",
+                numberOf(level.result), level.url.absoluteString().c_str());
+        noteFailure(level, level.result);
     }
     leave(level.result);
 }
@@ -226,6 +230,12 @@ void ZEFFileLoadOperation::Listing::append(Batch& batch)
     if (!_checkedDirectories)
         std::move(sightings.begin(), sightings.end(), std::back_inserter(_operation._sightings));
     sightings.clear();
+}
+
+void ZEFFileLoadOperation::Listing::noteFailure(const Level& level, zef::FileError error)
+{
+    std::lock_guard lock(*_operation.loadingArrayLock());
+    _operation._failures.push_back({ level.folder, error });
 }
 
 std::unique_ptr<ZEFFileLoadOperation::Batch> ZEFFileLoadOperation::Listing::takeBatch()

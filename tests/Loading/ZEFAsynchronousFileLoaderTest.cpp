@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEFFilesystemTools/Loading/ZEFAsynchronousFileLoader.h"
 
-#include "ZEFFilesystemTools/Loading/ZEFNormalDirectoryFilter.h"
+#include "ZEFFilesystemTools/Loading/ZEFFilters.h"
 
 #include "tests/support/AsynchronousLoaderFixture.h"
 #include "tests/support/ZEFAsynchronousFileLoaderTestAccess.h"

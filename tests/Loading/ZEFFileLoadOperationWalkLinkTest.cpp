@@ -2,7 +2,7 @@
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
 
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
-#include "ZEFFilesystemTools/Loading/ZEFNormalDirectoryFilter.h"
+#include "ZEFFilesystemTools/Loading/ZEFFilters.h"
 
 #include "tests/support/RecursiveLoadOperationFixture.h"
 

@@ -16,6 +16,7 @@ protected:
     ~AsynchronousLoaderFixture() override
     {
         delegate->atProgress = nullptr;
+        delegate->atFailure = nullptr;
         delegate->atEnd = nullptr;
         loader = nullptr;
         gate.open();
