@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "tools/zef/ArchiveJSON.h"
-#include "tools/zef/LineReader.h"
+#include "tools/zef/JSON/ArchiveJSON.h"
+#include "tools/zef/JSON/JSONText.h"
+#include "tools/zef/LineInput.h"
 #include "tools/zef/Serve/MethodTable.h"
 #include "tools/zef/Serve/RPCError.h"
 #include "tools/zef/Text.h"
+
+#include <nlohmann/json.hpp>
 
 #include <cmath>
 #include <cstddef>
@@ -29,10 +32,10 @@ void require(bool condition)
         std::abort();
 }
 
-std::vector<tool::LineReader::Line> linesOf(std::string_view bytes, std::size_t pieceSize)
+std::vector<tool::LineInput::Line> linesOf(std::string_view bytes, std::size_t pieceSize)
 {
-    tool::LineReader reader(longestLine);
-    std::vector<tool::LineReader::Line> lines;
+    tool::LineInput reader(longestLine);
+    std::vector<tool::LineInput::Line> lines;
     const auto takeLines = [&] {
         while (auto line = reader.takeLine())
             lines.push_back(*line);
@@ -49,7 +52,7 @@ std::vector<tool::LineReader::Line> linesOf(std::string_view bytes, std::size_t 
 }
 
 // The lines don't depend on the pieces that they arrive in.
-void checkLines(const std::vector<tool::LineReader::Line>& lines, std::string_view bytes)
+void checkLines(const std::vector<tool::LineInput::Line>& lines, std::string_view bytes)
 {
     const auto again = linesOf(bytes, bytes.size() + 1);
     require(lines.size() == again.size());
@@ -65,7 +68,7 @@ void checkError(const RPCError& error)
 {
     require(error.code() <= RPCError::invalidRequest || error.code() == RPCError::parseError);
     require(*error.what());
-    const auto text = tool::lineOfJSON({ { "message", error.what() } });
+    const auto text = tool::JSONObject().add("message", error.what()).line();
     require(json::accept(text) && text.find('\n') == text.size() - 1);
 }
 
@@ -81,9 +84,10 @@ template <typename Read> void tryTo(Read&& read)
 
 void checkArchive(const zef::Ref<ZEFArchiveDictionary>& archive)
 {
-    const auto text = tool::jsonOfArchive(*archive).dump();
-    const auto again = tool::archiveOfJSON(json::parse(text));
-    require(tool::jsonOfArchive(*again).dump() == text);
+    const auto text = tool::jsonOfArchive(*archive).text();
+    require(json::accept(text));
+    const auto again = tool::archiveOfJSON(tool::JSONText(text).parsed());
+    require(tool::jsonOfArchive(*again).text() == text);
 }
 
 tool::JSON readEverything(const Parameters& parameters)

@@ -1,22 +1,28 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/ZEFFilesystemTools.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
 #include <string_view>
 
+class ZEFBasicInfoFileItem;
+
 namespace tool {
 
-/// The classes of the program's file items. Their items have numbers; see `NumberedItem`.
+/// The classes of the program's file items.
 class FileClasses {
 public:
+    // These are items with numbers; see `NumberedItem`.
     static const ZEFFileItemClass& plain();
     static const ZEFFileItemClass& basicInfo();
 
     /// The class that the option `--plain` asks for, or its absence.
     static const ZEFFileItemClass& chosen(bool isPlain) { return isPlain ? plain() : basicInfo(); }
 
-    /// The class with this name; null when there is none.
+    /// The same for items that are only printed: only as JSON do they need numbers.
+    static const ZEFFileItemClass& printed(bool isPlain, bool asJSON);
+
+    /// The class with numbers that has this name; null when there is none.
     static const ZEFFileItemClass* named(std::string_view name);
 
     /// The item as one with basic info; null for a plain one.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/ItemPrinter.h"
 
-#include "tools/zef/FileJSON.h"
+#include "tools/zef/JSON/FileJSON.h"
 #include "tools/zef/MainLoop.h"
 #include "tools/zef/Output.h"
 #include "tools/zef/Text.h"
@@ -23,11 +23,11 @@ std::string lineOfPath(const ZEFFileItem& item)
 
 } // namespace
 
-void printItems(const ZEFFileItemArray& items, ItemFormat format)
+void printItems(const ZEFFileItemArray& items, bool asJSON)
 {
     std::string text;
     for (const auto& item : items) {
-        text += format == ItemFormat::json ? lineOfJSON(jsonOfItem(item.get())) : lineOfPath(*item);
+        text += asJSON ? jsonOfItem(item.get()).line() : lineOfPath(*item);
         if (text.size() < enoughToWrite)
             continue;
         Output::standardOutput().write(std::exchange(text, {}));

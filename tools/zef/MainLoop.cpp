@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/MainLoop.h"
 
-#include "ZEFFilesystemTools/ZEFFilesystemTools.h"
+#include "ZEFFilesystemTools/Platform/RunLoop/RunLoop.h"
 
 #include "tools/zef/ExitStatus.h"
 #include "tools/zef/Interruption.h"

@@ -1,9 +1,52 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/NumberedItem.h"
 
-#include "tools/zef/ItemNumbers.h"
+#include <mutex>
+#include <unordered_map>
 
 namespace tool {
+namespace {
+
+// Knows every living item by its number without keeping it alive. Any thread.
+class ItemNumbers {
+public:
+    static ItemNumbers& shared()
+    {
+        static auto& numbers = *new ItemNumbers; // never destroyed: threads may still let items go
+        return numbers;
+    }
+
+    // A number that no item had before; the item's until `remove`.
+    std::uint64_t add(ZEFFileItem& item)
+    {
+        const std::lock_guard lock(_mutex);
+        _items.emplace(++_lastNumber, &item);
+        return _lastNumber;
+    }
+
+    void remove(std::uint64_t number)
+    {
+        const std::lock_guard lock(_mutex);
+        _items.erase(number);
+    }
+
+    zef::Ref<ZEFFileItem> item(std::uint64_t number)
+    {
+        const std::lock_guard lock(_mutex);
+        const auto found = _items.find(number);
+        // An item may be dying on another thread; its destructor waits for the lock.
+        if (found == _items.end() || !found->second->retainIfAlive())
+            return nullptr;
+        return zef::Ref<ZEFFileItem>::adopt(found->second);
+    }
+
+private:
+    std::mutex _mutex;
+    std::uint64_t _lastNumber = 0;
+    std::unordered_map<std::uint64_t, ZEFFileItem*> _items;
+};
+
+} // namespace
 
 class NumberedItem::Observer final : public ZEFObject { };
 
@@ -21,6 +64,11 @@ NumberedItem::~NumberedItem()
 NumberedItem& NumberedItem::of(ZEFFileItem& item)
 {
     return dynamic_cast<NumberedItem&>(item);
+}
+
+zef::Ref<ZEFFileItem> NumberedItem::itemWithNumber(std::uint64_t number)
+{
+    return ItemNumbers::shared().item(number);
 }
 
 bool NumberedItem::registerObserverNamed(const std::string& name)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/ZEFFilesystemTools.h"
+#include "ZEFFilesystemTools/FileItems/ZEFFileItem.h"
 
 #include <cstdint>
 #include <map>
@@ -22,6 +22,9 @@ public:
 
     /// This side of an item of the program's.
     static NumberedItem& of(ZEFFileItem&);
+
+    /// The item with this number; null when there never was one or it is gone. Any thread.
+    static zef::Ref<ZEFFileItem> itemWithNumber(std::uint64_t number);
 
     /// Any thread.
     std::uint64_t number() const { return _number; }

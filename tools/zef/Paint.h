@@ -19,13 +19,18 @@ public:
     static constexpr auto cyan = "\x1b[36m";
     static constexpr auto plain = "\x1b[0m";
 
+    explicit Paint(bool isWelcome = Output::standardOutput().showsColors())
+        : _isWelcome(isWelcome)
+    {
+    }
+
     std::string operator()(const char* color, const std::string& text) const
     {
         return _isWelcome ? color + text + plain : text;
     }
 
 private:
-    bool _isWelcome = Output::standardOutput().showsColors();
+    bool _isWelcome;
 };
 
 } // namespace tool

@@ -6,8 +6,6 @@
 namespace tool {
 namespace {
 
-constexpr std::string_view replacement = "\xef\xbf\xbd";
-
 std::uint8_t byteAt(std::string_view text, std::size_t index)
 {
     return static_cast<std::uint8_t>(text[index]);
@@ -99,7 +97,7 @@ Character firstCharacter(std::string_view text)
 std::string validText(std::string_view text)
 {
     return mapped(text, [](std::string& result, Character character, std::string_view bytes) {
-        result += character.isValid ? bytes : replacement;
+        result += character.isValid ? bytes : replacementCharacter;
     });
 }
 
@@ -107,7 +105,7 @@ std::string textForTerminal(std::string_view text)
 {
     return mapped(text, [](std::string& result, Character character, std::string_view bytes) {
         if (!character.isValid)
-            result += replacement;
+            result += replacementCharacter;
         else if (isControl(character.value) || misleads(character.value))
             result += escaped(character.value);
         else

@@ -7,6 +7,9 @@
 
 namespace tool {
 
+/// What stands for bytes that are not valid UTF-8: U+FFFD.
+constexpr std::string_view replacementCharacter = "\xef\xbf\xbd";
+
 /// One character of a text in UTF-8.
 struct Character {
     char32_t value;

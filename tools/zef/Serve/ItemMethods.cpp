@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "tools/zef/Serve/ItemMethods.h"
+#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
+#include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
+#include "ZEFFilesystemTools/Platform/Types/TypeTable.h"
 
-#include "tools/zef/ArchiveJSON.h"
+#include "tools/zef/JSON/ArchiveJSON.h"
+#include "tools/zef/JSON/FileJSON.h"
 #include "tools/zef/NumberedItem.h"
-#include "tools/zef/Text.h"
+#include "tools/zef/Serve/Methods.h"
 
 namespace tool {
 namespace {
@@ -24,11 +27,10 @@ JSON changesForObserver(const Parameters& parameters)
     const auto observer = parameters.text("observer");
     const auto item = parameters.item("id");
     const auto changes = NumberedItem::of(*item).changesForObserverNamed(observer);
-    return {
-        { "exists", changes.exists },
-        { "pathChanged", changes.pathChanged },
-        { "modified", changes.modified },
-    };
+    return JSONObject()
+        .add("exists", changes.exists)
+        .add("pathChanged", changes.pathChanged)
+        .add("modified", changes.modified);
 }
 
 JSON updateForObserver(const Parameters& parameters)
@@ -39,32 +41,51 @@ JSON updateForObserver(const Parameters& parameters)
     if (!numbered.hasObserverNamed(observer))
         Parameters::refuse("the observer is not registered");
     const auto event = numbered.updateForObserverNamed(observer);
-    return {
-        { "delivered", event.has_value() },
-        { "event", event ? JSON(static_cast<int>(*event)) : JSON() },
-    };
+    return JSONObject()
+        .add("delivered", event.has_value())
+        .add("event", event ? JSON(static_cast<int>(*event)) : JSON());
 }
 
-} // namespace
-
-void ItemMethods::addTo(MethodTable& table)
+JSON hold(Session& session, const zef::Ref<ZEFFileItem>& item)
 {
-    addAccess(table);
-    addQuestions(table);
-    addObservation(table);
+    if (item)
+        session.items[numberOf(*item)] = item;
+    return jsonOfItem(item.get());
 }
 
-void ItemMethods::addAccess(MethodTable& table)
+JSON fileItem(Session& session, const Parameters& parameters)
+{
+    const auto given = parameters.choice({ "path", "url" });
+    if (given.empty())
+        Parameters::refuse("path or url is missing");
+    const auto& fileClass = *ZEFFileManager::defaultFileManager()->fileClass();
+    const auto item = given == "path" ? fileClass.newFileItemForPath(parameters.text(given))
+                                      : fileClass.newFileItemForURL(parameters.url(given));
+    return hold(session, item);
+}
+
+JSON fileItemForArchiveDictionary(Session& session, const Parameters& parameters)
+{
+    const auto archive = parameters.archive("archive");
+    const auto& fileClass = *ZEFFileManager::defaultFileManager()->fileClass();
+    return hold(session, fileClass.newFileItemForArchiveDictionary(archive.get()));
+}
+
+void addAccess(MethodTable& table, Session& session)
 {
     table.add("fileItem", { "path", "url" },
-        [this](const Parameters& parameters) { return fileItem(parameters); });
-    table.add("fileItemForArchiveDictionary", { "archive" },
-        [this](const Parameters& parameters) { return fileItemForArchiveDictionary(parameters); });
-    table.add("releaseItem", { "id" },
-        [this](const Parameters& parameters) { return releaseItem(parameters); });
+        [&](const Parameters& parameters) { return fileItem(session, parameters); });
+    table.add("fileItemForArchiveDictionary", { "archive" }, [&](const Parameters& parameters) {
+        return fileItemForArchiveDictionary(session, parameters);
+    });
+    table.add("releaseItem", { "id" }, [&](const Parameters& parameters) {
+        const auto item = parameters.item("id");
+        session.items.erase(numberOf(*item));
+        return true;
+    });
 }
 
-void ItemMethods::addQuestions(MethodTable& table)
+void addQuestions(MethodTable& table)
 {
     table.add("item", { "id" }, item);
     table.add("archiveDictionary", { "id" }, [](const Parameters& parameters) {
@@ -76,7 +97,7 @@ void ItemMethods::addQuestions(MethodTable& table)
     });
     table.add("currentPath", { "id" }, [](const Parameters& parameters) {
         const auto path = parameters.item("id")->currentPath();
-        return path ? JSON(validText(*path)) : JSON();
+        return JSON(path);
     });
     table.add("modificationDate", { "id" }, [](const Parameters& parameters) {
         return jsonOfDate(parameters.item("id")->modificationDate());
@@ -86,7 +107,7 @@ void ItemMethods::addQuestions(MethodTable& table)
     });
 }
 
-void ItemMethods::addObservation(MethodTable& table)
+void addObservation(MethodTable& table)
 {
     table.add("registerFileObserver", { "id", "observer" }, [](const Parameters& parameters) {
         const auto item = parameters.item("id");
@@ -108,37 +129,30 @@ void ItemMethods::addObservation(MethodTable& table)
     });
 }
 
-JSON ItemMethods::fileItem(const Parameters& parameters)
+void addBasicInfo(MethodTable& table)
 {
-    const auto given = parameters.choice({ "path", "url" });
-    if (given.empty())
-        Parameters::refuse("path or url is missing");
-    const auto& fileClass = *ZEFFileManager::defaultFileManager()->fileClass();
-    const auto item = given == "path" ? fileClass.newFileItemForPath(parameters.text(given))
-                                      : fileClass.newFileItemForURL(parameters.url(given));
-    return hold(item);
+    table.add("basicInfo", { "id" }, [](const Parameters& parameters) {
+        const auto item = parameters.basicInfoItem("id");
+        JSONObject result;
+        addBasicInfo(result, *item);
+        return result;
+    });
+    table.add("resetAliasStatus", { "id" }, [](const Parameters& parameters) {
+        return parameters.basicInfoItem("id")->resetAliasStatus();
+    });
+    table.add("conformsTo", { "uti", "to" }, [](const Parameters& parameters) {
+        return zef::TypeTable::shared().conforms(parameters.text("uti"), parameters.text("to"));
+    });
 }
 
-JSON ItemMethods::fileItemForArchiveDictionary(const Parameters& parameters)
-{
-    const auto archive = parameters.archive("archive");
-    const auto& fileClass = *ZEFFileManager::defaultFileManager()->fileClass();
-    return hold(fileClass.newFileItemForArchiveDictionary(archive.get()));
-}
+} // namespace
 
-JSON ItemMethods::hold(const zef::Ref<ZEFFileItem>& item)
+void addItemMethods(MethodTable& table, Session& session)
 {
-    auto result = jsonOfItem(item.get());
-    if (item)
-        _held[numberOf(*item)] = item;
-    return result;
-}
-
-JSON ItemMethods::releaseItem(const Parameters& parameters)
-{
-    const auto item = parameters.item("id");
-    _held.erase(numberOf(*item));
-    return true;
+    addAccess(table, session);
+    addQuestions(table);
+    addObservation(table);
+    addBasicInfo(table);
 }
 
 } // namespace tool

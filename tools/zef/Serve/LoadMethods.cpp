@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "tools/zef/Serve/LoadMethods.h"
+#include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
+
+#include "tools/zef/JSON/FileJSON.h"
+#include "tools/zef/Serve/Methods.h"
 
 #include <utility>
 
@@ -81,29 +84,8 @@ void start(ZEFAsynchronousFileLoader& loader, const Beginning& beginning)
         loader.startWithDirectory(beginning.files->objectAtIndex(0));
 }
 
-} // namespace
-
-void LoadMethods::addTo(MethodTable& table)
-{
-    table.add("load", { "id", "ids", "depth", "fileFilter", "directoryFilter" },
-        [this](const Parameters& parameters) { return load(parameters); });
-    table.add("filesInDirectory", { "id" }, [](const Parameters& parameters) {
-        const auto folder = parameters.item("id");
-        const auto files = ZEFFileManager::defaultFileManager()->filesInDirectory(folder.get());
-        return files ? jsonOfItems(*files) : JSON::array();
-    });
-    table.add("cancelLoad", { "loader" },
-        [this](const Parameters& parameters) { return cancelLoad(parameters); });
-}
-
-void LoadMethods::cancelAll()
-{
-    for (const auto& [number, load] : _loads)
-        load->cancel();
-}
-
 // Everything is looked at before anything is started.
-JSON LoadMethods::load(const Parameters& parameters)
+JSON load(Session& session, const Parameters& parameters)
 {
     auto filters = filtersOf(parameters);
     const auto beginning = beginningOf(parameters);
@@ -111,26 +93,40 @@ JSON LoadMethods::load(const Parameters& parameters)
         if (filters.needBasicInfo)
             Parameters::withBasicInfo(*file);
     }
-    const auto number = ++_lastNumber;
-    const auto& load = _loads[number] = zef::makeRef<LoadReporter>(number);
+    const auto number = ++session.lastLoad;
+    const auto& load = session.loads[number] = zef::makeRef<LoadReporter>(number);
     load->loader().setFileFilter(std::move(filters.file));
     load->loader().setDirectoryFilter(std::move(filters.directory));
     start(load->loader(), beginning);
-    return { { "loader", number } };
+    return JSONObject().add("loader", number);
 }
 
-JSON LoadMethods::cancelLoad(const Parameters& parameters)
+JSON cancelLoad(const Session& session, const Parameters& parameters)
 {
     const auto number = parameters.number("loader");
-    const auto found = _loads.find(number);
-    if (found == _loads.end())
+    const auto found = session.loads.find(number);
+    if (found == session.loads.end())
         Parameters::refuse("there is no loader " + std::to_string(number));
     auto& load = *found->second;
     load.cancel();
-    return {
-        { "isLoading", load.loader().isLoading() },
-        { "isComplete", load.loader().isComplete() },
-    };
+    return JSONObject()
+        .add("isLoading", load.loader().isLoading())
+        .add("isComplete", load.loader().isComplete());
+}
+
+} // namespace
+
+void addLoadMethods(MethodTable& table, Session& session)
+{
+    table.add("load", { "id", "ids", "depth", "fileFilter", "directoryFilter" },
+        [&](const Parameters& parameters) { return load(session, parameters); });
+    table.add("filesInDirectory", { "id" }, [](const Parameters& parameters) {
+        const auto folder = parameters.item("id");
+        const auto files = ZEFFileManager::defaultFileManager()->filesInDirectory(folder.get());
+        return files ? jsonOfItems(*files) : JSONArray();
+    });
+    table.add("cancelLoad", { "loader" },
+        [&](const Parameters& parameters) { return cancelLoad(session, parameters); });
 }
 
 } // namespace tool

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/ZEFFilesystemTools.h"
+#include "ZEFFilesystemTools/Loading/ZEFAsynchronousFileLoader.h"
 
 #include <cstdint>
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "tools/zef/Serve/ManagerMethods.h"
+#include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
 
 #include "tools/zef/FileClasses.h"
+#include "tools/zef/Serve/Methods.h"
 
 namespace tool {
 namespace {
@@ -46,27 +47,26 @@ JSON applySettings(const Parameters& parameters)
             return true;
         });
     }
-    auto accepted = JSON::object();
+    JSONObject accepted;
     for (const auto& [name, apply] : changes)
-        accepted[name] = apply();
+        accepted.add(name, apply());
     return accepted;
 }
 
 JSON settings(const Parameters& parameters)
 {
-    auto accepted = applySettings(parameters);
-    return {
-        { "accepted", std::move(accepted) },
-        { "fileClass", manager().fileClass()->name },
-        { "asynchronous", manager().asynchronous() },
-        { "pollingInterval", manager().pollingInterval() },
-        { "isPaused", manager().isPaused() },
-    };
+    const auto accepted = applySettings(parameters);
+    return JSONObject()
+        .add("accepted", accepted)
+        .add("fileClass", manager().fileClass()->name)
+        .add("asynchronous", manager().asynchronous())
+        .add("pollingInterval", manager().pollingInterval())
+        .add("isPaused", manager().isPaused());
 }
 
 } // namespace
 
-void ManagerMethods::addTo(MethodTable& table)
+void addManagerMethods(MethodTable& table, Session& session)
 {
     table.add("settings", { "fileClass", "asynchronous", "pollingInterval", "paused" }, settings);
     table.add("checkFilesystem", {}, [](const Parameters&) {
@@ -76,7 +76,7 @@ void ManagerMethods::addTo(MethodTable& table)
     table.add("moveFilesToTrash", { "ids" }, [](const Parameters& parameters) {
         return manager().moveFilesToTrash(parameters.items("ids").get());
     });
-    table.add("shutdown", {}, [this](const Parameters&) { return _isShutDown = true; });
+    table.add("shutdown", {}, [&](const Parameters&) { return session.isShutDown = true; });
 }
 
 } // namespace tool

@@ -9,10 +9,8 @@ namespace {
 // The id goes through as text, since a number may have more digits than a parsed one keeps.
 void sendAnswer(const std::string& id, const char* kind, const JSON& value)
 {
-    auto line = R"({"jsonrpc":"2.0","id":)" + id + ",\"" + kind + "\":" + lineOfJSON(value);
-    line.back() = '}';
-    line += '\n';
-    Output::standardOutput().write(line);
+    Output::standardOutput().write(
+        R"({"jsonrpc":"2.0","id":)" + id + ",\"" + kind + "\":" + value.text() + "}\n");
 }
 
 // What is wrong may be a name of any length.
@@ -33,20 +31,14 @@ void sendResult(const std::string& id, const JSON& result)
 
 void sendError(const std::string& id, const RPCError& error)
 {
-    sendAnswer(id, "error", { { "code", error.code() }, { "message", shortened(error.what()) } });
+    sendAnswer(id, "error",
+        JSONObject().add("code", error.code()).add("message", shortened(error.what())));
 }
 
 void sendNotification(const char* method, const JSON& parameters)
 {
-    auto text = lineOfJSON(parameters);
-    text.pop_back();
-    sendNotificationText(method, text);
-}
-
-void sendNotificationText(const char* method, const std::string& parameters)
-{
     Output::standardOutput().write(std::string(R"({"jsonrpc":"2.0","method":")") + method
-        + R"(","params":)" + parameters + "}\n");
+        + R"(","params":)" + parameters.text() + "}\n");
 }
 
 } // namespace tool

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tools/zef/FileJSON.h"
+#include "tools/zef/JSON/JSON.h"
 #include "tools/zef/Serve/RPCError.h"
 
 #include <string>
@@ -12,8 +12,5 @@ namespace tool {
 void sendResult(const std::string& id, const JSON& result);
 void sendError(const std::string& id, const RPCError&);
 void sendNotification(const char* method, const JSON& parameters);
-
-/// The same for parameters that are JSON text already.
-void sendNotificationText(const char* method, const std::string& parameters);
 
 } // namespace tool

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tools/zef/FileJSON.h"
+#include "tools/zef/JSON/JSON.h"
 #include "tools/zef/Serve/Parameters.h"
 #include "tools/zef/Serve/Request.h"
 

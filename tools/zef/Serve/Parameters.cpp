@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/Serve/Parameters.h"
 
-#include "tools/zef/ArchiveJSON.h"
 #include "tools/zef/FileClasses.h"
-#include "tools/zef/ItemNumbers.h"
+#include "tools/zef/JSON/ArchiveJSON.h"
 #include "tools/zef/NumberedItem.h"
 #include "tools/zef/Serve/RPCError.h"
 
@@ -21,14 +20,15 @@ std::string inQuotes(const std::string& name)
 
 } // namespace
 
-Parameters::Parameters(const nlohmann::json& values, const std::vector<std::string>& known)
+Parameters::Parameters(const JSONValue& values, const std::vector<std::string>& known)
     : _values(values)
 {
-    if (!values.is_object())
+    const auto* object = values.as<JSONValue::Object>();
+    if (!object)
         refuse("parameters are given by name, in an object");
-    for (const auto& entry : values.items()) {
-        if (std::find(known.begin(), known.end(), entry.key()) == known.end())
-            refuse("there is no parameter " + inQuotes(entry.key()));
+    for (const auto& [name, value] : *object) {
+        if (std::find(known.begin(), known.end(), name) == known.end())
+            refuse("there is no parameter " + inQuotes(name));
     }
 }
 
@@ -47,12 +47,12 @@ std::string Parameters::choice(std::initializer_list<const char*> names) const
 
 std::string Parameters::text(const std::string& name) const
 {
-    if (!value(name).is_string())
+    const auto* result = value(name).as<std::string>();
+    if (!result)
         refuse(inQuotes(name) + " is no text");
-    auto result = value(name).get<std::string>();
-    if (result.find('\0') != std::string::npos)
+    if (result->find('\0') != std::string::npos)
         refuse(inQuotes(name) + " holds a NUL");
-    return result;
+    return *result;
 }
 
 std::uint64_t Parameters::number(const std::string& name) const
@@ -60,13 +60,13 @@ std::uint64_t Parameters::number(const std::string& name) const
     return number(name, value(name));
 }
 
-std::uint64_t Parameters::number(const std::string& name, const nlohmann::json& given)
+std::uint64_t Parameters::number(const std::string& name, const JSONValue& given)
 {
-    if (given.is_number_unsigned())
-        return given.get<std::uint64_t>();
+    if (const auto* whole = given.as<std::uint64_t>())
+        return *whole;
     // Some languages write every number with a fraction.
     constexpr double tooLarge = 0x1p64;
-    const double number = given.is_number() ? given.get<double>() : -1;
+    const double number = given.number().value_or(-1);
     if (number < 0 || number >= tooLarge || number != std::floor(number))
         refuse(inQuotes(name) + " is no whole number from 0 up");
     return static_cast<std::uint64_t>(number);
@@ -75,12 +75,14 @@ std::uint64_t Parameters::number(const std::string& name, const nlohmann::json& 
 std::ptrdiff_t Parameters::integer(const std::string& name) const
 {
     const auto& given = value(name);
-    constexpr auto largest = std::numeric_limits<std::ptrdiff_t>::max();
+    if (const auto* negative = given.as<std::int64_t>())
+        return *negative;
+    constexpr auto largest = std::uint64_t{ std::numeric_limits<std::ptrdiff_t>::max() };
+    if (const auto* whole = given.as<std::uint64_t>(); whole && *whole <= largest)
+        return static_cast<std::ptrdiff_t>(*whole);
     constexpr double limit = 0x1p63;
-    const bool isTooLarge = given.is_number_unsigned() && given.get<std::uint64_t>() > largest;
-    if (given.is_number_integer() && !isTooLarge)
-        return given.get<std::ptrdiff_t>();
-    const double number = given.is_number_float() ? given.get<double>() : limit;
+    const auto* fraction = given.as<JSONValue::Fraction>();
+    const double number = fraction ? fraction->value : limit;
     if (number < -limit || number >= limit || number != std::floor(number))
         refuse(inQuotes(name) + " is no whole number, or one out of range");
     return static_cast<std::ptrdiff_t>(number);
@@ -89,8 +91,7 @@ std::ptrdiff_t Parameters::integer(const std::string& name) const
 // Kept in 32 bits by the file manager.
 double Parameters::seconds(const std::string& name) const
 {
-    const auto& given = value(name);
-    const double number = given.is_number() ? given.get<double>() : 0;
+    const double number = value(name).number().value_or(0);
     const auto kept = static_cast<float>(number);
     if (!std::isfinite(kept) || kept <= 0)
         refuse(inQuotes(name) + " is no positive number of seconds");
@@ -99,9 +100,10 @@ double Parameters::seconds(const std::string& name) const
 
 bool Parameters::boolean(const std::string& name) const
 {
-    if (!value(name).is_boolean())
+    const auto* given = value(name).as<bool>();
+    if (!given)
         refuse(inQuotes(name) + " is neither true nor false");
-    return value(name).get<bool>();
+    return *given;
 }
 
 zef::FileURL Parameters::url(const std::string& name) const
@@ -119,7 +121,7 @@ zef::Ref<ZEFFileItem> Parameters::item(const std::string& name) const
 
 zef::Ref<ZEFFileItem> Parameters::item(std::uint64_t number)
 {
-    auto item = ItemNumbers::shared().item(number);
+    auto item = NumberedItem::itemWithNumber(number);
     if (!item)
         refuse("there is no file item " + std::to_string(number));
     return item;
@@ -127,11 +129,11 @@ zef::Ref<ZEFFileItem> Parameters::item(std::uint64_t number)
 
 zef::Ref<ZEFFileItemArray> Parameters::items(const std::string& name) const
 {
-    const auto& given = value(name);
-    if (!given.is_array())
+    const auto* given = value(name).as<JSONValue::List>();
+    if (!given)
         refuse(inQuotes(name) + " is no list");
     auto result = zef::makeRef<ZEFFileItemArray>();
-    for (const auto& entry : given)
+    for (const auto& entry : *given)
         result->addObject(item(number(name, entry)));
     return result;
 }
@@ -164,13 +166,13 @@ void Parameters::refuse(const std::string& message)
     throw RPCError(RPCError::wrongParameters, message);
 }
 
-const nlohmann::json* Parameters::find(const std::string& name) const
+const JSONValue* Parameters::find(const std::string& name) const
 {
-    const auto found = _values.find(name);
-    return found == _values.end() || found->is_null() ? nullptr : &*found;
+    const auto* found = _values.member(name);
+    return found && !found->isNull() ? found : nullptr;
 }
 
-const nlohmann::json& Parameters::value(const std::string& name) const
+const JSONValue& Parameters::value(const std::string& name) const
 {
     const auto* found = find(name);
     if (!found)

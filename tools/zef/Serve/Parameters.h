@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/ZEFFilesystemTools.h"
+#include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
+#include "ZEFFilesystemTools/FileItems/ZEFArchiveDictionary.h"
+#include "ZEFFilesystemTools/Loading/ZEFLoadingOperation.h"
 
-#include <nlohmann/json.hpp>
+#include "tools/zef/JSON/JSONValue.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -18,7 +20,7 @@ namespace tool {
 class Parameters {
 public:
     /// `values` (borrowed) has to be an object without other names than `known`.
-    Parameters(const nlohmann::json& values, const std::vector<std::string>& known);
+    Parameters(const JSONValue& values, const std::vector<std::string>& known);
 
     bool has(const std::string& name) const { return find(name); }
     /// The one of these names that is there; empty when none is. Several are an error.
@@ -46,12 +48,12 @@ public:
     [[noreturn]] static void refuse(const std::string& message);
 
 private:
-    static std::uint64_t number(const std::string& name, const nlohmann::json& given);
+    static std::uint64_t number(const std::string& name, const JSONValue& given);
     static zef::Ref<ZEFFileItem> item(std::uint64_t number);
-    const nlohmann::json* find(const std::string& name) const;
-    const nlohmann::json& value(const std::string& name) const;
+    const JSONValue* find(const std::string& name) const;
+    const JSONValue& value(const std::string& name) const;
 
-    const nlohmann::json& _values;
+    const JSONValue& _values;
 };
 
 } // namespace tool

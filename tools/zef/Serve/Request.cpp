@@ -1,18 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/Serve/Request.h"
 
-#include "tools/zef/JSONText.h"
-#include "tools/zef/Serve/NumberText.h"
+#include "tools/zef/JSON/JSON.h"
+#include "tools/zef/JSON/JSONText.h"
 #include "tools/zef/Serve/RPCError.h"
+#include "tools/zef/Text.h"
 
 #include <stdexcept>
 
 namespace tool {
 namespace {
 
-using nlohmann::json;
+[[noreturn]] void refuse(const char* reason)
+{
+    throw RPCError(RPCError::invalidRequest, reason);
+}
 
-json parsed(const JSONText& text)
+JSONValue parsed(const JSONText& text)
 {
     try {
         return text.parsed();
@@ -21,21 +25,22 @@ json parsed(const JSONText& text)
     }
 }
 
-std::string textOfId(const json& id, const JSONText& text)
+std::string textOfId(const JSONValue& id, bool mayBeChanged)
 {
-    if (!id.is_string() && !id.is_number() && !id.is_null())
-        throw RPCError(RPCError::invalidRequest, "the id is no text, number or null");
-    const bool mayBeChanged = text.hasInvalidCharacters() && id.is_string();
-    if (mayBeChanged && id.get_ref<const std::string&>().find("\ufffd") != std::string::npos)
-        throw RPCError(RPCError::invalidRequest, "the id is no valid Unicode");
-    return id.is_number_float() ? textOfIdentifier(text.text()) : id.dump();
-}
-
-void checkVersion(const json& object)
-{
-    const auto version = object.find("jsonrpc");
-    if (version == object.end() || *version != "2.0")
-        throw RPCError(RPCError::invalidRequest, "jsonrpc is not the text 2.0");
+    if (const auto* text = id.as<std::string>()) {
+        if (mayBeChanged && text->find(replacementCharacter) != std::string::npos)
+            refuse("the id is no valid Unicode");
+        return JSON(*text).text();
+    }
+    if (const auto* fraction = id.as<JSONValue::Fraction>())
+        return fraction->text;
+    if (const auto* number = id.as<std::uint64_t>())
+        return JSON(*number).text();
+    if (const auto* number = id.as<std::int64_t>())
+        return JSON(*number).text();
+    if (!id.isNull())
+        refuse("the id is no text, number or null");
+    return JSON().text();
 }
 
 } // namespace
@@ -44,24 +49,28 @@ void readRequest(std::string_view line, Request& request)
 {
     const JSONText text(line);
     auto object = parsed(text);
-    if (object.is_array())
-        throw RPCError(RPCError::invalidRequest, "batches are not supported");
-    if (!object.is_object())
-        throw RPCError(RPCError::invalidRequest, "a request is an object");
+    if (object.as<JSONValue::List>())
+        refuse("batches are not supported");
+    if (!object.as<JSONValue::Object>())
+        refuse("a request is an object");
 
-    const auto id = object.find("id");
-    if (id != object.end())
-        request.id = textOfId(*id, text);
-    checkVersion(object);
-    const auto method = object.find("method");
-    if (method == object.end() || !method->is_string())
-        throw RPCError(RPCError::invalidRequest, "the method is missing or no text");
-    request.method = method->get<std::string>();
-    request.isNotification = id == object.end();
+    const auto* id = object.member("id");
+    if (id)
+        request.id = textOfId(*id, text.hasInvalidCharacters());
+    const auto* version = object.member("jsonrpc");
+    const auto* versionText = version ? version->as<std::string>() : nullptr;
+    if (!versionText || *versionText != "2.0")
+        refuse("jsonrpc is not the text 2.0");
+    const auto* method = object.member("method");
+    const auto* methodName = method ? method->as<std::string>() : nullptr;
+    if (!methodName)
+        refuse("the method is missing or no text");
+    request.method = *methodName;
+    request.isNotification = !id;
     request.hasInvalidCharacters = text.hasInvalidCharacters();
 
-    const auto parameters = object.find("params");
-    if (parameters != object.end() && !parameters->is_null())
+    auto* parameters = object.member("params");
+    if (parameters && !parameters->isNull())
         request.parameters = std::move(*parameters);
 }
 

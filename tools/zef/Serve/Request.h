@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include "tools/zef/JSON/JSONValue.h"
 
 #include <string>
 #include <string_view>
@@ -12,16 +12,17 @@ namespace tool {
 struct Request {
     /// The JSON text to answer with.
     std::string id = "null";
-    /// The client wants no answer.
+    /// The client needs no answer.
     bool isNotification = false;
     std::string method;
     /// An object.
-    nlohmann::json parameters = nlohmann::json::object();
-    /// Something in it was no valid Unicode, so it is not what the client meant.
+    JSONValue parameters{ JSONValue::Object() };
+    /// Something in it was not valid Unicode, so it is not what the client meant.
     bool hasInvalidCharacters = false;
 };
 
-/// Reads `line` into `request`, the id first. Throws `RPCError` when it is no JSON or no request.
+/// Reads `line` into `request`, the id first. Throws `RPCError` if the line is not valid JSON or
+/// not a valid request.
 void readRequest(std::string_view line, Request& request);
 
 } // namespace tool

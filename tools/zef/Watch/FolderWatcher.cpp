@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/Watch/FolderWatcher.h"
 
+#include "ZEFFilesystemTools/FileManager/ZEFFileManager.h"
+
+#include "tools/zef/FileArgument.h"
 #include "tools/zef/Output.h"
-#include "tools/zef/Watch/FolderArgument.h"
 
 #include <algorithm>
 
 namespace tool {
 
-FolderWatcher::FolderWatcher(ChangeView& view)
+FolderWatcher::FolderWatcher(ChangeView& view, Write write)
     : _view(view)
+    , _write(std::move(write))
 {
 }
 
@@ -35,7 +38,7 @@ bool FolderWatcher::watch(const std::string& path)
         return true;
     _folders.push_back(std::make_unique<Folder>(
         Folder{ WatchedFolder(*subscription), subscription->isLoading() }));
-    _view.showFolder(_folders.back()->folder);
+    _write(_view.textOfFolder(_folders.back()->folder));
     return true;
 }
 
@@ -57,11 +60,11 @@ void FolderWatcher::directorySubscriptionFoundChanges(
     auto* folder = find(subscription);
     if (!folder)
         return;
-    _view.showChanges(folder->folder, *changes);
+    _write(_view.textOfChanges(folder->folder, *changes));
     folder->folder.noteChanges(*changes);
     if (folder->isLoading && !subscription->isLoading()) {
         folder->isLoading = false;
-        _view.showLoaded(folder->folder);
+        _write(_view.textOfLoaded(folder->folder));
     }
 }
 

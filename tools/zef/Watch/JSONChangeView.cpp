@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/Watch/JSONChangeView.h"
 
-#include "tools/zef/FileJSON.h"
-#include "tools/zef/Output.h"
+#include "tools/zef/JSON/FileJSON.h"
 
 namespace tool {
 
-void JSONChangeView::showChanges(const WatchedFolder& folder, const ZEFChangeArray& changes)
+std::string JSONChangeView::textOfChanges(
+    const WatchedFolder& folder, const ZEFChangeArray& changes)
 {
     const auto url = folder.subscription().url();
-    Output::standardOutput().write(lineOfJSON({
-        { "folder", jsonOfPath(url) },
-        { "url", jsonOfURL(url) },
-        { "changes", jsonOfChanges(changes) },
-    }));
+    return JSONObject()
+        .add("folder", jsonOfPath(url))
+        .add("url", jsonOfURL(url))
+        .add("changes", jsonOfChanges(changes))
+        .line();
 }
 
 } // namespace tool

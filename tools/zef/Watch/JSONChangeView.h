@@ -5,12 +5,12 @@
 
 namespace tool {
 
-/// Writes one JSON object a line for each notification, and nothing else.
+/// One JSON object a line for each notification, and nothing else.
 class JSONChangeView final : public ChangeView {
 public:
-    void showFolder(const WatchedFolder&) override { }
-    void showLoaded(const WatchedFolder&) override { }
-    void showChanges(const WatchedFolder&, const ZEFChangeArray&) override;
+    std::string textOfFolder(const WatchedFolder&) override { return {}; }
+    std::string textOfLoaded(const WatchedFolder&) override { return {}; }
+    std::string textOfChanges(const WatchedFolder&, const ZEFChangeArray&) override;
 };
 
 } // namespace tool

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/Watch/TextChangeView.h"
 
-#include "tools/zef/Output.h"
 #include "tools/zef/Text.h"
 
 namespace tool {
@@ -74,42 +73,37 @@ std::string pathOf(const WatchedFolder& folder)
 
 } // namespace
 
-TextChangeView::TextChangeView(bool showsHeadings)
-    : _showsHeadings(showsHeadings)
-{
-}
-
-void TextChangeView::showFolder(const WatchedFolder& folder)
+std::string TextChangeView::textOfFolder(const WatchedFolder& folder)
 {
     const auto state = folder.subscription().isLoading() ? "loading"
                                                          : numberOfFiles(folder.fileCount());
-    Output::standardOutput().write("Watching " + pathOf(folder) + " (" + state + ")\n");
+    return "Watching " + pathOf(folder) + " (" + state + ")\n";
 }
 
-void TextChangeView::showLoaded(const WatchedFolder& folder)
+std::string TextChangeView::textOfLoaded(const WatchedFolder& folder)
 {
-    Output::standardOutput().write(
-        "Loaded " + pathOf(folder) + " (" + numberOfFiles(folder.fileCount()) + ")\n");
+    return "Loaded " + pathOf(folder) + " (" + numberOfFiles(folder.fileCount()) + ")\n";
 }
 
-void TextChangeView::showChanges(const WatchedFolder& folder, const ZEFChangeArray& changes)
+std::string TextChangeView::textOfChanges(
+    const WatchedFolder& folder, const ZEFChangeArray& changes)
 {
     if (changes.isEmpty())
-        return;
-    std::string text;
-    setHeading(folder, text);
+        return {};
+    auto text = newHeading(folder);
     for (const auto& record : changes)
         text += line(folder, *record);
-    Output::standardOutput().write(text);
+    return text;
 }
 
-void TextChangeView::setHeading(const WatchedFolder& folder, std::string& text)
+// Empty when the last changes were the same folder's.
+std::string TextChangeView::newHeading(const WatchedFolder& folder)
 {
     auto heading = pathOf(folder) + ':';
     if (!_showsHeadings || heading == _heading)
-        return;
+        return {};
     _heading = std::move(heading);
-    text += _paint(Paint::bold, _heading) + '\n';
+    return _paint(Paint::bold, _heading) + '\n';
 }
 
 std::string TextChangeView::line(const WatchedFolder& folder, const ZEFChangeRecord& record) const

@@ -4,24 +4,27 @@
 #include "tools/zef/Paint.h"
 #include "tools/zef/Watch/ChangeView.h"
 
-#include <cstddef>
 #include <string>
 
 namespace tool {
 
-/// Writes for people: a line for each change, in columns, with colours where they are welcome.
+/// For people: a line for each change, in columns.
 class TextChangeView final : public ChangeView {
 public:
     /// With several folders each group of changes stands below the name of its folder.
-    explicit TextChangeView(bool showsHeadings);
+    explicit TextChangeView(bool showsHeadings, Paint paint = Paint())
+        : _showsHeadings(showsHeadings)
+        , _paint(paint)
+    {
+    }
 
-    void showFolder(const WatchedFolder&) override;
-    void showLoaded(const WatchedFolder&) override;
-    void showChanges(const WatchedFolder&, const ZEFChangeArray&) override;
+    std::string textOfFolder(const WatchedFolder&) override;
+    std::string textOfLoaded(const WatchedFolder&) override;
+    std::string textOfChanges(const WatchedFolder&, const ZEFChangeArray&) override;
 
 private:
     std::string line(const WatchedFolder&, const ZEFChangeRecord&) const;
-    void setHeading(const WatchedFolder&, std::string& text);
+    std::string newHeading(const WatchedFolder&);
 
     bool _showsHeadings;
     Paint _paint;

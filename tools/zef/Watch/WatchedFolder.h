@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/ZEFFilesystemTools.h"
+#include "ZEFFilesystemTools/Subscriptions/ZEFDirectorySubscription.h"
 
 #include <cstdint>
 #include <unordered_map>
