@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEFFilesystemTools/Loading/ZEFFileLoadBatch.h"
 #include "ZEFFilesystemTools/Loading/ZEFFileLoadOperation.h"
+
+#include "ZEFFilesystemTools/Loading/ZEFFileLoadBatch.h"
 #include "ZEFFilesystemTools/Platform/Locator/ObjectPlace.h"
 
 #include <algorithm>

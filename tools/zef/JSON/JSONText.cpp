@@ -39,7 +39,7 @@ public:
 
     bool key(std::string& name) override
     {
-        _open.back()->as<JSONValue::Object>()->emplace_back(std::move(name), JSONValue());
+        _open.back()->as<JSONValue::Object>()->emplace_back().first = std::move(name);
         return true;
     }
 
