@@ -3,17 +3,6 @@
 
 #include "ZEFFilesystemTools/BasicInfo/ZEFBasicInfoFileItem.h"
 
-namespace {
-
-// Null for null and for items of other classes.
-ZEFBasicInfoFileItem* asBasicInfo(ZEFFileItem* file)
-{
-    const bool isBasicInfo = file && file->isKindOfClass(ZEFBasicInfoFileItem::classObject);
-    return isBasicInfo ? static_cast<ZEFBasicInfoFileItem*>(file) : nullptr;
-}
-
-} // namespace
-
 const zef::Class ZEFFileFilter::classObject{ "ZEFFileFilter", &ZEFObject::classObject };
 const zef::Class ZEFVisibleFileFilter::classObject{ "ZEFVisibleFileFilter",
     &ZEFFileFilter::classObject };
@@ -39,7 +28,7 @@ zef::Ref<ZEFVisibleFileFilter> ZEFVisibleFileFilter::filter()
 
 bool ZEFVisibleFileFilter::shouldIncludeFile(ZEFFileItem* file) const
 {
-    auto* basicInfo = asBasicInfo(file);
+    auto* basicInfo = zef::downcast<ZEFBasicInfoFileItem>(file);
     return !basicInfo || !basicInfo->isInvisible();
 }
 
@@ -66,12 +55,12 @@ zef::Ref<ZEFNormalDirectoryFilter> ZEFNormalDirectoryFilter::filter()
 // In this order: finding out what is invisible costs much, and most items are not folders.
 bool ZEFNormalDirectoryFilter::shouldIncludeFile(ZEFFileItem* file) const
 {
-    auto* basicInfo = asBasicInfo(file);
+    auto* basicInfo = zef::downcast<ZEFBasicInfoFileItem>(file);
     return basicInfo && basicInfo->isDirectory() && !basicInfo->isInvisible();
 }
 
 zef::Ref<ZEFFileItem> ZEFNormalDirectoryFilter::trueDirectoryObjectForFile(ZEFFileItem* file) const
 {
-    auto* basicInfo = asBasicInfo(file);
+    auto* basicInfo = zef::downcast<ZEFBasicInfoFileItem>(file);
     return basicInfo ? basicInfo->resolvedFile() : nullptr;
 }

@@ -64,9 +64,4 @@ const ZEFFileItemClass* FileClasses::named(std::string_view name)
     return nullptr;
 }
 
-ZEFBasicInfoFileItem* FileClasses::basicInfoItem(ZEFFileItem& item)
-{
-    return zef::downcast<ZEFBasicInfoFileItem>(&item);
-}
-
 } // namespace tool

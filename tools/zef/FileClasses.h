@@ -5,8 +5,6 @@
 
 #include <string_view>
 
-class ZEFBasicInfoFileItem;
-
 namespace tool {
 
 /// The classes of the program's file items.
@@ -24,9 +22,6 @@ public:
 
     /// The class with numbers that has this name; null when there is none.
     static const ZEFFileItemClass* named(std::string_view name);
-
-    /// The item as one with basic info; null for a plain one.
-    static ZEFBasicInfoFileItem* basicInfoItem(ZEFFileItem&);
 };
 
 } // namespace tool

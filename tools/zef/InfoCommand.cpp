@@ -88,7 +88,7 @@ std::string InfoText::text(ZEFFileItem& item)
     _text = _hasTold ? "\n" : "";
     _hasTold = true;
     _text += _paint(Paint::bold, textForTerminal(url.path())) + '\n';
-    if (auto* withBasicInfo = FileClasses::basicInfoItem(item)) {
+    if (auto* withBasicInfo = zef::downcast<ZEFBasicInfoFileItem>(&item)) {
         addBasicInfo(*withBasicInfo);
     } else {
         addLine("name", textForTerminal(url.lastPathComponent()));
@@ -154,7 +154,7 @@ void InfoText::addLine(std::string_view label, const std::string& value)
 std::string jsonLine(ZEFFileItem& item)
 {
     auto object = jsonOfItemInFull(item);
-    if (auto* withBasicInfo = FileClasses::basicInfoItem(item))
+    if (auto* withBasicInfo = zef::downcast<ZEFBasicInfoFileItem>(&item))
         addBasicInfo(object, *withBasicInfo);
     return object.line();
 }

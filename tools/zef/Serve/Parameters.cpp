@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tools/zef/Serve/Parameters.h"
 
-#include "tools/zef/FileClasses.h"
 #include "tools/zef/JSON/ArchiveJSON.h"
 #include "tools/zef/NumberedItem.h"
 #include "tools/zef/Serve/RPCError.h"
@@ -146,7 +145,7 @@ zef::Ref<ZEFBasicInfoFileItem> Parameters::basicInfoItem(const std::string& name
 
 ZEFBasicInfoFileItem& Parameters::withBasicInfo(ZEFFileItem& item)
 {
-    auto* result = FileClasses::basicInfoItem(item);
+    auto* result = zef::downcast<ZEFBasicInfoFileItem>(&item);
     if (!result)
         refuse("file item " + std::to_string(numberOf(item)) + " is a plain one");
     return *result;
