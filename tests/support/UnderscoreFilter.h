@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ZEFFilesystemTools/Loading/ZEFFileFilter.h"
+#include "ZEFFilesystemTools/Loading/ZEFFilters.h"
 
 #include "tests/support/ChangeWords.h"
 

@@ -17,7 +17,7 @@ struct TrashEntry {
     FileURL lastKnown;
 };
 
-enum class [[nodiscard]] TrashOutcome{
+enum class TrashOutcome {
     /// Everything is in the trash.
     moved,
     /// A look at the files showed that it can't be done. Nothing was touched.
@@ -40,7 +40,9 @@ public:
     /// that is in them; an object that is in the request twice, or lies in a folder of the request,
     /// goes once. Nothing is copied, and no other program is asked. Returns when everything is
     /// done.
-    virtual TrashOutcome moveToTrash(std::span<const TrashEntry>, TrashRefusal& refusal) = 0;
+    [[nodiscard]] virtual TrashOutcome moveToTrash(
+        std::span<const TrashEntry>, TrashRefusal& refusal)
+        = 0;
 };
 
 } // namespace zef

@@ -100,11 +100,11 @@ TYPED_TEST(CatalogSubfolderContractTest, OpensASubfolderWhileItsParentIsSuspende
     this->read(*this->parent, listing);
     this->parent->suspend();
 
-    const auto subfolder = this->parent->openSubfolder(
+    const auto opened = this->parent->openSubfolder(
         this->entryNamed("sub"), this->folders.url("folder/sub"));
 
-    ASSERT_TRUE(subfolder);
-    EXPECT_EQ(this->readAll(**subfolder).names, Names{ "file" });
+    ASSERT_TRUE(opened);
+    EXPECT_EQ(this->readAll(**opened).names, Names{ "file" });
 }
 
 TYPED_TEST(CatalogSubfolderContractTest, OpensNoSubfolderThatIsGone)
@@ -124,10 +124,10 @@ TYPED_TEST(CatalogSubfolderContractTest, FindsASubfolderThatWasMovedSinceItWasRe
     const auto url = this->folders.url("folder/sub");
     this->folders.move("folder/sub", "folder/moved");
 
-    const auto subfolder = this->parent->openSubfolder(this->entryNamed("sub"), url);
+    const auto opened = this->parent->openSubfolder(this->entryNamed("sub"), url);
 
-    ASSERT_TRUE(subfolder);
-    EXPECT_EQ(this->readAll(**subfolder).names, Names{ "file" });
+    ASSERT_TRUE(opened);
+    EXPECT_EQ(this->readAll(**opened).names, Names{ "file" });
 }
 
 // --- Suspended

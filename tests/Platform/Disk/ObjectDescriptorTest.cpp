@@ -52,8 +52,8 @@ TEST_F(ObjectDescriptorTest, KnowsItsMount)
     zef::Stat described;
     std::uint64_t ofFile = 0;
     std::uint64_t ofFolder = 0;
-    open("file")->stat(described, ofFile);
-    open("")->stat(described, ofFolder);
+    ASSERT_EQ(open("file")->stat(described, ofFile), 0);
+    ASSERT_EQ(open("")->stat(described, ofFolder), 0);
 
     EXPECT_EQ(ofFile, ofFolder);
 }

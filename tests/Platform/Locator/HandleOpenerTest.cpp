@@ -60,7 +60,7 @@ TEST_F(PrivilegedHandleOpenerTest, OpensAnObjectThatWasMoved)
     EXPECT_EQ(open(file), Outcome::opened);
     ASSERT_TRUE(object);
     zef::Stat stat;
-    object->stat(stat);
+    ASSERT_EQ(object->stat(stat), 0);
     EXPECT_TRUE(file.hasNumbersOf(stat));
 }
 

@@ -16,7 +16,7 @@ bool mayHoldAt(zef::HoldingPolicy& policy, const std::string& path)
     const auto object = zef::ObjectDescriptor::open(path.c_str());
     zef::Stat stat;
     std::uint64_t mountID = 0;
-    object->stat(stat, mountID);
+    EXPECT_EQ(object->stat(stat, mountID), 0);
     return policy.mayHold(*object, stat.device, mountID);
 }
 
