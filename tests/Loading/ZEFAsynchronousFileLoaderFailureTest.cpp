@@ -8,6 +8,7 @@
 #include "tests/support/LockHolder.h"
 #include "tests/support/ZEFAsynchronousFileLoaderTestAccess.h"
 
+#include <atomic>
 #include <stdexcept>
 
 namespace {
@@ -133,8 +134,9 @@ TEST_F(ZEFAsynchronousFileLoaderFailureTest, ReportsEachFolderOnceWhileTheWalkGo
     makeFolder("watched", "a");
     failToOpen("watched/a", FileError::io);
     Gate second;
-    folders.setReadHook([&](std::size_t reads) {
-        if (reads == 1)
+    std::atomic<int> reads{ 0 };
+    folders.setReadHook([&](std::size_t) {
+        if (++reads == 2)
             second.pass();
     });
     folder.makeFolder("elsewhere/other");
@@ -155,8 +157,9 @@ TEST_F(ZEFAsynchronousFileLoaderFailureTest, WaitsForNobodyWhoHasTheLock)
     makeFolder("watched", "a");
     failToOpen("watched/a", FileError::io);
     Gate second;
-    folders.setReadHook([&](std::size_t reads) {
-        if (reads == 1)
+    std::atomic<int> reads{ 0 };
+    folders.setReadHook([&](std::size_t) {
+        if (++reads == 2)
             second.pass();
     });
     add("elsewhere");
