@@ -106,15 +106,16 @@ zef::FileError ZEFFileLoadOperation::Listing::open(Level& next, const zef::FileU
         suspendLevels(_levels.size());
         opened = openIterator(next, nullptr);
     }
+    const auto error = opened.error();
     if (opened) {
         next.iterator = *std::move(opened);
     } else {
         zef::log("ZEFFileLoadOperation encountered error %d opening iterator to get the directory "
                  "contents at %s",
-            numberOf(opened.error()), next.url ? next.url.absoluteString().c_str() : "(null)");
-        noteFailure(next, opened.error());
+            numberOf(error), next.url ? next.url.absoluteString().c_str() : "(null)");
+        noteFailure(next, error);
     }
-    return opened.error();
+    return error;
 }
 
 zef::CatalogIterator::Opened ZEFFileLoadOperation::Listing::openIterator(
