@@ -43,7 +43,7 @@ public:
         return result;
     }
 
-    /// Whether there was no item to give because the file has changed places since it was looked
+    /// Whether no item could be given because the file has changed places since it was looked
     /// at.
     bool isOutdated() const { return _isOutdated; }
 

@@ -67,14 +67,14 @@ public:
     static const zef::Class classObject;
     const zef::Class& objectClass() const override { return classObject; }
 
-    /// `delegate` (may be null) is not retained. Which of the three protocols it has is asked here.
+    /// `delegate` (may be null) is not retained. Which of the protocols it has is asked here.
     explicit ZEFAsynchronousFileLoader(ZEFObject* delegate);
 
     /// Loads the contents of `directory`. Does nothing once a load was started.
     void startWithDirectory(zef::Ref<ZEFFileItem> directory);
 
-    /// Loads `files` (borrowed, copied; nil as an empty array) and what is beneath them, `depth`
-    /// levels deep, -1 for no limit. Does nothing once a load was started.
+    /// Loads `files` (borrowed, copied; null counts as an empty array) and what is beneath them,
+    /// `depth` levels deep, -1 for no limit. Does nothing once a load was started.
     void startRecursivelyWithFilesToDepth(const ZEFFileItemArray* files, std::ptrdiff_t depth);
 
     /// Ends the load under way: the delegate is not called any more. The thread that loads stops at
@@ -89,12 +89,12 @@ public:
     /// Borrowed; whoever made the loader keeps it alive.
     ZEFObject* delegate() const { return _delegate; }
 
-    /// Which files are delivered; nil, as at first, delivers every one. Borrowed. Set it before the
-    /// start.
+    /// Which files are delivered; null, as at first, delivers every one. Borrowed. Set it before
+    /// the start.
     ZEFFileFilter* fileFilter() const { return _fileLoadOperation->fileFilter(); }
     void setFileFilter(zef::Ref<ZEFFileFilter>);
 
-    /// Which folders a recursive load descends into: a `ZEFDirectoryFilter` at first; nil descends
+    /// Which folders a recursive load descends into: a `ZEFDirectoryFilter` at first; null descends
     /// into none. Borrowed. Set it before the start.
     ZEFDirectoryFilter* directoryFilter() const { return _fileLoadOperation->directoryFilter(); }
     void setDirectoryFilter(zef::Ref<ZEFDirectoryFilter>);

@@ -12,7 +12,7 @@ public:
 
     std::size_t count() const { return _items.size(); }
 
-    /// NO when an equal one was there already.
+    /// Returns false if an equal one was there already.
     bool insert(zef::Ref<ZEFFileItem> item) { return _items.insert(std::move(item)).second; }
 
     bool contains(const zef::Ref<ZEFFileItem>& item) const { return _items.contains(item); }

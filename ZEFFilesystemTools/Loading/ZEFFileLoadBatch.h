@@ -29,7 +29,7 @@ public:
     std::array<zef::Ref<ZEFFileItem>, size>& slots() { return _slots; }
 
     /// Makes the item of one entry; returns where the entry was found. The slot stays empty when
-    /// there is no item to be had.
+    /// no item can be made.
     zef::FileURL fillSlot(std::size_t index);
 
     /// The items of this batch that were made before and have another location than their entry.

@@ -20,7 +20,7 @@ public:
     Listing(const Listing&) = delete;
     Listing& operator=(const Listing&) = delete;
 
-    /// Returns how the listing of `folder` (may be nil) ended.
+    /// Returns how the listing of `folder` (may be null) ended.
     zef::FileError run(zef::Ref<ZEFFileItem> folder, std::ptrdiff_t level);
 
 private:

@@ -73,7 +73,7 @@ void ZEFFileLoadOperation::recursiveOperation()
         zef::letOutlive(checkedDirectories.get(), "a cancelled walk keeps its table of folders");
 }
 
-// NO when the operation was cancelled.
+// Returns false if the operation was cancelled.
 bool ZEFFileLoadOperation::walkFiles(
     ZEFFileItemSet& checkedDirectories, std::vector<zef::Ref<ZEFFileItem>>& filesToAdd)
 {
@@ -92,7 +92,7 @@ bool ZEFFileLoadOperation::walkFiles(
     return !isCancelled();
 }
 
-// NO when the operation was cancelled.
+// Returns false if the operation was cancelled.
 bool ZEFFileLoadOperation::addFiles(std::vector<zef::Ref<ZEFFileItem>> files)
 {
     const auto present = foundAmong(files);

@@ -23,15 +23,15 @@ public:
 
     ZEFFileLoadOperation();
 
-    /// Whether `filesToIterate` are walked; otherwise `loadingDirectory` is listed. NO at first.
+    /// Whether `filesToIterate` are walked; otherwise `loadingDirectory` is listed. False at first.
     bool recursive() const { return _recursive; }
     void setRecursive(bool recursive) { _recursive = recursive; }
 
-    /// The folder to list when the operation isn't recursive. Borrowed; nil before it is set.
+    /// The folder to list when the operation isn't recursive. Borrowed; null before it is set.
     ZEFFileItem* loadingDirectory() const { return _loadingDirectory.get(); }
     void setLoadingDirectory(zef::Ref<ZEFFileItem>);
 
-    /// Where a recursive operation begins, a copy of what was set. Borrowed; nil before it is set.
+    /// Where a recursive operation begins, a copy of what was set. Borrowed; null before it is set.
     const ZEFFileItemArray* filesToIterate() const { return _filesToIterate.get(); }
     void setFilesToIterate(const ZEFFileItemArray* files);
 
@@ -40,11 +40,11 @@ public:
     std::ptrdiff_t depth() const { return _depth; }
     void setDepth(std::ptrdiff_t depth) { _depth = depth; }
 
-    /// Which items are delivered; nil, as at first, delivers every one. Borrowed.
+    /// Which items are delivered; null, as at first, delivers every one. Borrowed.
     ZEFFileFilter* fileFilter() const { return _fileFilter.get(); }
     void setFileFilter(zef::Ref<ZEFFileFilter>);
 
-    /// Which folders a recursive operation descends into: a `ZEFDirectoryFilter` at first; nil
+    /// Which folders a recursive operation descends into: a `ZEFDirectoryFilter` at first; null
     /// descends into none. Borrowed.
     ZEFDirectoryFilter* directoryFilter() const { return _directoryFilter.get(); }
     void setDirectoryFilter(zef::Ref<ZEFDirectoryFilter>);

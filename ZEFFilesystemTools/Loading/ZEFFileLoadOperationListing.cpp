@@ -72,7 +72,7 @@ bool ZEFFileLoadOperation::Listing::mayEnter(
         && _checkedDirectories->insert(folder);
 }
 
-// `found` is where the folder was just seen as an entry of the level above; nil when it has to be
+// `found` is where the folder was just seen as an entry of the level above; null if it has to be
 // looked for.
 zef::FileError ZEFFileLoadOperation::Listing::enter(
     zef::Ref<ZEFFileItem> folder, std::ptrdiff_t level, const zef::FileURL& found)
@@ -202,7 +202,7 @@ void ZEFFileLoadOperation::Listing::leave(zef::FileError result)
         _result = result;
 }
 
-// YES when there is a level more now.
+// Returns true if there is one more level now.
 bool ZEFFileLoadOperation::Listing::descend(Level& level, const zef::FileURL& found)
 {
     const auto item = level.batch->slots()[level.index];

@@ -18,7 +18,7 @@ public:
     static const zef::Class classObject;
     const zef::Class& objectClass() const override { return classObject; }
 
-    /// Borrowed; never nil unless a host set it so.
+    /// Borrowed; never null unless a host set it so.
     ZEFFileItemArray* loadingArray() const { return _loadingArray.get(); }
     /// Before the operation starts.
     void setLoadingArray(zef::Ref<ZEFFileItemArray>);

@@ -57,7 +57,7 @@ public:
         forgetItems();
         if ((_folderChanged || _folder.checkDirContents) && _folder.shouldCheck)
             lookForNewItems();
-        // What could not be listed for want of a descriptor or memory is listed by the next check.
+        // The next check lists what this one could not for lack of descriptors or memory.
         _folder.checkDirContents = _fullCheckIsDue;
         found = _changes && !_changes->isEmpty() ? std::move(_changes) : nullptr;
         _hookException.rethrow();
@@ -186,7 +186,7 @@ private:
 
     // A listing costs more than a count, and only removals can explain that a folder has become
     // smaller than what is known of it. Items that somebody else found lost are not in it, and of
-    // those that are followed by a name in another folder only a listing tells whether they are.
+    // those that are followed by a name in another folder only a listing shows whether they are.
     void lookForNewItems()
     {
         zef::FSRef reference;

@@ -69,13 +69,13 @@ TEST_F(ResolveInputTest, NamesLinesThatAreNoArchive)
     expectRefusal("1e999", "");
     expectRefusal("{}", "nothing in it leads to a file");
     expectRefusal(R"({"ZEFArchivePathKey":null})", "nothing in it leads to a file");
-    expectRefusal(R"({"ZEFArchivePathKey":1})", "\"ZEFArchivePathKey\" is no text");
+    expectRefusal(R"({"ZEFArchivePathKey":1})", "\"ZEFArchivePathKey\" is not text");
     expectRefusal(R"({"ZEFArchivePathKey":"/tmp\u0000"})", "\"ZEFArchivePathKey\" holds a NUL");
     expectRefusal(R"({"ZEFArchivePathKey":"/tmp/\ud800"})", "no valid Unicode");
     expectRefusal("{\"ZEFArchivePathKey\":\"/tmp/\xff\"}", "no valid Unicode");
-    expectRefusal(R"({"ZEFArchivePathURL":"/tmp"})", "\"ZEFArchivePathURL\" is no file URL");
+    expectRefusal(R"({"ZEFArchivePathURL":"/tmp"})", "\"ZEFArchivePathURL\" is not a file URL");
     expectRefusal(R"({"ZEFArchivePathURL":"file:///%00"})", "\"ZEFArchivePathURL\"");
-    expectRefusal(R"({"ZEFArchiveDataKey":[]})", "\"ZEFArchiveDataKey\" is no text");
+    expectRefusal(R"({"ZEFArchiveDataKey":[]})", "\"ZEFArchiveDataKey\" is not text");
     expectRefusal(R"({"ZEFArchiveIsAliasKey":1})", "\"ZEFArchiveIsAliasKey\" is neither");
 }
 
@@ -83,7 +83,7 @@ TEST_F(ResolveInputTest, NamesLinesWhoseDataAreNotWrittenTheOneWay)
 {
     for (const auto* data : { "AA", "AAA", "AA=", "AAAA=", "AA==AA==", "AB==", "AAB=", "A===", "=",
              "====", " AAAA", "AAAA\\n", "AA-_", "AAAAA", "\\u00c4AAA" })
-        expectRefusal(R"({"ZEFArchiveDataKey":")" + std::string(data) + "\"}", "is no base64");
+        expectRefusal(R"({"ZEFArchiveDataKey":")" + std::string(data) + "\"}", "is not base64");
 }
 
 TEST_F(ResolveInputTest, NamesALineThatIsNestedTooDeep)

@@ -31,7 +31,7 @@ std::string checkInterval(const std::string& text)
 {
     double seconds = 0;
     const bool isValid = CLI::detail::lexical_cast(text, seconds) && isInterval(seconds);
-    return isValid ? "" : "\"" + text + "\" is no positive number of seconds";
+    return isValid ? "" : "\"" + text + "\" is not a positive number of seconds";
 }
 
 std::string checkDepth(const std::string& text)
@@ -40,7 +40,7 @@ std::string checkDepth(const std::string& text)
     const auto* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, depth);
     const bool isValid = error == std::errc() && stop == end;
-    return isValid ? "" : "\"" + text + "\" is no number of levels";
+    return isValid ? "" : "\"" + text + "\" is not a number of levels";
 }
 
 void checkFilters(const FindOptions& options)
@@ -70,7 +70,7 @@ void addPaths(CLI::App& command, auto& paths, const char* name, const char* desc
 void declare(CLI::App& command, WatchOptions& options)
 {
     command
-        .add_option("--interval", options.interval, "Seconds between two looks at the folders (3)")
+        .add_option("--interval", options.interval, "Seconds between two checks of the folders (3)")
         ->type_name("S")
         ->check(CLI::Validator(checkInterval, "", "interval"));
     command.add_flag("--async", options.asynchronous, "Load the folders in the background");
@@ -86,10 +86,10 @@ void declare(CLI::App& command, FindOptions& options)
         ->check(CLI::Validator(checkDepth, "", "depth"));
     command.add_flag("--visible", options.visible, "Leave out what is hidden from people");
     command.add_flag("--normal", options.normal,
-        "Look into no package and no hidden folder, but where aliases and links lead");
+        "Skip packages and hidden folders, and follow aliases and links");
     addPlain(command, options.plain);
     addJSON(command, options.json);
-    addPaths(command, options.paths, "PATH", "Where to begin");
+    addPaths(command, options.paths, "PATH", "Files and folders to begin with");
     command.parse_complete_callback([&options] { checkFilters(options); });
 }
 
@@ -103,7 +103,7 @@ void declare(CLI::App& command, ListOptions& options)
 void declare(CLI::App& command, InfoOptions& options)
 {
     addPlain(command, options.plain);
-    addPaths(command, options.paths, "PATH", "Files to tell about");
+    addPaths(command, options.paths, "PATH", "Files to describe");
     addJSON(command, options.json);
 }
 
@@ -126,7 +126,8 @@ void declare(CLI::App& command, TrashOptions& options)
 
 void declare(CLI::App& command, ServeOptions& options)
 {
-    command.add_flag("--plain", options.plain, "Use plain file items until a client chooses");
+    command.add_flag(
+        "--plain", options.plain, "Use plain file items until a client changes the class");
 }
 
 using Job = std::function<int()>;
@@ -149,9 +150,9 @@ void addCommands(CLI::App& program, Job& job)
     addCommand<ListOptions>(program, job, "list", "Print the contents of a folder");
     addCommand<InfoOptions>(program, job, "info", "Print what is known of files");
     addCommand<ArchiveOptions>(program, job, "archive",
-        "Print what leads to files after they were renamed or moved, one JSON object a line");
+        "Print references that find files again after a rename or move, one JSON object a line");
     addCommand<ResolveOptions>(program, job, "resolve",
-        "Print where the files are now of which standard input holds what archive printed");
+        "Print where files are now, from the output of archive on standard input");
     addCommand<TrashOptions>(program, job, "trash", "Move files to the trash, all or none");
     addCommand<ServeOptions>(
         program, job, "serve", "Answer JSON-RPC 2.0 requests on standard input, one a line");

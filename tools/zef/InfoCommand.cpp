@@ -66,7 +66,7 @@ std::string kindOfPlain(const ZEFFileItem& item)
 // Tells people of files, one after the other: the path, and below it a line for each thing known.
 class InfoText {
 public:
-    // What there is to tell of the item, apart from what was told before it by an empty line.
+    // What is known of the item, with an empty line between it and what was printed before.
     std::string text(ZEFFileItem&);
 
 private:

@@ -15,10 +15,10 @@ struct WakeUp {
 /// perform, a signal asks the program to end, or nobody reads standard output any more.
 WakeUp waitForWork(int input);
 
-/// Whether the program has to end: a signal came, or standard output is of no use any more.
+/// Whether the program has to end: a signal came, or nobody reads standard output any more.
 bool mustEnd();
 
-/// The status to end with when `mustEnd`; tells of a failure of standard output.
+/// The status to end with when `mustEnd`; reports a failure of standard output.
 int statusOfEnd();
 
 } // namespace tool

@@ -51,7 +51,7 @@ bool Output::write(std::string_view text)
     return !_error;
 }
 
-// NO when the program is to end and the text can't be got rid of right now.
+// Returns false if the program is to end and the text can't be written right now.
 bool Output::waitUntilWritable() const
 {
     for (;;) {

@@ -15,7 +15,7 @@ public:
     static Output& standardOutput();
     static Output& standardError();
 
-    /// Writes for as long as it takes; NO when the text could not be written whole because of an
+    /// Writes for as long as it takes; false if the text could not be written whole because of an
     /// error, or because the program was asked to end while nobody read.
     bool write(std::string_view text);
 

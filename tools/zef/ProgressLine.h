@@ -7,8 +7,8 @@
 
 namespace tool {
 
-/// One line on standard error that tells how far some work is, each time in the place of what it
-/// said before. Nothing where that is no terminal. Any thread.
+/// One line on standard error that says how far some work is, each time in the place of what it
+/// said before. Writes nothing if that is not a terminal. Any thread.
 class ProgressLine {
 public:
     static ProgressLine& shared();

@@ -21,7 +21,7 @@ struct Character {
 /// The first character of `text`, which must not be empty.
 Character firstCharacter(std::string_view text);
 
-/// `text` with U+FFFD for what is no valid UTF-8.
+/// `text` with U+FFFD for each byte that is not valid UTF-8.
 std::string validText(std::string_view text);
 
 /// The same with control characters, and those that turn the direction of writing, escaped, so that

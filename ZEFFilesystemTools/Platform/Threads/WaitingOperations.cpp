@@ -42,7 +42,7 @@ void WaitingOperations::cancelAll()
         entry.operation->cancel();
 }
 
-// Priorities hardly ever change while an operation waits: one number for all operations tells.
+// Priorities hardly ever change while an operation waits: one number stands for all operations.
 void WaitingOperations::noteChangedPriorities()
 {
     const auto changes = Operation::waitingPriorityChanges();

@@ -41,7 +41,7 @@ const std::string* findText(const JSONValue& object, const char* key)
     const auto* found = find(object, key);
     const auto* text = found ? found->as<std::string>() : nullptr;
     if (found && !text)
-        refuse(key, "is no text");
+        refuse(key, "is not text");
     return text;
 }
 
@@ -50,7 +50,7 @@ std::optional<std::string> pathIn(const JSONValue& object)
     if (const auto* text = findText(object, pathURLKey)) {
         const auto url = zef::FileURL::fromString(*text);
         if (!url)
-            refuse(pathURLKey, "is no file URL");
+            refuse(pathURLKey, "is not a file URL");
         return url.path();
     }
     const auto* path = findText(object, ZEFArchivePathKey);
@@ -85,7 +85,7 @@ zef::Ref<ZEFArchiveDictionary> archiveOfJSON(const JSONValue& object)
     if (const auto* text = findText(object, ZEFArchiveDataKey)) {
         auto data = Base64::decode(*text);
         if (!data)
-            refuse(ZEFArchiveDataKey, "is no base64");
+            refuse(ZEFArchiveDataKey, "is not base64");
         result->setDataForKey(std::move(*data), ZEFArchiveDataKey);
     }
     if (const auto* isAlias = find(object, ZEFArchiveIsAliasKey)) {

@@ -13,7 +13,7 @@ constexpr char padding = '=';
 constexpr std::size_t bytesOfGroup = 3;
 constexpr std::size_t digitsOfGroup = 4;
 
-// The digits that are no padding; more than a group can have at its end where that is wrong.
+// The digits without the padding; more than a group can have at its end where that is wrong.
 std::string_view withoutPadding(std::string_view text)
 {
     const auto last = text.find_last_not_of(padding);

@@ -7,7 +7,7 @@
 
 namespace tool {
 
-/// One load that a client asked for; passes on what the loader tells as notifications.
+/// One load that a client asked for; passes on what the loader reports, as notifications.
 class LoadReporter final : public ZEFObject,
                            public ZEFAsynchronousFileLoaderDelegate,
                            public ZEFAsynchronousFileLoaderProgressDelegate {
@@ -30,7 +30,7 @@ private:
 
     std::uint64_t _number;
     zef::Ref<ZEFAsynchronousFileLoader> _loader;
-    /// The loader's own, which outlives it; nil until the load is complete.
+    /// The loader's own, which outlives it; null until the load is complete.
     zef::Ref<ZEFFileItemArray> _found;
 };
 

@@ -17,7 +17,7 @@ JSON MethodTable::call(const Request& request) const
         throw RPCError(RPCError::unknownMethod, "there is no method \"" + request.method + '"');
     // A name that lost a byte must not be taken for another file's.
     if (request.hasInvalidCharacters)
-        throw RPCError(RPCError::wrongParameters, "the parameters are no valid Unicode");
+        throw RPCError(RPCError::wrongParameters, "the parameters are not valid Unicode");
     return found->second.handler(Parameters(request.parameters, found->second.parameters));
 }
 

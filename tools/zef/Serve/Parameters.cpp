@@ -48,7 +48,7 @@ std::string Parameters::text(const std::string& name) const
 {
     const auto* result = value(name).as<std::string>();
     if (!result)
-        refuse(inQuotes(name) + " is no text");
+        refuse(inQuotes(name) + " is not text");
     if (result->find('\0') != std::string::npos)
         refuse(inQuotes(name) + " holds a NUL");
     return *result;
@@ -67,7 +67,7 @@ std::uint64_t Parameters::number(const std::string& name, const JSONValue& given
     constexpr double tooLarge = 0x1p64;
     const double number = given.number().value_or(-1);
     if (number < 0 || number >= tooLarge || number != std::floor(number))
-        refuse(inQuotes(name) + " is no whole number from 0 up");
+        refuse(inQuotes(name) + " is not a whole number from 0 up");
     return static_cast<std::uint64_t>(number);
 }
 
@@ -83,7 +83,7 @@ std::ptrdiff_t Parameters::integer(const std::string& name) const
     const auto* fraction = given.as<JSONValue::Fraction>();
     const double number = fraction ? fraction->value : limit;
     if (number < -limit || number >= limit || number != std::floor(number))
-        refuse(inQuotes(name) + " is no whole number, or one out of range");
+        refuse(inQuotes(name) + " is not a whole number, or is out of range");
     return static_cast<std::ptrdiff_t>(number);
 }
 
@@ -93,7 +93,7 @@ double Parameters::seconds(const std::string& name) const
     const double number = value(name).number().value_or(0);
     const auto kept = static_cast<float>(number);
     if (!std::isfinite(kept) || kept <= 0)
-        refuse(inQuotes(name) + " is no positive number of seconds");
+        refuse(inQuotes(name) + " is not a positive number of seconds");
     return number;
 }
 
@@ -109,7 +109,7 @@ zef::FileURL Parameters::url(const std::string& name) const
 {
     auto result = zef::FileURL::fromString(text(name));
     if (!result)
-        refuse(inQuotes(name) + " is no file URL");
+        refuse(inQuotes(name) + " is not a file URL");
     return result;
 }
 
@@ -130,7 +130,7 @@ zef::Ref<ZEFFileItemArray> Parameters::items(const std::string& name) const
 {
     const auto* given = value(name).as<JSONValue::List>();
     if (!given)
-        refuse(inQuotes(name) + " is no list");
+        refuse(inQuotes(name) + " is not a list");
     auto result = zef::makeRef<ZEFFileItemArray>();
     for (const auto& entry : *given)
         result->addObject(item(number(name, entry)));

@@ -29,7 +29,7 @@ std::string textOfId(const JSONValue& id, bool mayBeChanged)
 {
     if (const auto* text = id.as<std::string>()) {
         if (mayBeChanged && text->find(replacementCharacter) != std::string::npos)
-            refuse("the id is no valid Unicode");
+            refuse("the id is not valid Unicode");
         return JSON(*text).text();
     }
     if (const auto* fraction = id.as<JSONValue::Fraction>())
@@ -39,7 +39,7 @@ std::string textOfId(const JSONValue& id, bool mayBeChanged)
     if (const auto* number = id.as<std::int64_t>())
         return JSON(*number).text();
     if (!id.isNull())
-        refuse("the id is no text, number or null");
+        refuse("the id is neither text nor a number nor null");
     return JSON().text();
 }
 

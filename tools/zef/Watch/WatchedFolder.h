@@ -20,7 +20,7 @@ public:
     /// How many files are known to be in the folder.
     std::size_t fileCount() const { return _locations.size() - 1; }
 
-    /// Where the item was; nil when it was not known.
+    /// Where the item was; null if it was not known.
     zef::FileURL lastLocation(const ZEFFileItem&) const;
     /// Takes the changes over, after they were shown.
     void noteChanges(const ZEFChangeArray&);
