@@ -137,43 +137,6 @@ TEST_F(ServeSubscriptionTest, TellsTheSubscribersOfTheOlderSubscriptionFirst)
     EXPECT_EQ(told[1]["subscription"], 2);
 }
 
-TEST_F(ServeSubscriptionTest, NamesEveryEvent)
-{
-    folder.write("one");
-    folder.write("two");
-    folder.write("three");
-    folder.makeFolder("inner");
-    folder.makeFolder("inner/sub");
-    folder.rename("one", "inner/one");
-    folder.rename("two", "inner/two");
-    folder.rename("three", "inner/three");
-    subscribe("s", "inner");
-
-    folder.rename("inner/one", "inner/uno");
-    folder.rename("inner/two", "two");
-    folder.remove("inner/three");
-    auto told = check();
-    ASSERT_EQ(told.size(), 1u);
-    EXPECT_EQ(events(told[0])[0], "updated");
-    const auto has = [&](const char* name, int event) {
-        for (const auto& record : told[0]["changes"]) {
-            if (record["name"] == name)
-                return record["event"] == event;
-        }
-        return false;
-    };
-    EXPECT_TRUE(has("renamed", 2));
-    EXPECT_TRUE(has("moved", 1));
-    EXPECT_TRUE(has("removed", 4));
-
-    check();
-    folder.rename("inner", "outer");
-    told = check();
-    ASSERT_EQ(told.size(), 1u);
-    EXPECT_EQ(events(told[0]), Texts({ "renamed", "movedInParent", "movedInParent" }));
-    EXPECT_EQ(told[0]["changes"][1]["event"], 32);
-}
-
 TEST_F(ServeSubscriptionTest, ShowsARemovedFileWithoutALocation)
 {
     folder.write("a");
