@@ -49,9 +49,10 @@ TrashItem::TrashItem(
 int TrashItem::writeInfo(Date date)
 {
     auto chosen = _trash->writeInfo(_folder->pathOfEntry(_name), _name, date);
+    const int error = chosen.error();
     if (chosen)
         _nameInTrash = *std::move(chosen);
-    return chosen.error();
+    return error;
 }
 
 int TrashItem::move(Date date)

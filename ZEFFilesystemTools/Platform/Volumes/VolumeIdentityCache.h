@@ -4,10 +4,10 @@
 #include "ZEFFilesystemTools/Platform/Time/ExpiringCache.h"
 #include "ZEFFilesystemTools/Platform/Volumes/VolumeIdentity.h"
 
-#include <compare>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <tuple>
 
 namespace zef {
 
@@ -35,7 +35,11 @@ private:
         std::uint64_t mountID;
         std::string mountPoint;
 
-        friend auto operator<=>(const Place&, const Place&) = default;
+        friend bool operator<(const Place& left, const Place& right)
+        {
+            return std::tie(left.device, left.mountID, left.mountPoint)
+                < std::tie(right.device, right.mountID, right.mountPoint);
+        }
     };
     struct Numbers {
         std::uint32_t type = 0;
