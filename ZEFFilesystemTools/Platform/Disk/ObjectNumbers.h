@@ -4,9 +4,9 @@
 #include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
 #include "ZEFFilesystemTools/Platform/Disk/Stat.h"
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
+#include <tuple>
 
 namespace zef {
 
@@ -19,7 +19,11 @@ struct ObjectNumbers {
     static ObjectNumbers of(const FSRef& ref) { return { ref.inode(), ref.device() }; }
     static ObjectNumbers of(const Stat& stat) { return { stat.inode, stat.device }; }
 
-    friend auto operator<=>(const ObjectNumbers&, const ObjectNumbers&) = default;
+    friend bool operator==(const ObjectNumbers&, const ObjectNumbers&) = default;
+    friend bool operator<(const ObjectNumbers& left, const ObjectNumbers& right)
+    {
+        return std::tie(left.inode, left.device) < std::tie(right.inode, right.device);
+    }
 
     struct Hash {
         std::size_t operator()(const ObjectNumbers& numbers) const
