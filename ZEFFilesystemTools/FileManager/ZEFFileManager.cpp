@@ -133,9 +133,8 @@ void ZEFFileManager::shutdown()
 
 void ZEFFileManager::forgetInstance()
 {
-    auto* manager = _defaultFilesystem.load();
-    if (!manager)
-        return;
+    // Made if there is none yet: loads may run without one.
+    auto* manager = defaultFileManager();
     manager->shutdown();
     _defaultFilesystem = nullptr;
     delete manager;
