@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "ZEFFilesystemTools/Platform/AliasData/AliasRecord.h"
 #include "ZEFFilesystemTools/Platform/AliasData/LinuxAliasData.h"
 #include "ZEFFilesystemTools/Platform/Disk/FileSystem.h"
 #include "ZEFFilesystemTools/Platform/Time/Clock.h"

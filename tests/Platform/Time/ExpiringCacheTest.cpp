@@ -122,9 +122,13 @@ TEST(ExpiringCacheTest, KeepsASingleValueWhateverItCosts)
 
 // Asks the cache that it dies in, which must not be locked.
 struct Asker {
-    zef::ExpiringCache<int, std::shared_ptr<Asker>>& cache;
-
+    explicit Asker(zef::ExpiringCache<int, std::shared_ptr<Asker>>& asked)
+        : cache(asked)
+    {
+    }
     ~Asker() { std::ignore = cache.find(2, 100); }
+
+    zef::ExpiringCache<int, std::shared_ptr<Asker>>& cache;
 };
 
 TEST(ExpiringCacheTest, DestroysNoValueWithItsLockHeld)
