@@ -5,6 +5,7 @@
 #include "ZEFFilesystemTools/Platform/Disk/Expected.h"
 #include "ZEFFilesystemTools/Platform/Disk/FSRef.h"
 #include "ZEFFilesystemTools/Platform/Disk/Stat.h"
+#include "ZEFFilesystemTools/Platform/Objects/Export.h"
 #include "ZEFFilesystemTools/Platform/Paths/FileURL.h"
 
 #include <array>
@@ -16,7 +17,7 @@
 namespace zef {
 
 /// One entry of a folder: its name, what the system says of it, and a reference to it.
-struct CatalogEntry {
+struct ZEF_EXPORT CatalogEntry {
     /// Names have 255 bytes at the most (NAME_MAX, limits.h(0p)); a NUL may follow.
     std::array<char, 256> nameBytes;
     std::size_t nameLength = 0;

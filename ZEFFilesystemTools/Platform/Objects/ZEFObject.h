@@ -85,14 +85,14 @@ template <typename T, std::derived_from<ZEFObject> Object> auto* downcast(Object
 }
 
 /// For standard containers: keys are the same if the objects that they refer to are equal.
-struct ObjectHash {
+struct ZEF_EXPORT ObjectHash {
     template <typename T> std::size_t operator()(const Ref<T>& object) const
     {
         return object->hash();
     }
 };
 
-struct ObjectEqual {
+struct ZEF_EXPORT ObjectEqual {
     template <typename T> bool operator()(const Ref<T>& left, const Ref<T>& right) const
     {
         return left->isEqual(right.get());
