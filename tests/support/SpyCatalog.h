@@ -37,9 +37,9 @@ public:
         if (openResult != zef::FileError::none)
             return openResult.load();
         auto opened = system().openIterator(ref, folder);
-        if (opened)
-            *opened = std::make_unique<Iterator>(*this, *std::move(opened));
-        return opened;
+        if (!opened)
+            return opened;
+        return { std::make_unique<Iterator>(*this, *std::move(opened)) };
     }
 
     zef::Expected<std::size_t> countEntries(
