@@ -21,8 +21,11 @@ namespace {
 struct Scene {
     Scene()
     {
-        reserve.setGiver([] { return zef::Locator::shared().giveBackOneDescriptor(); });
+        giveBack();
+        reserve.setGiver(giveBack);
     }
+
+    static bool giveBack() { return zef::Locator::shared().giveBackOneDescriptor(); }
 
     int open(const std::string& path)
     {
